@@ -1,0 +1,40 @@
+#pragma once
+// TMove: four bytes copied as one word. from == to is the null move.
+#include <cstdint>
+#include <string>
+
+namespace zorvane {
+
+struct TMove {
+    uint8_t from = 0;
+    uint8_t to = 0;
+    // Low five bits: kind promoted to; bits 32 and 64 are ordering marks.
+    uint8_t promotion = 0;
+    // Set by the maker for an en passant capture; doubles as the sort key.
+    uint8_t enPassant = 0;
+
+    bool isNull() const { return from == to; }
+    uint8_t promotionKind() const { return promotion & 31; }
+};
+static_assert(sizeof(TMove) == 4);
+
+inline bool operator==(const TMove& a, const TMove& b) {
+    return a.from == b.from && a.to == b.to && ((a.promotion ^ b.promotion) & 31) == 0;
+}
+
+// A move list lives in the caller's frame; its count fits one byte.
+constexpr int MAX_MOVES = 256;
+struct TMoveList {
+    TMove moves[MAX_MOVES];
+    int count = 0;
+};
+
+// Text of a move ("e2-e4", "Ng1:f3", "e7-e8Q", "0-0"); empty when a square is off the board.
+// `piece` is the byte on `from`, `capture` whether the move takes a man.
+std::string FormatMove(const TMove& move, uint8_t piece, bool capture);
+// Short form used by the search log: "e2-e4\n".
+std::string FormatLogMove(const TMove& move);
+// Reads the long text of a move; throws ChessException on a bad text.
+TMove ParseMove(const std::string& text, bool whiteToMove);
+
+} // namespace zorvane

@@ -1,0 +1,61 @@
+#pragma once
+// TThreadContext: the search state of one engine thread. The move makers note
+// captures here and read the root for castling rights; the search keeps its
+// board stack and per-ply move state here, where the progress display reads it.
+#include "chessboard.h"
+#include "move.h"
+
+#include <atomic>
+#include <cstdint>
+
+namespace zorvane {
+
+// Room for the longest stipulation (255 moves = 509 plies) with a margin.
+constexpr int MAX_PLIES = 600;
+
+struct TThreadContext {
+    // The child of a node with m_shPliesLeft = p is built in slot p.
+    TChessboard m_aBoards[MAX_PLIES];
+    // Top of the parent chain: castling rights are measured from here.
+    const TChessboard* m_pRoot = nullptr;
+    uint16_t m_shThreadId = 0;
+
+    uint8_t m_aMoveIndex[MAX_PLIES];
+    uint8_t m_aMoveIndexShown[MAX_PLIES];
+    uint8_t m_aMoveCount[MAX_PLIES];
+    const TMove* m_apMoves[MAX_PLIES];
+    // Highest plies-left value at which a repetition seen below was first played.
+    uint16_t m_aRepetition[MAX_PLIES];
+
+    // 0 run, 1 held at a safe point, above 1 stop this thread.
+    std::atomic<uint8_t> m_nSuspended{0};
+
+    bool m_bForcedMate = false;
+    uint16_t m_shAdditionalMoves = 0;
+    bool m_bQuickerMateFound = false;
+
+    // The first three captures of each colour since the root: byte and square.
+    uint8_t m_aWhiteCaptures[3];
+    uint8_t m_aWhiteCaptureSquares[3];
+    uint8_t m_aBlackCaptures[3];
+    uint8_t m_aBlackCaptureSquares[3];
+
+    TThreadContext() { ClearPlyArrays(); }
+
+    // Between two searches: indices to 255, counts and pointers to 0.
+    void ClearPlyArrays() {
+        for (int i = 0; i < MAX_PLIES; ++i) {
+            m_aMoveIndex[i] = 255;
+            m_aMoveIndexShown[i] = 255;
+            m_aMoveCount[i] = 0;
+            m_apMoves[i] = nullptr;
+            m_aRepetition[i] = 0;
+        }
+        for (int i = 0; i < 3; ++i) {
+            m_aWhiteCaptures[i] = m_aBlackCaptures[i] = 0;
+            m_aWhiteCaptureSquares[i] = m_aBlackCaptureSquares[i] = NO_SQUARE;
+        }
+    }
+};
+
+} // namespace zorvane
