@@ -33,6 +33,9 @@ struct TThreadContext {
     bool m_bForcedMate = false;
     uint16_t m_shAdditionalMoves = 0;
     bool m_bQuickerMateFound = false;
+    // Set by a White step that returns mate: whether its mating move took on
+    // the square of Black's last move (so other promotions there fall alike).
+    bool m_bRecaptured = false;
 
     // The first three captures of each colour since the root: byte and square.
     uint8_t m_aWhiteCaptures[3];

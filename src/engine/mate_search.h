@@ -1,0 +1,51 @@
+#pragma once
+// The mate proof of one position: every White first move is tried, and each
+// one that forces mate within the stipulated moves is a key. This is the facade
+// that the command line and the benchmarks use.
+#include "core/chessboard.h"
+#include "core/move.h"
+#include "problems/chess_problem.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace zorvane {
+
+struct TThreadContext;
+
+constexpr int MAX_STIPULATION_MOVES = 255;
+
+struct MateKeys {
+    std::vector<TMove> keys;
+    std::vector<std::string> texts; // long notation, in the order found
+    uint64_t nodes = 0;
+    double milliseconds = 0;
+    bool stopped = false;
+};
+
+class MateProof {
+public:
+    // Settings of the run: quick mode (repetitions pruned everywhere) unless safe mode is asked for.
+    explicit MateProof(bool safeMode = false);
+    ~MateProof();
+    MateProof(const MateProof&) = delete;
+    MateProof& operator=(const MateProof&) = delete;
+
+    // Keys of a direct mate in `moves` (1..255) from `root`, White to move. The
+    // root is set up strictly; throws ChessException for a bad position or when
+    // the black king stands in check.
+    MateKeys FindKeys(const TChessboard& root, int moves);
+
+    // The solve-wide record: its command word stops or pauses a running FindKeys
+    // from another thread.
+    TChessProblem& Problem() { return m_problem; }
+
+private:
+    TChessProblem m_problem;
+    std::unique_ptr<TThreadContext> m_pContext;
+    TChessboard m_root;
+};
+
+} // namespace zorvane

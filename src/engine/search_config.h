@@ -1,0 +1,41 @@
+#pragma once
+// The compile-time axes of the search. The steps are written once and
+// instantiated per configuration, so a configuration without registers,
+// ordering, heuristics or thread levels carries no test for them: each hook
+// below sits behind `if constexpr` in the steps and costs nothing while off.
+#include "core/chessboard.h"
+#include "core/move.h"
+
+#include <cstdint>
+
+namespace zorvane {
+
+// The plain proof search: every White move in base order, no memory of solved
+// positions, no bets.
+struct PlainSearch {
+    static constexpr bool kGlobalRegister = false;
+    static constexpr bool kTemporaryRegister = false;
+    static constexpr bool kOrdering = false;
+    static constexpr bool kHeuristics = false;
+    static constexpr bool kLevels = false;
+};
+
+// Hooks filled in by the subsystems that provide them; declared here so that
+// the steps name them at their places. Only configurations that switch the
+// matching axis on instantiate them.
+namespace search_hooks {
+// Plies to mate from the tables, 0 for none, -1 for a mate of unknown length, -2 not registered.
+template <class Config> int ProbeGlobalRegister(const TChessboard& position);
+// 1, 0, -1 as stored for the position, or a value below -1 when unknown.
+template <class Config> int8_t ProbeTemporaryRegister(const TChessboard& position);
+template <class Config> void StoreTemporaryRegister(const TChessboard& position, int8_t result);
+// Sorts White's (Black's) list; a Black sort may settle the node with a negative count.
+template <class Config> void SortWhiteMoves(const TChessboard& position, TMove* moves, int& count);
+template <class Config> int SortBlackMoves(const TChessboard& position, TMove* moves, int& count);
+// The heuristics' test of a White move's child: true marks the move doubtful.
+template <class Config> bool HeuristicsRejectChild(const TChessboard& child);
+// Hands a White list to the thread levels; -128 when not taken.
+template <class Config> int8_t HandToLevels(TChessboard& position, TMove* moves, int count);
+} // namespace search_hooks
+
+} // namespace zorvane
