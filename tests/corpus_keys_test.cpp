@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <filesystem>
 
 namespace zorvane {
@@ -28,6 +29,8 @@ void solveCorpus(int minMoves, int maxMoves, bool safeMode) {
         ASSERT_TRUE(ReadFen(problem.fen, board)) << "problem " << problem.number;
         MateProof proof(safeMode);
         const MateKeys keys = proof.FindKeys(board, problem.moves);
+        std::printf("problem %d #%d: %.0f ms, %llu nodes\n", problem.number, problem.moves, keys.milliseconds,
+                    static_cast<unsigned long long>(keys.nodes));
         EXPECT_EQ(sorted(keys.texts), sorted(problem.answers))
             << "problem " << problem.number << " #" << problem.moves << " " << problem.fen;
         ++solved;
@@ -38,6 +41,8 @@ void solveCorpus(int minMoves, int maxMoves, bool safeMode) {
 TEST(CorpusKeys, TwoMovers) { solveCorpus(1, 2, false); }
 TEST(CorpusKeys, ThreeMovers) { solveCorpus(3, 3, false); }
 TEST(CorpusKeys, FourMovers) { solveCorpus(4, 4, false); }
+TEST(CorpusKeysLong, FiveMovers) { solveCorpus(5, 5, false); }
+TEST(CorpusKeysLong, SixMovers) { solveCorpus(6, 6, false); }
 TEST(CorpusKeys, TwoAndThreeMoversInSafeMode) { solveCorpus(1, 3, true); }
 
 } // namespace

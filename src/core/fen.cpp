@@ -40,7 +40,9 @@ char letterOf(uint8_t piece) {
 
 bool isAsciiAlpha(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
 
-bool readPlacement(const std::string& placement, uint8_t squares[64]) {
+} // namespace
+
+bool ReadFenPlacement(const std::string& placement, uint8_t squares[64]) {
     std::memset(squares, 0, 64);
     int row = 7, col = 0;
     for (const char c : placement) {
@@ -68,8 +70,6 @@ bool readPlacement(const std::string& placement, uint8_t squares[64]) {
     }
     return row == 0 && col == 8;
 }
-
-} // namespace
 
 std::string WriteFen(const TChessboard& b, bool bPlacementOnly) {
     std::string fen;
@@ -137,7 +137,7 @@ bool ReadFen(const std::string& text, TChessboard& board, FenNotes* notes) {
     const bool enPassant = fields.size() > castlingField + 1 && fields[castlingField + 1] != "-";
 
     uint8_t squares[64];
-    if (!readPlacement(placement, squares)) return false;
+    if (!ReadFenPlacement(placement, squares)) return false;
     TChessboard candidate = board;
     std::memcpy(candidate.m_aSquares, squares, 64);
     if (!TrySetupChessboard(candidate, true)) return false;

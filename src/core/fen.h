@@ -21,6 +21,9 @@ struct FenNotes {
     bool enPassantNamed = false;
 };
 
+// The placement field alone, into 64 square bytes; false on any fault of the text.
+bool ReadFenPlacement(const std::string& placement, uint8_t squares[64]);
+
 // Reads FEN into board.m_aSquares and sets the position up strictly. Never
 // throws: any fault gives false. The side to move is not read from the text.
 bool ReadFen(const std::string& text, TChessboard& board, FenNotes* notes = nullptr);

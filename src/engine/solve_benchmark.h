@@ -1,0 +1,28 @@
+#pragma once
+// The solve benchmark: a fixed list of direct mates (#3 to #5) from the shared
+// corpus, solved one by one. Its total node count is the signature of the
+// search: it changes only when the search itself changes.
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace zorvane {
+
+struct BenchmarkProblem {
+    int number = 0;
+    int moves = 0;
+    std::vector<std::string> keys;
+    uint64_t nodes = 0;
+    double milliseconds = 0;
+};
+
+// Corpus numbers of the benchmark problems, in the order they are solved.
+const std::vector<int>& SolveBenchmarkNumbers();
+
+// Solves the list from the corpus file; `onSolved` sees each problem as it is
+// done. Throws std::runtime_error if the file or a listed problem is missing.
+std::vector<BenchmarkProblem> RunSolveBenchmark(const std::string& corpusPath,
+                                                const std::function<void(const BenchmarkProblem&)>& onSolved = {});
+
+} // namespace zorvane
