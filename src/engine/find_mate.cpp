@@ -73,12 +73,6 @@ Command pollCommand(TChessProblem& problem, const TThreadContext& ctx, int n, TM
     }
 }
 
-inline bool stopRequested(const TChessProblem& problem, const TThreadContext& ctx) {
-    if (problem.m_nCommand.load(std::memory_order_acquire) < COMMAND_STOP) return false;
-    const uint16_t target = problem.m_wCommandThread.load(std::memory_order_relaxed);
-    return target == ALL_THREADS || target == ctx.m_shThreadId;
-}
-
 // A ply that can be taken back: no pawn move, no capture, no promotion.
 inline bool reversible(const TChessboard& position) {
     const TMove move = position.m_LastMove;
@@ -289,7 +283,7 @@ template <class Config> int8_t Steps<Config>::whiteStep(TChessboard& b, bool bPr
     }
 
     // 12. Verdict.
-    if (stopRequested(problem, ctx)) return RESULT_NO_MATE;
+    if (problem.StopMeant(ctx.m_shThreadId)) return RESULT_NO_MATE;
     int8_t verdict;
     if (!problem.m_bSafeMode) {
         verdict = repetitions ? RESULT_REPETITION : doubtful ? RESULT_DOUBTFUL : RESULT_NO_MATE;
@@ -318,7 +312,7 @@ template <class Config> int8_t Steps<Config>::blackStep(TChessboard& b) {
 
     // 1. A held thread waits here; a stopped one unwinds.
     while (uint8_t suspended = ctx.m_nSuspended.load(std::memory_order_acquire)) {
-        if (suspended > 1 || stopRequested(problem, ctx)) return RESULT_NO_MATE;
+        if (suspended > 1 || problem.StopMeant(ctx.m_shThreadId)) return RESULT_NO_MATE;
         std::this_thread::sleep_for(SUSPEND_POLL);
     }
     // 2. No plies left: mate or not.

@@ -44,7 +44,7 @@ MateKeys MateProof::FindKeys(const TChessboard& root, int moves) {
     const int count = GenerateWhiteMovesOrEvasions(m_root, list);
     TChessboard& child = m_pContext->m_aBoards[plies];
     for (int i = 0; i < count; ++i) {
-        if (m_problem.m_nCommand.load() >= COMMAND_STOP) {
+        if (m_problem.StopMeant(m_pContext->m_shThreadId)) {
             result.stopped = true;
             break;
         }
@@ -53,7 +53,7 @@ MateKeys MateProof::FindKeys(const TChessboard& root, int moves) {
         TMove move = list[i];
         if (!MakeWhiteMove(child, move)) continue;
         const int8_t answer = FindMateBlackStep(child);
-        if (m_problem.m_nCommand.load() >= COMMAND_STOP) {
+        if (m_problem.StopMeant(m_pContext->m_shThreadId)) {
             result.stopped = true;
             break;
         }

@@ -57,6 +57,12 @@ struct TChessProblem {
         m_nCommand.store(command, std::memory_order_release);
         UnlockCommand();
     }
+    // Whether the command word tells thread `thread` to stop.
+    bool StopMeant(uint16_t thread) const {
+        if (m_nCommand.load(std::memory_order_acquire) < COMMAND_STOP) return false;
+        const uint16_t target = m_wCommandThread.load(std::memory_order_relaxed);
+        return target == ALL_THREADS || target == thread;
+    }
     // A jump back to `depth` plies left; afterwards the word becomes the saved pair.
     void SetJump(uint16_t thread, uint16_t depth, uint8_t mode, uint8_t thenCommand, uint16_t thenThread) {
         LockCommand();

@@ -1,0 +1,35 @@
+// The benchmark list solves to its corpus keys, and its node count is the
+// signature of the search: a change of the search that alters it on purpose
+// updates this number in the same commit.
+#include "corpus_solving.h"
+#include "engine/solve_benchmark.h"
+
+namespace zorvane {
+namespace {
+
+constexpr uint64_t EXPECTED_NODES = 3622327;
+
+TEST(SolveBenchmark, KeysAndNodeSignature) {
+    if (!CorpusPresent()) GTEST_SKIP() << "corpus not found at " << CORPUS << " (../shared is absent)";
+    const std::vector<ScannedProblem> corpus = ScanProblemFile(CORPUS);
+    uint64_t nodes = 0;
+    for (const BenchmarkProblem& solved : RunSolveBenchmark(CORPUS)) {
+        const auto expected = std::find_if(corpus.begin(), corpus.end(),
+                                           [&](const ScannedProblem& p) { return p.number == solved.number; });
+        ASSERT_NE(expected, corpus.end());
+        EXPECT_EQ(Sorted(solved.keys), Sorted(expected->answers)) << "problem " << solved.number;
+        nodes += solved.nodes;
+    }
+    EXPECT_EQ(nodes, EXPECTED_NODES);
+}
+
+TEST(SolveBenchmark, ListHoldsThreeToFiveMovers) {
+    EXPECT_EQ(SolveBenchmarkNumbers().size(), 15u);
+}
+
+TEST(SolveBenchmark, MissingCorpusIsReported) {
+    EXPECT_THROW(RunSolveBenchmark("/nonexistent/problems.cp"), std::runtime_error);
+}
+
+} // namespace
+} // namespace zorvane
