@@ -112,7 +112,7 @@ TEST(MakeMove, BlackNullMoveLeavesTheBoard) {
 
 TEST(MakeMove, PinnedManMayOnlyMoveAlongThePin) {
     // The bishop on d2 is pinned by the queen on a5.
-    const TChessboard root = boardFromFen("4k3/8/8/q7/8/8/3B4/4K3", 1);
+    const TChessboard root = boardFromFen("4k3/7p/8/q7/8/8/3B4/4K3", 1);
     EXPECT_FALSE(tryMove(root, mv("d2", "e3")));
     EXPECT_TRUE(tryMove(root, mv("d2", "c3")));
     EXPECT_TRUE(tryMove(root, mv("d2", "a5")));
@@ -280,7 +280,7 @@ TEST(Castling, QueenSideMayCrossAnAttackedB1) {
 }
 
 TEST(Castling, KingSideTestsF1AndG1AndTheCheck) {
-    for (const char* fen : {"5r1k/8/8/8/8/8/8/4K2R", "6rk/8/8/8/8/8/8/4K2R", "4r2k/8/8/8/8/8/8/4K2R"}) {
+    for (const char* fen : {"k4r2/8/8/8/8/8/8/4K2R", "k5r1/8/8/8/8/8/8/4K2R", "k3r3/8/8/8/8/8/8/4K2R"}) {
         const TChessboard b = boardFromFen(fen, 1);
         EXPECT_FALSE(contains(generate(b), mv("e1", "g1"))) << fen;
         EXPECT_FALSE(tryMove(b, mv("e1", "g1"))) << fen;
@@ -312,12 +312,12 @@ TEST(CheckDetection, DirectChecksByKind) {
     EXPECT_EQ(child.m_cBlackChecker, sq("d6"));
     ASSERT_TRUE(tryMove(boardFromFen("4k3/8/3P4/8/8/8/8/4K3", 1), mv("d6", "d7"), &child));
     EXPECT_EQ(child.m_cBlackChecker, sq("d7"));
-    ASSERT_TRUE(tryMove(boardFromFen("4k3/8/8/8/8/8/2B5/4K3", 1), mv("c2", "a4"), &child));
+    ASSERT_TRUE(tryMove(boardFromFen("4k3/7p/8/8/8/8/2B5/4K3", 1), mv("c2", "a4"), &child));
     EXPECT_EQ(child.m_cBlackChecker, sq("a4"));
     ASSERT_TRUE(tryMove(boardFromFen("4k3/8/8/8/8/8/8/1Q2K3", 1), mv("b1", "b5"), &child));
     EXPECT_EQ(child.m_cBlackChecker, sq("b5"));
     // Moves that give no check: off the line, or the line blocked.
-    ASSERT_TRUE(tryMove(boardFromFen("4k3/8/8/8/8/8/2B5/4K3", 1), mv("c2", "b1"), &child));
+    ASSERT_TRUE(tryMove(boardFromFen("4k3/7p/8/8/8/8/2B5/4K3", 1), mv("c2", "b1"), &child));
     EXPECT_EQ(child.m_cBlackChecker, NO_CHECK);
     ASSERT_TRUE(tryMove(boardFromFen("4k3/8/8/8/8/8/8/R3K3", 1), mv("a1", "a7"), &child));
     EXPECT_EQ(child.m_cBlackChecker, NO_CHECK);
@@ -327,9 +327,9 @@ TEST(CheckDetection, DirectChecksByKind) {
 
 TEST(CheckDetection, PromotedManChecksByItsNewKind) {
     TChessboard child;
-    ASSERT_TRUE(tryMove(boardFromFen("7k/4P3/8/8/8/8/8/K7", 1), mv("e7", "e8", KIND_QUEEN), &child));
+    ASSERT_TRUE(tryMove(boardFromFen("7k/p3P3/8/8/8/8/8/K7", 1), mv("e7", "e8", KIND_QUEEN), &child));
     EXPECT_EQ(child.m_cBlackChecker, sq("e8"));
-    ASSERT_TRUE(tryMove(boardFromFen("7k/4P3/8/8/8/8/8/K7", 1), mv("e7", "e8", KIND_BISHOP), &child));
+    ASSERT_TRUE(tryMove(boardFromFen("7k/p3P3/8/8/8/8/8/K7", 1), mv("e7", "e8", KIND_BISHOP), &child));
     EXPECT_EQ(child.m_cBlackChecker, NO_CHECK);
     ASSERT_TRUE(tryMove(boardFromFen("8/4P1k1/8/8/8/8/8/K7", 1), mv("e7", "e8", KIND_KNIGHT), &child));
     EXPECT_EQ(child.m_cBlackChecker, sq("e8"));
@@ -479,7 +479,7 @@ TEST(Flags, WhiteQueenPromotionMark) {
 }
 
 TEST(Flags, BlackPromotionsAreCountedAndTakenBack) {
-    GameLine line(boardFromFen("k7/8/8/8/8/2N4K/3p4/8", 5));
+    GameLine line(boardFromFen("k7/p7/8/8/8/2N4K/3p4/8", 5));
     ASSERT_TRUE(line.play("h3-h4"));
     EXPECT_EQ(line.last().m_wFlags2 & FLAGS2_BLACK_PROMOTIONS, 0);
     ASSERT_TRUE(line.play(mv("d2", "d1", KIND_QUEEN)));
@@ -528,10 +528,10 @@ TEST(WhiteLists, SecondQueenTurnsThemOffAndBlacksCaptureRestoresThem) {
 TEST(WhiteLists, BishopPromotionOnTheColourOfTheOtherBishop) {
     // c1 and d8 share a colour; e8 is of the other one.
     TChessboard child;
-    ASSERT_TRUE(tryMove(boardFromFen("7k/3P4/8/8/8/8/8/2B1K3", 1), mv("d7", "d8", KIND_BISHOP), &child));
+    ASSERT_TRUE(tryMove(boardFromFen("7k/p2P4/8/8/8/8/8/2B1K3", 1), mv("d7", "d8", KIND_BISHOP), &child));
     EXPECT_EQ(child.m_nWhiteBishops, 2);
     EXPECT_EQ(child.m_bWhiteListsValid, 0);
-    ASSERT_TRUE(tryMove(boardFromFen("7k/4P3/8/8/8/8/8/2B1K3", 1), mv("e7", "e8", KIND_BISHOP), &child));
+    ASSERT_TRUE(tryMove(boardFromFen("7k/p3P3/8/8/8/8/8/2B1K3", 1), mv("e7", "e8", KIND_BISHOP), &child));
     EXPECT_EQ(child.m_nWhiteBishops, 2);
     EXPECT_EQ(child.m_bWhiteListsValid, 1);
     EXPECT_EQ(child.m_aWhiteBishops[0], sq("c1"));
@@ -539,7 +539,7 @@ TEST(WhiteLists, BishopPromotionOnTheColourOfTheOtherBishop) {
 }
 
 TEST(WhiteLists, MovesAndCapturesKeepTheSlotsPacked) {
-    GameLine line(boardFromFen("7k/8/8/8/8/8/r7/R3K2R", 5));
+    GameLine line(boardFromFen("1k6/8/8/8/8/8/r7/R3K2R", 5));
     ASSERT_TRUE(line.play("h1-h5"));
     EXPECT_EQ(line.last().m_aWhiteRooks[0], sq("a1"));
     EXPECT_EQ(line.last().m_aWhiteRooks[1], sq("h5"));

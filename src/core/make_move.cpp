@@ -3,6 +3,7 @@
 #include "attacks.h"
 #include "castling.h"
 #include "check_detection.h"
+#include "movegen.h"
 #include "thread_context.h"
 
 namespace zorvane {
@@ -153,6 +154,21 @@ bool BlackKingHasFlight(TChessboard& b) {
         }
     b.m_aSquares[king] = BK;
     return flight;
+}
+
+bool BlackHasLegalMove(TChessboard& b) {
+    if (BlackKingHasFlight(b)) return true;
+    if (b.m_cBlackChecker == DOUBLE_CHECK) return false;
+    TMove moves[MAX_MOVES];
+    const int count = GenerateBlackEvasions(b, moves);
+    const int king = b.blackKing();
+    TChessboard child;
+    for (int i = 0; i < count; ++i) {
+        if (moves[i].from == king) continue;
+        CopyToChild(child, b);
+        if (MakeBlackMove(child, moves[i], false) != BLACK_MOVE_ILLEGAL) return true;
+    }
+    return false;
 }
 
 bool MakeWhiteMove(TChessboard& b, TMove& m) {

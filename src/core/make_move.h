@@ -19,4 +19,7 @@ int MakeBlackMove(TChessboard& child, TMove& move, bool bLegal);
 // attacked by White once the king is lifted off his square.
 bool BlackKingHasFlight(TChessboard& b);
 
+// Black in check: has he any legal move? Stops at the first one; no means mate.
+bool BlackHasLegalMove(TChessboard& b);
+
 } // namespace zorvane

@@ -398,21 +398,6 @@ template <class Config> int8_t Steps<Config>::blackStep(TChessboard& b) {
 
 } // namespace
 
-bool BlackHasLegalMove(TChessboard& b) {
-    if (BlackKingHasFlight(b)) return true;
-    if (b.m_cBlackChecker == DOUBLE_CHECK) return false;
-    TMove moves[MAX_MOVES];
-    const int count = GenerateBlackEvasions(b, moves);
-    const int king = b.blackKing();
-    TChessboard child;
-    for (int i = 0; i < count; ++i) {
-        if (moves[i].from == king) continue;
-        CopyToChild(child, b);
-        if (MakeBlackMove(child, moves[i], false) != BLACK_MOVE_ILLEGAL) return true;
-    }
-    return false;
-}
-
 bool FindMateInOne(TChessboard& position, TMove* mateMove) { return mateInOne(position, mateMove); }
 int8_t FindMate(TChessboard& position, bool bProbe) { return Steps<PlainSearch>::whiteStep(position, bProbe); }
 int8_t FindMateBlackStep(TChessboard& position) { return Steps<PlainSearch>::blackStep(position); }

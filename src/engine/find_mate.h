@@ -18,7 +18,5 @@ int8_t FindMate(TChessboard& position, bool bProbe);
 int8_t FindMateBlackStep(TChessboard& position);
 // White to move with one ply left: is there a mate at once?
 bool FindMateInOne(TChessboard& position, TMove* mateMove = nullptr);
-// Black in check: has he any legal move? (No means mate.)
-bool BlackHasLegalMove(TChessboard& position);
 
 } // namespace zorvane
