@@ -174,31 +174,60 @@ TEST(ParseMove, BlanksAroundAreTrimmed) {
 
 TEST(ParseMove, EmptyText) {
     EXPECT_EQ(parseMessage(""), EMPTY);
-    EXPECT_EQ(parseMessage(" "), EMPTY);
-    EXPECT_EQ(parseMessage("      ", false), EMPTY);
+    EXPECT_EQ(parseMessage("", false), EMPTY);
+    // Blanks alone are no empty text: trimmed, they fail on the length.
+    EXPECT_EQ(parseMessage(" "), LENGTH);
+    EXPECT_EQ(parseMessage("      ", false), LENGTH);
 }
 
 TEST(ParseMove, WrongLength) {
     EXPECT_EQ(parseMessage("e2e4"), LENGTH);
     EXPECT_EQ(parseMessage("e2"), LENGTH);
     EXPECT_EQ(parseMessage("-"), LENGTH);
-    EXPECT_EQ(parseMessage("O-O"), LENGTH);
     EXPECT_EQ(parseMessage("e7-e8QQQ"), LENGTH);
     EXPECT_EQ(parseMessage("  e2e4  "), LENGTH);
+    EXPECT_EQ(parseMessage("0-0-0-0"), LENGTH);
+    EXPECT_EQ(parseMessage("Qe7-e8QQ"), LENGTH);
 }
 
 TEST(ParseMove, WrongDescription) {
     EXPECT_EQ(parseMessage("i2-e4"), DESCRIPTION);
     EXPECT_EQ(parseMessage("e9-e4"), DESCRIPTION);
     EXPECT_EQ(parseMessage("e2-e0"), DESCRIPTION);
-    EXPECT_EQ(parseMessage("e2*e4"), DESCRIPTION);
-    EXPECT_EQ(parseMessage("E2-E4"), DESCRIPTION);
-    EXPECT_EQ(parseMessage("e7-e8X"), DESCRIPTION);
-    EXPECT_EQ(parseMessage("e7-e8q"), DESCRIPTION);
+    EXPECT_EQ(parseMessage("22-e4"), DESCRIPTION);
+    EXPECT_EQ(parseMessage("e2-44"), DESCRIPTION);
+    // Seven bytes with a final letter: the blank lands on character 4 of the rest.
     EXPECT_EQ(parseMessage("e2-e4 Q"), DESCRIPTION);
-    EXPECT_EQ(parseMessage("Ne2-e"), DESCRIPTION);
-    EXPECT_EQ(parseMessage("0-0-0-0"), DESCRIPTION);
-    EXPECT_EQ(parseMessage("Xg1-f3"), DESCRIPTION);
+}
+
+TEST(ParseMove, FinalLetterMustNameAFigure) {
+    EXPECT_EQ(parseMessage("e7-e8X"), "Unknown figure letter: X");
+    EXPECT_EQ(parseMessage("Ne2-e"), "Unknown figure letter: e");
+    EXPECT_EQ(parseMessage("O-O"), "Unknown figure letter: O");
+}
+
+TEST(ParseMove, SeparatorAndPieceLetterAreNotRead) {
+    TMove m = ParseMove("e2*e4", true);
+    EXPECT_EQ(m.from, sq("e2"));
+    EXPECT_EQ(m.to, sq("e4"));
+    m = ParseMove("Xg1-f3", true);
+    EXPECT_EQ(m.from, sq("g1"));
+    EXPECT_EQ(m.to, sq("f3"));
+    m = ParseMove("d4xe5", false);
+    EXPECT_EQ(m.from, sq("d4"));
+    EXPECT_EQ(m.to, sq("e5"));
+}
+
+TEST(ParseMove, LettersInEitherCase) {
+    TMove m = ParseMove("E2-E4", true);
+    EXPECT_EQ(m.from, sq("e2"));
+    EXPECT_EQ(m.to, sq("e4"));
+    EXPECT_EQ(ParseMove("e7-e8q", true).promotion, KIND_QUEEN);
+    // Polish letters: hetman, wieza, goniec, skoczek.
+    EXPECT_EQ(ParseMove("e7-e8H", true).promotion, KIND_QUEEN);
+    EXPECT_EQ(ParseMove("e7-e8W", true).promotion, KIND_ROOK);
+    EXPECT_EQ(ParseMove("e7-e8G", true).promotion, KIND_BISHOP);
+    EXPECT_EQ(ParseMove("e7-e8S", true).promotion, KIND_KNIGHT);
 }
 
 TEST(MoveText, WriterAndReaderAgreeOnEveryPair) {

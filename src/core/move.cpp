@@ -1,6 +1,7 @@
 #include "move.h"
 
 #include "chess_exception.h"
+#include "fen.h"
 #include "piece.h"
 
 #include <cstdio>
@@ -21,19 +22,11 @@ char kindLetter(uint8_t kind) {
     }
 }
 
-uint8_t promotionFromLetter(char c) {
-    switch (c) {
-    case 'Q': return KIND_QUEEN;
-    case 'R': return KIND_ROOK;
-    case 'B': return KIND_BISHOP;
-    case 'N': return KIND_KNIGHT;
-    default: return 0;
-    }
-}
-
-bool isPieceLetter(char c) { return c == 'K' || c == 'Q' || c == 'R' || c == 'B' || c == 'N' || c == 'P'; }
+bool isAsciiLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
 
 } // namespace
+
+char FigureLetter(uint8_t kind) { return kindLetter(kind); }
 
 std::string FormatMove(const TMove& move, uint8_t piece, bool capture) {
     if (move.from == move.to) return "-";
@@ -57,10 +50,14 @@ std::string FormatLogMove(const TMove& move) {
 }
 
 TMove ParseMove(const std::string& rawText, bool whiteToMove) {
-    const auto first = rawText.find_first_not_of(' ');
-    if (first == std::string::npos) throw ChessException("Empty string");
-    const std::string text = rawText.substr(first, rawText.find_last_not_of(' ') - first + 1);
+    // 1. Only a text with no byte at all is empty; blanks alone fall to the length rule.
+    if (rawText.empty()) throw ChessException("Empty string");
+    // 2. A blank at either end trims both ends.
+    std::string text = rawText;
+    const auto first = text.find_first_not_of(' ');
+    text = first == std::string::npos ? std::string() : text.substr(first, text.find_last_not_of(' ') - first + 1);
 
+    // 3. Castling, recognised by length and content.
     TMove move;
     if (text == "0-0" || text == "0-0-0") {
         const int row = whiteToMove ? 0 : 7;
@@ -68,25 +65,27 @@ TMove ParseMove(const std::string& rawText, bool whiteToMove) {
         move.to = static_cast<uint8_t>(squareOf(text.size() == 3 ? 6 : 2, row));
         return move;
     }
-    if (text.size() < 5 || text.size() > 7) throw ChessException("Improper string length");
-
-    size_t pos = 0;
-    if (isPieceLetter(text[0])) pos = 1;
-    if (text.size() - pos < 5) throw ChessException("Improper full description of move");
-    auto fileOk = [](char c) { return c >= 'a' && c <= 'h'; };
-    auto rankOk = [](char c) { return c >= '1' && c <= '8'; };
-    const char sep = text[pos + 2];
-    if (!fileOk(text[pos]) || !rankOk(text[pos + 1]) || (sep != '-' && sep != ':' && sep != 'x') ||
-        !fileOk(text[pos + 3]) || !rankOk(text[pos + 4]))
-        throw ChessException("Improper full description of move");
-    move.from = static_cast<uint8_t>(squareOf(text[pos] - 'a', text[pos + 1] - '1'));
-    move.to = static_cast<uint8_t>(squareOf(text[pos + 3] - 'a', text[pos + 4] - '1'));
-    const size_t rest = pos + 5;
-    if (rest < text.size()) {
-        if (rest + 1 != text.size() || pos != 0) throw ChessException("Improper full description of move");
-        move.promotion = promotionFromLetter(text[rest]);
-        if (move.promotion == 0) throw ChessException("Improper full description of move");
+    // 4. A final letter is the promotion figure.
+    size_t length = text.size();
+    if (length > 0 && isAsciiLetter(text[length - 1])) {
+        move.promotion = KindFromLetter(text[length - 1]);
+        --length;
     }
+    // 5. Six bytes carry the piece letter in front, which is not read.
+    size_t pos = 0;
+    if (length == 6) pos = 1;
+    else if (length != 5) throw ChessException("Improper string length");
+    // 6. Letters at 0 and 3, digits at 1 and 4; the separator is not looked at.
+    //    A letter or digit off the board gets the same message, so that no
+    //    caller ever sees a square above 63.
+    auto file = [](char c) { return c >= 'a' && c <= 'h' ? c - 'a' : c >= 'A' && c <= 'H' ? c - 'A' : -1; };
+    auto rank = [](char c) { return c >= '1' && c <= '8' ? c - '1' : -1; };
+    const int fromFile = file(text[pos]), fromRank = rank(text[pos + 1]);
+    const int toFile = file(text[pos + 3]), toRank = rank(text[pos + 4]);
+    if (fromFile < 0 || fromRank < 0 || toFile < 0 || toRank < 0)
+        throw ChessException("Improper full description of move");
+    move.from = static_cast<uint8_t>(squareOf(fromFile, fromRank));
+    move.to = static_cast<uint8_t>(squareOf(toFile, toRank));
     return move;
 }
 

@@ -29,12 +29,16 @@ struct TMoveList {
     int count = 0;
 };
 
+// Output letter of a figure kind: K, B, R, Q, N, a blank for the pawn, E for any other code.
+char FigureLetter(uint8_t kind);
 // Text of a move ("e2-e4", "Ng1:f3", "e7-e8Q", "0-0"); empty when a square is off the board.
 // `piece` is the byte on `from`, `capture` whether the move takes a man.
 std::string FormatMove(const TMove& move, uint8_t piece, bool capture);
 // Short form used by the search log: "e2-e4\n".
 std::string FormatLogMove(const TMove& move);
-// Reads the long text of a move; throws ChessException on a bad text.
+// Reads the long text of a move; throws ChessException on a bad text ("Empty
+// string", "Improper string length", "Improper full description of move",
+// "Unknown figure letter: X" for a final letter that names no figure).
 TMove ParseMove(const std::string& text, bool whiteToMove);
 
 } // namespace zorvane
