@@ -10,7 +10,11 @@ namespace zorvane {
 
 namespace {
 
-char kindLetter(uint8_t kind) {
+bool isAsciiLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
+
+} // namespace
+
+char FigureLetter(uint8_t kind) {
     switch (kind & KIND_MASK) {
     case KIND_KING: return 'K';
     case KIND_PAWN: return ' ';
@@ -22,12 +26,6 @@ char kindLetter(uint8_t kind) {
     }
 }
 
-bool isAsciiLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
-
-} // namespace
-
-char FigureLetter(uint8_t kind) { return kindLetter(kind); }
-
 std::string FormatMove(const TMove& move, uint8_t piece, bool capture) {
     if (move.from == move.to) return "-";
     if (move.from > 63 || move.to > 63) return "";
@@ -35,11 +33,11 @@ std::string FormatMove(const TMove& move, uint8_t piece, bool capture) {
     std::snprintf(text, sizeof text, "%c%d%c%c%d", 'a' + colOf(move.from), rowOf(move.from) + 1,
                   capture ? ':' : '-', 'a' + colOf(move.to), rowOf(move.to) + 1);
     std::string result(text);
-    if (move.promotionKind() != 0) return result + kindLetter(move.promotionKind());
+    if (move.promotionKind() != 0) return result + FigureLetter(move.promotionKind());
     if ((piece & KIND_MASK) == KIND_PAWN) return result;
     if ((piece & KIND_MASK) == KIND_KING && absInt(colOf(move.to) - colOf(move.from)) >= 2)
         return colOf(move.to) == 6 ? "0-0" : "0-0-0";
-    return kindLetter(piece) + result;
+    return FigureLetter(piece) + result;
 }
 
 std::string FormatLogMove(const TMove& move) {
