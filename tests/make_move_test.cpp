@@ -192,6 +192,19 @@ TEST(EnPassant, PinnedOnTheRowWithTheCapturedPawn) {
     EXPECT_TRUE(tryMove(free.last(), mv("e5", "d6")));
 }
 
+TEST(EnPassant, TakenPawnWasTheLastManOnADiagonal) {
+    // Only d5 stood between the bishop f7 and the king b3 (the root has White
+    // in check, which d7-d5 answers); the square the capturing pawn leaves lies
+    // on no line with the king, so only the taken pawn's square shows the pin.
+    GameLine line(boardFromFen("7k/3p1b2/8/4P3/8/1K6/8/8", 4));
+    ASSERT_EQ(line.last().m_cWhiteChecker, sq("f7"));
+    ASSERT_TRUE(line.play("d7-d5"));
+    EXPECT_EQ(line.last().m_cWhiteChecker, NO_CHECK);
+    EXPECT_TRUE(contains(generate(line.last()), mv("e5", "d6")));
+    EXPECT_FALSE(tryMove(line.last(), mv("e5", "d6")));
+    EXPECT_TRUE(tryMove(line.last(), mv("e5", "e6")));
+}
+
 TEST(EnPassant, BlackCapturesAndTheCheckingPawnGoes) {
     GameLine line(boardFromFen("8/8/8/4k3/4p3/8/3P4/4K3", 3));
     ASSERT_TRUE(line.play("d2-d4"));
@@ -601,6 +614,24 @@ TEST(KnightsAlone, LinesThatCannotMateAreRefused) {
     EXPECT_TRUE(tryMove(boardFromFen("7k/8/8/8/8/8/8/N3K3", 1), mv("a1", "b3")));
     // A pawn on the board leaves the line to the search.
     EXPECT_TRUE(tryMove(boardFromFen("7k/8/8/8/8/8/P7/N3K3", 5), mv("a1", "b3")));
+}
+
+TEST(BlackHasLegalMove, MateOrAnAnswer) {
+    // The back-rank mate: no flight, nothing to put between.
+    TChessboard mate = boardFromFen("R5k1/5ppp/8/8/8/8/8/6K1", 2);
+    ASSERT_EQ(mate.m_cBlackChecker, sq("a8"));
+    EXPECT_FALSE(BlackHasLegalMove(mate));
+    // A knight that can block on f8 or d8.
+    TChessboard block = boardFromFen("R5k1/5ppp/4n3/8/8/8/8/6K1", 2);
+    EXPECT_TRUE(BlackHasLegalMove(block));
+    // A flight on h7.
+    TChessboard flight = boardFromFen("R5k1/5pp1/8/8/8/8/8/6K1", 2);
+    EXPECT_TRUE(BlackHasLegalMove(flight));
+    // Double check: only the king may answer, and he cannot, though the knight
+    // could block one line and the pawn take the other checker.
+    TChessboard twice = boardFromFen("R5k1/5ppp/4n2N/8/8/8/8/6K1", 2);
+    ASSERT_EQ(twice.m_cBlackChecker, DOUBLE_CHECK);
+    EXPECT_FALSE(BlackHasLegalMove(twice));
 }
 
 } // namespace
