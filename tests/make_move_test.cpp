@@ -636,3 +636,34 @@ TEST(BlackHasLegalMove, MateOrAnAnswer) {
 
 } // namespace
 } // namespace zorvane
+
+namespace zorvane {
+namespace {
+
+TEST(Promotions, OnlyAPawnStepOntoTheLastRowPromotesIntoAFigure) {
+    const TChessboard white = boardFromFen("k7/4P3/8/8/8/8/8/4K3", 3);
+    EXPECT_FALSE(tryMove(white, mv("e7", "e8", KIND_KING)));
+    EXPECT_FALSE(tryMove(white, mv("e7", "e8", KIND_PAWN)));
+    EXPECT_FALSE(tryMove(white, mv("e7", "e8")));
+    EXPECT_FALSE(tryMove(white, mv("e1", "e2", KIND_QUEEN)));
+    EXPECT_TRUE(tryMove(white, mv("e7", "e8", KIND_QUEEN)));
+    const TChessboard black = boardFromFen("k7/8/8/8/8/8/4p3/K7", 2);
+    EXPECT_FALSE(tryMove(black, mv("e2", "e1", KIND_KING)));
+    EXPECT_FALSE(tryMove(black, mv("e2", "e1")));
+    EXPECT_TRUE(tryMove(black, mv("e2", "e1", KIND_ROOK)));
+}
+
+TEST(WatchedSquares, FollowTheirMenAndFreeTheSlotOfATakenMan) {
+    TChessboard b = boardFromFen("k7/8/8/3r4/8/8/8/3RK3", 2);
+    b.m_aWatched[2] = static_cast<uint8_t>(sq("d5"));
+    TChessboard afterBlack;
+    ASSERT_TRUE(tryMove(b, mv("d5", "d4"), &afterBlack));
+    EXPECT_EQ(afterBlack.m_aWatched[2], sq("d4"));
+    EXPECT_EQ(afterBlack.m_aWatched[0], NO_SQUARE);
+    TChessboard afterWhite;
+    ASSERT_TRUE(tryMove(afterBlack, mv("d1", "d4"), &afterWhite));
+    EXPECT_EQ(afterWhite.m_aWatched[2], NO_SQUARE);
+}
+
+} // namespace
+} // namespace zorvane

@@ -213,12 +213,14 @@ TEST(ChessboardId, Alphanum5RoundTrip) {
 }
 
 TEST(ChessboardId, NoRoomBeyondFortyBytes) {
-    // 53 characters are 318 bits; 54 would be 324.
+    // 53 characters are 318 bits; a 54th may only pad with zeros up to 320.
     TChessboardId id;
     EXPECT_TRUE(ChessboardIdFromAlphanum6(std::string(53, '0'), id));
     EXPECT_EQ(id.m_nBits, 318);
+    EXPECT_TRUE(ChessboardIdFromAlphanum6(std::string(54, '0'), id));
+    EXPECT_EQ(id.m_nBits, 320);
     try {
-        ChessboardIdFromAlphanum6(std::string(54, '0'), id);
+        ChessboardIdFromAlphanum6(std::string(53, '0') + "z", id);
         ADD_FAILURE() << "no exception";
     } catch (const ChessException& e) {
         EXPECT_EQ(std::string(e.what()), "Exception in TChessboardId");
@@ -265,6 +267,31 @@ TEST(RegisterHash, MirroredPositionsDiffer) {
     flipped.s[sq("c6")] = WK;
     EXPECT_EQ(RegisterHash(flipped.s), 129u * 3249u + 65u * 1849u);
     EXPECT_NE(RegisterHash(flipped.s), RegisterHash(left.s));
+}
+
+} // namespace
+} // namespace zorvane
+
+namespace zorvane {
+namespace {
+
+TEST(ChessboardId, FullBoardOfMenReadsBackFromItsText) {
+    // 64 men take all 320 bits; the 54th character carries four zero bits of padding.
+    uint8_t squares[64];
+    for (int i = 0; i < 64; ++i) squares[i] = i % 2 ? BN : WQ;
+    const TChessboardId id = ChessboardIdFromSquares(squares);
+    ASSERT_EQ(id.m_nBits, 320);
+    const std::string text = ToAlphanum6(id);
+    ASSERT_EQ(text.size(), 54u);
+    TChessboardId back;
+    ASSERT_TRUE(ChessboardIdFromAlphanum6(text, back));
+    EXPECT_EQ(back.m_nBits, 320);
+    uint8_t read[64];
+    SquaresFromChessboardId(back, read);
+    EXPECT_EQ(std::vector<uint8_t>(read, read + 64), std::vector<uint8_t>(squares, squares + 64));
+    // A set bit beyond the 320th is no padding.
+    TChessboardId overflow;
+    EXPECT_THROW(ChessboardIdFromAlphanum6(text.substr(0, 53) + ")", overflow), ChessException);
 }
 
 } // namespace

@@ -6,6 +6,8 @@
 #include "movegen.h"
 #include "thread_context.h"
 
+#include <cstring>
+
 namespace zorvane {
 
 namespace {
@@ -134,6 +136,25 @@ bool knightsLineRefused(TChessboard& b) {
              !BlackKingHasFlight(b));
 }
 
+// A promotion must be a pawn's step onto the last row into a figure, and a
+// pawn on the last row must be promoted: moves read from text are held to it.
+inline bool promotionSound(int kind, int promotion, int to, int lastRow) {
+    if (kind != KIND_PAWN) return promotion == 0;
+    if (rowOf(to) != lastRow) return promotion == 0;
+    return promotion == KIND_QUEEN || promotion == KIND_ROOK || promotion == KIND_BISHOP || promotion == KIND_KNIGHT;
+}
+
+// The watched squares follow their black men; a taken man frees its slot.
+inline bool anyWatched(const TChessboard& b) {
+    uint64_t slots;
+    std::memcpy(&slots, b.m_aWatched, sizeof slots);
+    return slots != ~uint64_t{0};
+}
+void moveWatched(TChessboard& b, int from, int to) {
+    for (uint8_t& slot : b.m_aWatched)
+        if (slot == from) slot = static_cast<uint8_t>(to);
+}
+
 inline bool weakWhiteFlagMayChange(const TChessboard& b) {
     return (b.m_wFlags & FLAG_WEAK_WHITE) || (!b.m_nWhiteQueens && !b.m_nWhiteRooks && b.m_nWhitePawns);
 }
@@ -186,6 +207,8 @@ bool MakeWhiteMove(TChessboard& b, TMove& m) {
         captured = s[captureSquare];
     }
     m.enPassant = enPassant;
+    const uint8_t promotion = m.promotion & KIND_MASK;
+    if ((promotion || kind == KIND_PAWN) && !promotionSound(kind, promotion, to, 7)) return false;
 
     // Castling is judged on the position before the move.
     int rookTo = -1;
@@ -196,7 +219,6 @@ bool MakeWhiteMove(TChessboard& b, TMove& m) {
     }
 
     // 3. Move the man.
-    const uint8_t promotion = m.promotion & KIND_MASK;
     if (promotion) {
         s[to] = static_cast<uint8_t>(promotion | WHITE);
         --b.m_nWhitePawns;
@@ -247,6 +269,7 @@ bool MakeWhiteMove(TChessboard& b, TMove& m) {
             --b.m_wFlags2;
         if (b.blackMenBesideKing() == 0) b.m_wFlags |= FLAG_BLACK_BARE_KING;
         if (weakWhiteFlagMayChange(b)) UpdateWeakWhiteFlag(b);
+        if (anyWatched(b)) moveWatched(b, captureSquare, NO_SQUARE);
     }
 
     // 8. Against a bare king, bishops of one colour cannot mate.
@@ -292,6 +315,8 @@ int MakeBlackMove(TChessboard& b, TMove& m, bool bLegal) {
         captured = s[captureSquare];
     }
     m.enPassant = enPassant;
+    const uint8_t promotion = m.promotion & KIND_MASK;
+    if ((promotion || kind == KIND_PAWN) && !promotionSound(kind, promotion, to, 0)) return BLACK_MOVE_ILLEGAL;
 
     if (kind == KIND_KING && absInt(colOf(to) - colOf(from)) >= 2) {
         const TChessboard& before = b.m_pParent ? *b.m_pParent : b;
@@ -300,7 +325,6 @@ int MakeBlackMove(TChessboard& b, TMove& m, bool bLegal) {
     }
 
     // 3. Move the man; promotions are counted up to three.
-    const uint8_t promotion = m.promotion & KIND_MASK;
     if (promotion) {
         s[to] = static_cast<uint8_t>(promotion | BLACK);
         --b.m_nBlackPawns;
@@ -311,6 +335,7 @@ int MakeBlackMove(TChessboard& b, TMove& m, bool bLegal) {
     }
     s[from] = 0;
     if (enPassant) s[captureSquare] = 0;
+    if (anyWatched(b)) moveWatched(b, from, to);
 
     // 4. A white man taken: counts, notes, lists.
     if (captured) {
@@ -329,6 +354,7 @@ int MakeBlackMove(TChessboard& b, TMove& m, bool bLegal) {
             rookTo = to == 62 ? 61 : 59;
             s[rookFrom] = 0;
             s[rookTo] = BR;
+            if (anyWatched(b)) moveWatched(b, rookFrom, rookTo);
         }
         // 5./6. The king may not step into an attack; his fields and edge level follow him.
         if (!bLegal && IsAttackedByWhite(b, colOf(to), rowOf(to))) return BLACK_MOVE_ILLEGAL;

@@ -61,7 +61,13 @@ bool fromAlphanum(const std::string& text, TChessboardId& id, int width) {
     for (const char c : text) {
         const int value = alphanumValue(c, width);
         if (value < 0) return false;
-        for (int i = 0; i < width; ++i) appendBit(result, (value >> i) & 1);
+        for (int i = 0; i < width; ++i) {
+            const int bit = (value >> i) & 1;
+            // The last character of a full identifier is padded past the
+            // 320th bit with zeros, which carry nothing.
+            if (result.m_nBits >= 320 && bit == 0) continue;
+            appendBit(result, bit);
+        }
     }
     id = result;
     return true;
