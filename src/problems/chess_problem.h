@@ -1,15 +1,52 @@
 #pragma once
-// TChessProblem: the record of one problem. This holds its solve-wide state,
-// the part that every search thread reaches through TChessboard::m_pProblem:
-// the node counter, the command word that stops, pauses or redirects threads,
-// and the settings of the running solve.
+// TChessProblem: everything known about one problem. It is at once the row of
+// the problem file and the context of a running solve: every search thread
+// reaches it through TChessboard::m_pProblem, for the node counter, the command
+// word that stops, pauses or redirects threads, and the settings of the solve.
+#include "core/chessboard.h"
+#include "core/move.h"
+#include "problems/sort_indication.h"
+#include "problems/variant.h"
+
 #include <atomic>
 #include <cstdint>
+#include <deque>
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
 #include <thread>
+#include <vector>
 
 namespace zorvane {
 
 struct TThreadContext;
+
+enum ProblemType : uint16_t {
+    PROBLEM_DIRECT_MATE = 1,
+    PROBLEM_SELFMATE = 2,
+    PROBLEM_POSITION = 4, // no stipulation
+};
+// Plies of a position without stipulation.
+constexpr uint16_t POSITION_PLIES = 255;
+
+enum ProblemFlag : uint16_t {
+    NoMirror = 0x0001,
+    AllSolutions = 0x0002,
+    HasAnswer = 0x0004,
+    StopOnDual = 0x0008,
+    StopOn3Sol = 0x0010,
+    UseMainVariantAsSortIndications = 0x0020,
+    NoGlobalRegister = 0x0040,
+    SafeMode = 0x0080,
+    MirrorOnly = 0x0100,
+    HasExpectedSortWhiteMoves = 0x0200,
+    ExpectedSortWhiteMovesOnly = 0x0400,
+    GuiCheckBestDefence = 0x0800,
+    GuiCheck = 0x1000,
+    RequiresSyzygy = 0x2000,
+    AllSolutionsRequiresSyzygy = 0x4000,
+};
 
 enum EngineCommand : uint8_t {
     COMMAND_RUN = 0,
@@ -19,10 +56,49 @@ enum EngineCommand : uint8_t {
 };
 constexpr uint16_t ALL_THREADS = 0xFFFF;
 
+// The settings a new record takes from the options at the moment it is made.
+struct ProblemDefaults {
+    bool quickMode = true;
+    int schedulerLevels = 0;
+    bool customScheduler = false;
+    bool useMainVariantAsSortIndications = false;
+};
+
 struct TChessProblem {
+    // ---- The row of the problem file, in declared order.
+    uint16_t type = PROBLEM_DIRECT_MATE;
+    int32_t id = 0;
+    uint16_t plies = 3;
+    // Head of the chain of positions; the "Moves:" line or moves played on the
+    // board add positions behind it in `playedPositions`, each the child of the one before.
+    TChessboard startPosition = EmptyChessboard();
+    std::deque<TChessboard> playedPositions;
+    std::vector<TMove> expectedAnswers;
+    std::vector<TMove> expectedSortWhiteMoves;
+    uint16_t flags = 0;
+    uint8_t threads = 255;
+    uint8_t multithreadingLevels = 255;
+    int16_t schedulerLevels = -1;
+    int32_t lichessLevels = -1;
+    int32_t globalRegisterMB = -1;
+    uint8_t stopRelaxHeuristicsOnFirstSolution = 0;
+    std::wstring description;
+    uint64_t guiCheckCount = 0;
+    std::map<uint32_t, std::string> heuristicOptions;
+    // `requires` of the file; the word is reserved in C++20.
+    std::set<std::string> requiresConditions;
+    std::set<std::string> allSolutionsRequires;
+    TVariantMap variants;
+    TChessboard referencePosition = EmptyChessboard();
+    uint16_t stipulationPlies = 3;
+    uint8_t useMainVariantAsSortIndications = 0;
+    std::set<std::wstring> tags;
+    SortIndications sortIndications;
+    SortIndications activeSortIndications;
+
+    // ---- Solve-wide state.
     // Counted at every White step with fewer than 4 plies left.
     std::atomic<uint64_t> m_nNodes{0};
-
     // The command word: written under the spin byte, read without it at every move.
     std::atomic<uint8_t> m_bCommandLock{0};
     std::atomic<uint8_t> m_nCommand{COMMAND_RUN};
@@ -33,17 +109,30 @@ struct TChessProblem {
     // (1 swap the current move with the one before it, 2 send the one before it to the end).
     uint16_t m_wCommandDepth = 0;
     uint8_t m_nCommandMode = 0;
-
     uint8_t m_bSafeMode = 0;
     // Repetitions count only for positions first reached with at most this many plies left.
     uint16_t m_shRepetitionLimit = 0;
     uint8_t m_nMultithreadingLevels = 0;
     uint8_t m_nSchedulerLevels = 0;
     bool m_bSchedulerAll = false;
-
+    bool m_bCustomScheduler = false;
     // Called from the search at its regular visits to the outside world.
     void (*m_pfnProgress)(TChessProblem& problem, const TThreadContext& thread, void* user) = nullptr;
     void* m_pProgressUser = nullptr;
+
+    // A new record starts as "#2" with an empty board whose plies are 5.
+    TChessProblem();
+    // A new record takes the solve settings of the options at this moment.
+    explicit TChessProblem(const ProblemDefaults& defaults);
+    TChessProblem(const TChessProblem&) = delete;
+    TChessProblem& operator=(const TChessProblem&) = delete;
+
+    // The last position of the chain: the start, or the last played position.
+    const TChessboard& currentPosition() const {
+        return playedPositions.empty() ? startPosition : playedPositions.back();
+    }
+    // Moves of the stipulation: n of "#n" or "s#n"; 0 for a position without one.
+    int stipulationMoves() const;
 
     void LockCommand() {
         while (m_bCommandLock.exchange(1, std::memory_order_acquire)) std::this_thread::yield();
@@ -75,5 +164,12 @@ struct TChessProblem {
         UnlockCommand();
     }
 };
+
+// Sets `plies` and `stipulationPlies` from n moves by the type: 2n-1 for a
+// direct mate, 2n+1 for a selfmate, 255 for a position.
+void SetStipulation(TChessProblem& problem, int moves);
+
+// The problems of one file, owned, ordered by number.
+using ProblemMap = std::map<int32_t, std::unique_ptr<TChessProblem>>;
 
 } // namespace zorvane

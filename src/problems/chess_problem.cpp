@@ -1,0 +1,38 @@
+#include "problems/chess_problem.h"
+
+namespace zorvane {
+
+namespace {
+constexpr uint16_t NEW_POSITION_PLIES = 5;
+}
+
+TChessProblem::TChessProblem() {
+    startPosition.m_shPliesLeft = startPosition.m_shPliesTotal = NEW_POSITION_PLIES;
+    startPosition.m_pProblem = this;
+}
+
+TChessProblem::TChessProblem(const ProblemDefaults& defaults) : TChessProblem() {
+    m_bSafeMode = defaults.quickMode ? 0 : 1;
+    m_nSchedulerLevels = static_cast<uint8_t>(schedulerLevels >= 0 ? schedulerLevels : defaults.schedulerLevels);
+    m_bCustomScheduler = defaults.customScheduler && m_nSchedulerLevels != 0;
+    useMainVariantAsSortIndications = defaults.useMainVariantAsSortIndications ? 1 : 0;
+}
+
+int TChessProblem::stipulationMoves() const {
+    switch (type) {
+    case PROBLEM_DIRECT_MATE: return (plies + 1) / 2;
+    case PROBLEM_SELFMATE: return plies / 2;
+    default: return 0;
+    }
+}
+
+void SetStipulation(TChessProblem& problem, int moves) {
+    switch (problem.type) {
+    case PROBLEM_DIRECT_MATE: problem.plies = static_cast<uint16_t>(2 * moves - 1); break;
+    case PROBLEM_SELFMATE: problem.plies = static_cast<uint16_t>(2 * moves + 1); break;
+    default: problem.plies = POSITION_PLIES; break;
+    }
+    problem.stipulationPlies = problem.plies;
+}
+
+} // namespace zorvane
