@@ -3,6 +3,7 @@
 //   "{Main variant} e2-e4 e7-e5[the only defence] Ng1-f3"
 #include "core/chessboard.h"
 #include "core/move.h"
+#include "problems/language.h"
 
 #include <array>
 #include <map>
@@ -26,9 +27,6 @@ using TVariantMap = std::map<std::wstring, TVariant>;
 
 // The name of the main variant by language: 0 Polish, 1 English, 2 Ukrainian.
 extern const std::array<std::wstring, 3> MainVariantNames;
-constexpr int LANGUAGE_POLISH = 0;
-constexpr int LANGUAGE_ENGLISH = 1;
-constexpr int LANGUAGE_UKRAINIAN = 2;
 
 // Reads a variant; throws ChessException at the first word that is no long move.
 // With `translateName`, any language's main-variant name becomes the one of `languageId`.
