@@ -1,13 +1,11 @@
 // The solve benchmark: each problem of the fixed list from the shared corpus,
 // solved by the mate proof on one thread. Reports nodes, time and keys.
-#include "core/fen.h"
 #include "engine/mate_search.h"
 #include "engine/solve_benchmark.h"
-#include "problems/problem_scan.h"
+#include "problems/problem_file.h"
 
 #include <benchmark/benchmark.h>
 
-#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 
@@ -15,19 +13,14 @@ namespace {
 
 const std::string CORPUS = ZORVANE_SHARED_DIR "/corpus/peer_examples.cp";
 
-void solveOne(benchmark::State& state, zorvane::ScannedProblem problem) {
-    zorvane::TChessboard board = zorvane::EmptyChessboard();
-    if (!zorvane::ReadFen(problem.fen, board)) {
-        state.SkipWithError("bad FEN");
-        return;
-    }
+void solveOne(benchmark::State& state, const zorvane::TChessProblem* problem) {
     zorvane::MateKeys keys;
     for (auto _ : state) {
         zorvane::MateProof proof;
-        keys = proof.FindKeys(board, problem.moves);
+        keys = proof.FindKeys(problem->startPosition, problem->stipulationMoves());
     }
     std::string label = "#";
-    label += std::to_string(problem.moves);
+    label += std::to_string(problem->stipulationMoves());
     for (const std::string& key : keys.texts) {
         label += ' ';
         label += key;
@@ -44,12 +37,13 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "solve_bench: corpus not found at %s\n", CORPUS.c_str());
         return 2;
     }
-    const std::vector<zorvane::ScannedProblem> corpus = zorvane::ScanProblemFile(CORPUS);
+    zorvane::ProblemMap corpus;
+    std::set<std::wstring> tags;
+    zorvane::LoadProblemFile(CORPUS, corpus, false, zorvane::ProblemFileSettings{}, tags);
     for (const int number : zorvane::SolveBenchmarkNumbers()) {
-        const auto found = std::find_if(corpus.begin(), corpus.end(),
-                                        [number](const zorvane::ScannedProblem& p) { return p.number == number; });
+        const auto found = corpus.find(number);
         if (found == corpus.end()) continue;
-        benchmark::RegisterBenchmark(("Solve/" + std::to_string(number)).c_str(), solveOne, *found)
+        benchmark::RegisterBenchmark(("Solve/" + std::to_string(number)).c_str(), solveOne, found->second.get())
             ->Unit(benchmark::kMillisecond);
     }
     benchmark::RunSpecifiedBenchmarks();

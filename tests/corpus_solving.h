@@ -1,13 +1,11 @@
 #pragma once
 // Solving the direct mates of the shared corpus and comparing their keys with
-// the complete key sets of the file.
-#include "core/fen.h"
+// the complete key sets of the file's answers.
 #include "engine/mate_search.h"
-#include "problems/problem_scan.h"
+#include "problems/problem_file.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 
@@ -17,25 +15,34 @@ inline const std::string CORPUS = std::string(ZORVANE_SHARED_DIR) + "/corpus/pee
 
 inline bool CorpusPresent() { return std::filesystem::exists(CORPUS); }
 
-inline std::vector<std::string> Sorted(std::vector<std::string> v) {
-    std::sort(v.begin(), v.end());
-    return v;
+inline ProblemMap LoadCorpus() {
+    ProblemMap corpus;
+    std::set<std::wstring> tags;
+    LoadProblemFile(CORPUS, corpus, false, ProblemFileSettings{}, tags);
+    return corpus;
 }
 
-// Every corpus problem of minMoves..maxMoves must give exactly its key set.
+inline std::string JoinedTexts(const std::vector<std::string>& texts) {
+    std::string joined;
+    for (const std::string& text : texts) joined += (joined.empty() ? "" : ", ") + text;
+    return joined;
+}
+
+// Every corpus problem of minMoves..maxMoves must give exactly its key set; a
+// problem without an answer has no solution.
 inline void SolveCorpus(int minMoves, int maxMoves, bool safeMode, bool report = false) {
     if (!CorpusPresent()) GTEST_SKIP() << "corpus not found at " << CORPUS << " (../shared is absent)";
     int solved = 0;
-    for (const ScannedProblem& problem : ScanProblemFile(CORPUS)) {
-        if (problem.moves < minMoves || problem.moves > maxMoves) continue;
-        TChessboard board = EmptyChessboard();
-        ASSERT_TRUE(ReadFen(problem.fen, board)) << "problem " << problem.number;
+    for (const auto& [id, problem] : LoadCorpus()) {
+        const int moves = problem->stipulationMoves();
+        if (problem->type != PROBLEM_DIRECT_MATE || moves < minMoves || moves > maxMoves) continue;
         MateProof proof(safeMode);
-        const MateKeys keys = proof.FindKeys(board, problem.moves);
-        EXPECT_EQ(Sorted(keys.texts), Sorted(problem.answers))
-            << "problem " << problem.number << " #" << problem.moves << " " << problem.fen;
+        const MateKeys keys = proof.FindKeys(problem->startPosition, moves);
+        EXPECT_TRUE(SameMoveSet(keys.keys, problem->expectedAnswers))
+            << "problem " << id << " #" << moves << ": found " << JoinedTexts(keys.texts);
+        EXPECT_EQ((problem->flags & HasAnswer) != 0, !problem->expectedAnswers.empty()) << "problem " << id;
         if (report)
-            std::printf("problem %d #%d: %.0f ms, %llu nodes\n", problem.number, problem.moves, keys.milliseconds,
+            std::printf("problem %d #%d: %.0f ms, %llu nodes\n", id, moves, keys.milliseconds,
                         static_cast<unsigned long long>(keys.nodes));
         ++solved;
     }

@@ -11,5 +11,8 @@ using Runner = std::function<int()>;
 
 Runner AddMateCommand(CLI::App& app);
 Runner AddBenchCommand(CLI::App& app);
+Runner AddCheckCommand(CLI::App& app);
+Runner AddFormatCommand(CLI::App& app);
+Runner AddSolveCommand(CLI::App& app);
 
 } // namespace zorvane::cli

@@ -4,6 +4,7 @@
 #include "fen.h"
 #include "piece.h"
 
+#include <algorithm>
 #include <cstdio>
 
 namespace zorvane {
@@ -24,6 +25,16 @@ char FigureLetter(uint8_t kind) {
     case KIND_KNIGHT: return 'N';
     default: return 'E';
     }
+}
+
+bool SameMoveSet(const std::vector<TMove>& a, const std::vector<TMove>& b) {
+    auto key = [](const TMove& m) { return (m.from << 16) | (m.to << 8) | (m.promotion & KIND_MASK); };
+    std::vector<int> ka, kb;
+    for (const TMove& m : a) ka.push_back(key(m));
+    for (const TMove& m : b) kb.push_back(key(m));
+    std::sort(ka.begin(), ka.end());
+    std::sort(kb.begin(), kb.end());
+    return ka == kb;
 }
 
 std::string FormatMove(const TMove& move, uint8_t piece, bool capture) {

@@ -2,6 +2,7 @@
 // TMove: four bytes copied as one word. from == to is the null move.
 #include <cstdint>
 #include <string>
+#include <vector>
 
 namespace zorvane {
 
@@ -21,6 +22,9 @@ static_assert(sizeof(TMove) == 4);
 inline bool operator==(const TMove& a, const TMove& b) {
     return a.from == b.from && a.to == b.to && ((a.promotion ^ b.promotion) & 31) == 0;
 }
+
+// Whether two lists hold the same moves, whatever their order (equality as above).
+bool SameMoveSet(const std::vector<TMove>& a, const std::vector<TMove>& b);
 
 // A move list lives in the caller's frame; its count fits one byte.
 constexpr int MAX_MOVES = 256;

@@ -1,10 +1,8 @@
 #include "engine/solve_benchmark.h"
 
-#include "core/fen.h"
 #include "engine/mate_search.h"
-#include "problems/problem_scan.h"
+#include "problems/problem_file.h"
 
-#include <algorithm>
 #include <stdexcept>
 
 namespace zorvane {
@@ -17,19 +15,20 @@ const std::vector<int>& SolveBenchmarkNumbers() {
 
 std::vector<BenchmarkProblem> RunSolveBenchmark(const std::string& corpusPath,
                                                 const std::function<void(const BenchmarkProblem&)>& onSolved) {
-    const std::vector<ScannedProblem> corpus = ScanProblemFile(corpusPath);
+    ProblemMap corpus;
+    std::set<std::wstring> tags;
+    LoadProblemFile(corpusPath, corpus, false, ProblemFileSettings{}, tags);
     std::vector<BenchmarkProblem> results;
     MateProof proof;
     for (const int number : SolveBenchmarkNumbers()) {
-        const auto found = std::find_if(corpus.begin(), corpus.end(),
-                                        [number](const ScannedProblem& p) { return p.number == number; });
-        if (found == corpus.end() || found->moves == 0)
+        const auto found = corpus.find(number);
+        if (found == corpus.end() || found->second->type != PROBLEM_DIRECT_MATE)
             throw std::runtime_error("benchmark problem " + std::to_string(number) + " is missing from " + corpusPath);
-        TChessboard board = EmptyChessboard();
-        if (!ReadFen(found->fen, board))
-            throw std::runtime_error("benchmark problem " + std::to_string(number) + " has a bad FEN");
-        const MateKeys keys = proof.FindKeys(board, found->moves);
-        BenchmarkProblem result{number, found->moves, keys.texts, keys.nodes, keys.milliseconds};
+        const TChessProblem& problem = *found->second;
+        const int moves = problem.stipulationMoves();
+        const MateKeys keys = proof.FindKeys(problem.startPosition, moves);
+        BenchmarkProblem result{number,     moves,      keys.texts, keys.keys, problem.expectedAnswers,
+                                keys.nodes, keys.milliseconds};
         if (onSolved) onSolved(result);
         results.push_back(std::move(result));
     }

@@ -2,6 +2,8 @@
 // The solve benchmark: a fixed list of direct mates (#3 to #5) from the shared
 // corpus, solved one by one. Its total node count is the signature of the
 // search: it changes only when the search itself changes.
+#include "core/move.h"
+
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -13,6 +15,9 @@ struct BenchmarkProblem {
     int number = 0;
     int moves = 0;
     std::vector<std::string> keys;
+    // The keys found and the file's answer, to compare as sets.
+    std::vector<TMove> keyMoves;
+    std::vector<TMove> expected;
     uint64_t nodes = 0;
     double milliseconds = 0;
 };
