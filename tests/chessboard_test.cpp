@@ -2,6 +2,7 @@
 // the three faults of the strict and the testing form.
 #include "core/chess_exception.h"
 #include "core/chessboard.h"
+#include "test_squares.h"
 
 #include <gtest/gtest.h>
 
@@ -11,8 +12,6 @@
 
 namespace zorvane {
 namespace {
-
-constexpr int sq(const char* name) { return (name[1] - '1') * 8 + (name[0] - 'a'); }
 
 TChessboard boardWith(std::initializer_list<std::pair<const char*, uint8_t>> men) {
     TChessboard b = EmptyChessboard();

@@ -4,6 +4,7 @@
 #include "core/chess_exception.h"
 #include "core/fen.h"
 #include "core/make_move.h"
+#include "test_squares.h"
 
 #include <gtest/gtest.h>
 
@@ -13,8 +14,6 @@
 
 namespace zorvane {
 namespace {
-
-constexpr int sq(const char* name) { return (name[1] - '1') * 8 + (name[0] - 'a'); }
 
 constexpr const char* INITIAL = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR";
 

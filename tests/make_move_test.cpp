@@ -6,6 +6,7 @@
 #include "core/make_move.h"
 #include "core/movegen.h"
 #include "core/thread_context.h"
+#include "test_squares.h"
 
 #include <gtest/gtest.h>
 
@@ -18,8 +19,6 @@
 namespace zorvane {
 namespace {
 
-constexpr int sq(const char* name) { return (name[1] - '1') * 8 + (name[0] - 'a'); }
-
 // White to move for odd plies, Black for even.
 TChessboard boardFromFen(const std::string& fen, int pliesLeft, TThreadContext* thread = nullptr) {
     TChessboard b = EmptyChessboard();
@@ -28,14 +27,6 @@ TChessboard boardFromFen(const std::string& fen, int pliesLeft, TThreadContext* 
     b.m_pThread = thread;
     EXPECT_TRUE(ReadFen(fen, b)) << fen;
     return b;
-}
-
-TMove mv(const char* from, const char* to, uint8_t promotion = 0) {
-    TMove m;
-    m.from = static_cast<uint8_t>(sq(from));
-    m.to = static_cast<uint8_t>(sq(to));
-    m.promotion = promotion;
-    return m;
 }
 
 // Makes the move on a fresh copy of `parent`; true when the maker accepts it.

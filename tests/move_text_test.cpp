@@ -2,6 +2,7 @@
 #include "core/chess_exception.h"
 #include "core/move.h"
 #include "core/piece.h"
+#include "test_squares.h"
 
 #include <gtest/gtest.h>
 
@@ -9,16 +10,6 @@
 
 namespace zorvane {
 namespace {
-
-constexpr uint8_t sq(const char* name) { return static_cast<uint8_t>((name[1] - '1') * 8 + (name[0] - 'a')); }
-
-TMove mv(const char* from, const char* to, uint8_t promotion = 0) {
-    TMove m;
-    m.from = sq(from);
-    m.to = sq(to);
-    m.promotion = promotion;
-    return m;
-}
 
 // The message of ParseMove, or "" when it reads the text.
 std::string parseMessage(const std::string& text, bool white = true) {

@@ -6,6 +6,7 @@
 #include "core/knight_table.h"
 #include "core/make_move.h"
 #include "core/movegen.h"
+#include "test_squares.h"
 
 #include <gtest/gtest.h>
 
@@ -16,8 +17,6 @@
 
 namespace zorvane {
 namespace {
-
-constexpr int sq(const char* name) { return (name[1] - '1') * 8 + (name[0] - 'a'); }
 
 // White to move for odd plies, Black for even.
 TChessboard boardFromFen(const std::string& fen, int pliesLeft) {

@@ -4,6 +4,7 @@
 #include "core/fen.h"
 #include "core/piece.h"
 #include "problems/notation.h"
+#include "test_squares.h"
 
 #include <gtest/gtest.h>
 
@@ -11,16 +12,6 @@
 
 namespace zorvane {
 namespace {
-
-constexpr uint8_t sq(const char* name) { return static_cast<uint8_t>((name[1] - '1') * 8 + (name[0] - 'a')); }
-
-TMove mv(const char* from, const char* to, uint8_t promotion = 0) {
-    TMove m;
-    m.from = sq(from);
-    m.to = sq(to);
-    m.promotion = promotion;
-    return m;
-}
 
 TChessboard position(const std::string& fen, bool whiteToMove = true) {
     TChessboard board = EmptyChessboard();

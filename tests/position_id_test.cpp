@@ -3,6 +3,7 @@
 #include "core/chess_exception.h"
 #include "core/piece.h"
 #include "core/position_id.h"
+#include "test_squares.h"
 
 #include <gtest/gtest.h>
 
@@ -11,8 +12,6 @@
 
 namespace zorvane {
 namespace {
-
-constexpr int sq(const char* name) { return (name[1] - '1') * 8 + (name[0] - 'a'); }
 
 constexpr uint8_t PIECES_BY_CODE[12] = {WK, BK, WP, BP, WQ, BQ, WR, BR, WB, BB, WN, BN};
 

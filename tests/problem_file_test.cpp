@@ -3,6 +3,7 @@
 #include "core/chess_exception.h"
 #include "core/piece.h"
 #include "problems/problem_file.h"
+#include "test_squares.h"
 
 #include <gtest/gtest.h>
 
@@ -22,8 +23,6 @@ namespace zorvane {
 namespace {
 
 namespace fs = std::filesystem;
-
-constexpr uint8_t sq(const char* name) { return static_cast<uint8_t>((name[1] - '1') * 8 + (name[0] - 'a')); }
 
 const std::string BODY = "{\n\tFEN: 4k3/8/8/8/8/8/8/4K3\n}\n";
 

@@ -4,6 +4,7 @@
 #include "core/fen.h"
 #include "core/piece.h"
 #include "problems/variant.h"
+#include "test_squares.h"
 
 #include <gtest/gtest.h>
 
@@ -11,8 +12,6 @@
 
 namespace zorvane {
 namespace {
-
-constexpr uint8_t sq(const char* name) { return static_cast<uint8_t>((name[1] - '1') * 8 + (name[0] - 'a')); }
 
 const std::wstring POLISH = L"Wariant g\u0142\u00f3wny";
 const std::wstring ENGLISH = L"Main variant";
