@@ -9,6 +9,7 @@
 
 #include <cstring>
 #include <deque>
+#include <fstream>
 #include <stdexcept>
 
 namespace zorvane {
@@ -150,6 +151,20 @@ TEST_F(ListFixture, SaveQuestionYesWritesTheFile) {
     ASSERT_EQ(host.questions.size(), 1u);
     EXPECT_EQ(host.questions[0], L"Question|There are changes in the current problem.\nDo you want to save them?");
     EXPECT_FALSE(list.IsCurrentProblemChanged());
+}
+
+TEST(ProblemListFile, PathPartsAndTheFileTime) {
+    ScriptedHost host;
+    ProblemList list(host, LANGUAGE_ENGLISH);
+    const std::filesystem::path path = std::filesystem::temp_directory_path() / "zorvane-list-test.cp";
+    { std::ofstream(path) << "x"; }
+    ProblemMap map;
+    map[1] = makeProblem(1, "k7/8/1K6/8/8/8/8/7R", 2);
+    list.Replace(std::move(map), path);
+    EXPECT_EQ(list.FileName(), L"zorvane-list-test.cp");
+    EXPECT_EQ(list.FileDirectory(), std::filesystem::temp_directory_path().wstring());
+    EXPECT_EQ(list.fileTime, std::filesystem::last_write_time(path));
+    std::filesystem::remove(path);
 }
 
 TEST_F(ListFixture, SaveQuestionCancelAndNo) {

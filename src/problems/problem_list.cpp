@@ -40,10 +40,17 @@ void ProblemList::Replace(ProblemMap loaded, const std::filesystem::path& path) 
         currentProblem = problems.begin();
         filePath = path;
     }
+    noteFileTime();
     history.clear();
     historyIndex = -1;
     if (currentProblem != problems.end()) PushHistory(currentProblem->first);
     TakeSnapshot(false);
+}
+
+void ProblemList::noteFileTime() {
+    std::error_code error;
+    const auto time = std::filesystem::last_write_time(filePath, error);
+    fileTime = error ? std::filesystem::file_time_type{} : time;
 }
 
 void ProblemList::TakeSnapshot(bool asNew) {
@@ -172,6 +179,7 @@ bool ProblemList::SaveCurrentFile() {
         m_host.ShowError(ERROR_TITLE, tr(L"Błąd zapisu pliku", L"Error writing to file", L"Помилка запису файлу"));
         return false;
     }
+    noteFileTime();
     TakeSnapshot(false);
     m_host.CloseDescriptionEditors();
     return true;

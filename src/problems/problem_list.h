@@ -65,6 +65,8 @@ public:
     // The current problem's entry, or problems.end().
     ProblemMap::iterator currentProblem;
     std::filesystem::path filePath;
+    // The file's last-write time when it was last read or written here.
+    std::filesystem::file_time_type fileTime{};
     std::set<std::wstring> allTags;
     std::vector<int32_t> history;
     int historyIndex = -1;
@@ -101,6 +103,7 @@ public:
 private:
     const wchar_t* tr(const wchar_t* polish, const wchar_t* english, const wchar_t* ukrainian) const;
     void eraseNewProblem();
+    void noteFileTime();
     bool addNewProblem();
 
     ProblemListHost& m_host;
