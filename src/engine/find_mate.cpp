@@ -288,6 +288,8 @@ template <class Config> int8_t Steps<Config>::whiteStep(TChessboard& b, bool bPr
     if (!problem.m_bSafeMode) {
         verdict = repetitions ? RESULT_REPETITION : doubtful ? RESULT_DOUBTFUL : RESULT_NO_MATE;
         if (repetitions) ctx.m_aRepetition[n + 1] = std::max(ctx.m_aRepetition[n + 1], ctx.m_aRepetition[n]);
+        // Below the last pass a repetition is a doubt, and so the register keeps it.
+        if (repetitions && b.m_bPass < 2) ++doubtful;
     } else if (n < ctx.m_aRepetition[n]) {
         ctx.m_aRepetition[n + 1] = std::max(ctx.m_aRepetition[n + 1], ctx.m_aRepetition[n]);
         verdict = RESULT_REPETITION;
