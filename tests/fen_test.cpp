@@ -4,6 +4,7 @@
 #include "core/chess_exception.h"
 #include "core/fen.h"
 #include "core/make_move.h"
+#include "test_positions.h"
 #include "test_squares.h"
 
 #include <gtest/gtest.h>
@@ -24,35 +25,10 @@ TChessboard freshBoard(int pliesLeft) {
     return b;
 }
 
-TChessboard boardFromFen(const std::string& fen, int pliesLeft) {
-    TChessboard b = freshBoard(pliesLeft);
-    EXPECT_TRUE(ReadFen(fen, b)) << fen;
-    return b;
-}
-
 bool reads(const std::string& fen, FenNotes* notes = nullptr) {
     TChessboard b = freshBoard(1);
     return ReadFen(fen, b, notes);
 }
-
-// A game line whose positions keep their parents.
-class GameLine {
-public:
-    explicit GameLine(const TChessboard& root) { m_boards.push_back(root); }
-    const TChessboard& last() const { return m_boards.back(); }
-    void play(const std::string& moveText) {
-        const TChessboard& parent = m_boards.back();
-        TChessboard child;
-        CopyToChild(child, parent);
-        TMove m = ParseMove(moveText, parent.whiteToMove());
-        const bool made = parent.whiteToMove() ? MakeWhiteMove(child, m) : MakeBlackMove(child, m, false) == 1;
-        ASSERT_TRUE(made) << moveText;
-        m_boards.push_back(child);
-    }
-
-private:
-    std::deque<TChessboard> m_boards;
-};
 
 TEST(FenWriter, PlacementOnly) {
     EXPECT_EQ(WriteFen(boardFromFen(INITIAL, 1), true), INITIAL);
@@ -81,24 +57,24 @@ TEST(FenWriter, CastlingLettersInOrder) {
 
 TEST(FenWriter, CastlingRightsFromTheParentChain) {
     GameLine line(boardFromFen("r3k2r/8/8/8/8/8/8/R3K2R", 9));
-    line.play("h1-h2");
+    ASSERT_TRUE(line.play("h1-h2"));
     EXPECT_EQ(WriteFen(line.last(), false), "r3k2r/8/8/8/8/8/7R/R3K3 b Qkq - 0 1");
-    line.play("e8-d8");
-    line.play("h2-h1");
+    ASSERT_TRUE(line.play("e8-d8"));
+    ASSERT_TRUE(line.play("h2-h1"));
     EXPECT_EQ(WriteFen(line.last(), false), "r2k3r/8/8/8/8/8/8/R3K2R b Q - 0 2");
 }
 
 TEST(FenWriter, EnPassantSquareAndMoveNumber) {
     GameLine line(boardFromFen(INITIAL, 9));
-    line.play("e2-e4");
+    ASSERT_TRUE(line.play("e2-e4"));
     EXPECT_EQ(WriteFen(line.last(), false), "rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq e3 0 1");
-    line.play("c7-c5");
+    ASSERT_TRUE(line.play("c7-c5"));
     EXPECT_EQ(WriteFen(line.last(), false),
               "rnbqkbnr/pp1ppppp/8/2p5/4P3/8/PPPP1PPP/RNBQKBNR w KQkq c6 0 2");
-    line.play("g1-f3");
+    ASSERT_TRUE(line.play("g1-f3"));
     EXPECT_EQ(WriteFen(line.last(), false),
               "rnbqkbnr/pp1ppppp/8/2p5/4P3/5N2/PPPP1PPP/RNBQKB1R b KQkq - 0 2");
-    line.play("d7-d6");
+    ASSERT_TRUE(line.play("d7-d6"));
     EXPECT_EQ(WriteFen(line.last(), false),
               "rnbqkbnr/pp2pppp/3p4/2p5/4P3/5N2/PPPP1PPP/RNBQKB1R w KQkq - 0 3");
 

@@ -6,6 +6,7 @@
 #include "core/make_move.h"
 #include "core/movegen.h"
 #include "core/thread_context.h"
+#include "test_positions.h"
 #include "test_squares.h"
 
 #include <gtest/gtest.h>
@@ -19,16 +20,6 @@
 namespace zorvane {
 namespace {
 
-// White to move for odd plies, Black for even.
-TChessboard boardFromFen(const std::string& fen, int pliesLeft, TThreadContext* thread = nullptr) {
-    TChessboard b = EmptyChessboard();
-    b.m_shPliesLeft = static_cast<uint16_t>(pliesLeft);
-    b.m_shPliesTotal = static_cast<uint16_t>(pliesLeft);
-    b.m_pThread = thread;
-    EXPECT_TRUE(ReadFen(fen, b)) << fen;
-    return b;
-}
-
 // Makes the move on a fresh copy of `parent`; true when the maker accepts it.
 bool tryMove(const TChessboard& parent, TMove m, TChessboard* childOut = nullptr) {
     TChessboard child;
@@ -37,31 +28,6 @@ bool tryMove(const TChessboard& parent, TMove m, TChessboard* childOut = nullptr
     if (made && childOut) *childOut = child;
     return made;
 }
-
-// A game line whose positions keep their parents: each child is made on a
-// fresh copy of the last position and kept only when the maker accepts it.
-class GameLine {
-public:
-    explicit GameLine(const TChessboard& root) { m_boards.push_back(root); }
-    const TChessboard& last() const { return m_boards.back(); }
-    const TMove& lastMove() const { return m_lastMove; }
-    // Plays a move given as text; false (and nothing kept) when refused.
-    bool play(const std::string& moveText) { return play(ParseMove(moveText, last().whiteToMove())); }
-    bool play(TMove m) {
-        const TChessboard& parent = m_boards.back();
-        TChessboard child;
-        CopyToChild(child, parent);
-        const bool made = parent.whiteToMove() ? MakeWhiteMove(child, m) : MakeBlackMove(child, m, false) == 1;
-        if (!made) return false;
-        m_lastMove = m;
-        m_boards.push_back(child);
-        return true;
-    }
-
-private:
-    std::deque<TChessboard> m_boards; // a deque keeps the parents where they are
-    TMove m_lastMove;
-};
 
 std::vector<TMove> generate(const TChessboard& b) {
     TMove moves[MAX_MOVES];

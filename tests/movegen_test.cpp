@@ -6,6 +6,7 @@
 #include "core/knight_table.h"
 #include "core/make_move.h"
 #include "core/movegen.h"
+#include "test_positions.h"
 #include "test_squares.h"
 
 #include <gtest/gtest.h>
@@ -17,15 +18,6 @@
 
 namespace zorvane {
 namespace {
-
-// White to move for odd plies, Black for even.
-TChessboard boardFromFen(const std::string& fen, int pliesLeft) {
-    TChessboard b = EmptyChessboard();
-    b.m_shPliesLeft = static_cast<uint16_t>(pliesLeft);
-    b.m_shPliesTotal = static_cast<uint16_t>(pliesLeft);
-    EXPECT_TRUE(ReadFen(fen, b)) << fen;
-    return b;
-}
 
 std::string squareName(int square) {
     return {static_cast<char>('a' + colOf(square)), static_cast<char>('1' + rowOf(square))};
@@ -55,26 +47,6 @@ std::vector<std::string> manMoves(const TChessboard& b, const char* square) {
     const int n = white ? GenerateWhiteManMoves(b, sq(square), moves) : GenerateBlackManMoves(b, sq(square), moves);
     return texts(moves, n);
 }
-
-// A game line whose positions keep their parents: children are made on fresh
-// copies and kept only when the maker accepts the move.
-class GameLine {
-public:
-    explicit GameLine(const TChessboard& root) { m_boards.push_back(root); }
-    const TChessboard& last() const { return m_boards.back(); }
-    void play(const std::string& moveText) {
-        const TChessboard& parent = m_boards.back();
-        TChessboard child;
-        CopyToChild(child, parent);
-        TMove m = ParseMove(moveText, parent.whiteToMove());
-        const bool made = parent.whiteToMove() ? MakeWhiteMove(child, m) : MakeBlackMove(child, m, false) == 1;
-        ASSERT_TRUE(made) << moveText;
-        m_boards.push_back(child);
-    }
-
-private:
-    std::deque<TChessboard> m_boards; // a deque keeps the parents where they are
-};
 
 using Texts = std::vector<std::string>;
 
@@ -159,12 +131,12 @@ TEST(MoveGeneration, PromotionsQueenRookBishopKnight) {
 TEST(MoveGeneration, EnPassantRightAfterTheCaptureOnItsColumn) {
     // f7-f5 beside e5; a black knight on d6 gives the lower-column capture.
     GameLine higher(boardFromFen("4k3/5p2/3n4/4P3/8/8/8/4K3", 4));
-    higher.play("f7-f5");
+    ASSERT_TRUE(higher.play("f7-f5"));
     EXPECT_EQ(manMoves(higher.last(), "e5"), (Texts{"e5-e6", "e5-d6", "e5-f6"}));
 
     // d7-d5 beside e5: en passant on the lower column, before the capture on f6.
     GameLine lower(boardFromFen("4k3/3p4/5n2/4P3/8/8/8/4K3", 4));
-    lower.play("d7-d5");
+    ASSERT_TRUE(lower.play("d7-d5"));
     TMove moves[MAX_MOVES];
     const int n = GenerateWhiteManMoves(lower.last(), sq("e5"), moves);
     ASSERT_EQ(texts(moves, n), (Texts{"e5-e6", "e5-d6", "e5-f6"}));
@@ -172,14 +144,14 @@ TEST(MoveGeneration, EnPassantRightAfterTheCaptureOnItsColumn) {
 
     // Black: after d2-d4 beside e4 and c4.
     GameLine black(boardFromFen("4k3/8/8/8/2p1p3/8/3P4/4K3", 3));
-    black.play("d2-d4");
+    ASSERT_TRUE(black.play("d2-d4"));
     EXPECT_EQ(manMoves(black.last(), "c4"), (Texts{"c4-c3", "c4-d3"}));
     EXPECT_EQ(manMoves(black.last(), "e4"), (Texts{"e4-e3", "e4-d3"}));
 }
 
 TEST(MoveGeneration, NoEnPassantWithoutAParent) {
     GameLine line(boardFromFen("4k3/5p2/3n4/4P3/8/8/8/4K3", 4));
-    line.play("f7-f5");
+    ASSERT_TRUE(line.play("f7-f5"));
     TChessboard orphan = line.last();
     orphan.m_pParent = nullptr; // the last move is still f7-f5
     EXPECT_EQ(orphan.m_LastMove.from, sq("f7"));
@@ -192,13 +164,13 @@ TEST(MoveGeneration, NoEnPassantWithoutAParent) {
 
 TEST(MoveGeneration, NoEnPassantAfterASingleStepOrAnotherMove) {
     GameLine single(boardFromFen("4k3/8/5p2/4P3/8/8/8/4K3", 4));
-    single.play("f6-f5");
+    ASSERT_TRUE(single.play("f6-f5"));
     EXPECT_EQ(manMoves(single.last(), "e5"), Texts{"e5-e6"});
 
     GameLine later(boardFromFen("4k3/5p2/8/4P3/8/8/8/4K3", 4));
-    later.play("f7-f5");
-    later.play("e1-d1");
-    later.play("e8-d8");
+    ASSERT_TRUE(later.play("f7-f5"));
+    ASSERT_TRUE(later.play("e1-d1"));
+    ASSERT_TRUE(later.play("e8-d8"));
     EXPECT_EQ(manMoves(later.last(), "e5"), Texts{"e5-e6"});
 }
 
@@ -259,7 +231,7 @@ TEST(Evasions, DoubleCheckLeavesOnlyKingMoves) {
 
 TEST(Evasions, BlackTakesTheCheckingPawnEnPassant) {
     GameLine line(boardFromFen("8/8/8/4k3/4p3/8/3P4/4K3", 3));
-    line.play("d2-d4");
+    ASSERT_TRUE(line.play("d2-d4"));
     const TChessboard& b = line.last();
     ASSERT_EQ(b.m_cBlackChecker, sq("d4"));
     TMove moves[MAX_MOVES];
