@@ -15,6 +15,7 @@ struct MateOptions {
     std::string fen;
     int moves = 0;
     bool safeMode = false;
+    bool noRegister = false;
 };
 
 int runMate(const MateOptions& options) {
@@ -29,7 +30,7 @@ int runMate(const MateOptions& options) {
         std::fprintf(stderr, "Improper FEN code.\n");
         return 2;
     }
-    MateProof proof(options.safeMode);
+    MateProof proof(options.safeMode, !options.noRegister);
     MateKeys keys;
     try {
         SetupChessboard(board, true);
@@ -53,6 +54,7 @@ Runner AddMateCommand(CLI::App& app) {
         ->required();
     mate->add_option("--moves", options->moves, "Number of moves of the stipulation (1 to 255)")->required();
     mate->add_flag("--safe-mode", options->safeMode, "Search repeated positions again instead of pruning them");
+    mate->add_flag("--no-register", options->noRegister, "Search without the memory of solved positions");
     return [options] { return runMate(*options); };
 }
 

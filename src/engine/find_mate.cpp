@@ -5,6 +5,7 @@
 #include "core/movegen.h"
 #include "core/rays.h"
 #include "core/thread_context.h"
+#include "engine/register_hooks.h"
 #include "engine/search_config.h"
 #include "problems/chess_problem.h"
 
@@ -276,7 +277,9 @@ template <class Config> int8_t Steps<Config>::whiteStep(TChessboard& b, bool bPr
         if (result > 0) {
             ctx.m_bRecaptured = moves[i].to == b.m_LastMove.to;
             if constexpr (Config::kTemporaryRegister) {
-                if (b.m_shPliesTotal >= 10 && n >= 3) search_hooks::StoreTemporaryRegister<Config>(b, RESULT_MATE);
+                // A line cut short by a stop or held by a pause proves nothing.
+                if (b.m_shPliesTotal >= 10 && n >= 3 && problem.m_nCommand.load(std::memory_order_relaxed) == COMMAND_RUN)
+                    search_hooks::StoreTemporaryRegister<Config>(b, RESULT_MATE);
             }
             return RESULT_MATE;
         }
@@ -364,15 +367,17 @@ template <class Config> int8_t Steps<Config>::blackStep(TChessboard& b) {
             ctx.m_aMoveIndex[n] = static_cast<uint8_t>(i);
             if (made == BLACK_MOVE_BEATS_WHITE) return RESULT_NO_MATE;
 
-            // 8./9. White's step on the child.
+            // 8./9. White's step on the child; the register, once asked here, is not asked again there.
+            bool probeInWhiteStep = true;
             if constexpr (Config::kTemporaryRegister) {
                 if (n >= 3 && b.m_shPliesTotal >= 10) {
                     const int8_t known = search_hooks::ProbeTemporaryRegister<Config>(child);
                     if (known == RESULT_MATE) continue;
                     if (known >= RESULT_DOUBTFUL && (known != RESULT_DOUBTFUL || b.m_bPass < 2)) return known;
+                    probeInWhiteStep = false;
                 }
             }
-            const int8_t result = whiteStep(child, true);
+            const int8_t result = whiteStep(child, probeInWhiteStep);
             // 10. One refutation or one doubt settles the node.
             if (result == RESULT_NO_MATE || result == RESULT_DOUBTFUL || result == RESULT_REFUTED_EARLY) return result;
             if (result < RESULT_REFUTED_EARLY) {
@@ -401,7 +406,14 @@ template <class Config> int8_t Steps<Config>::blackStep(TChessboard& b) {
 } // namespace
 
 bool FindMateInOne(TChessboard& position, TMove* mateMove) { return mateInOne(position, mateMove); }
-int8_t FindMate(TChessboard& position, bool bProbe) { return Steps<PlainSearch>::whiteStep(position, bProbe); }
-int8_t FindMateBlackStep(TChessboard& position) { return Steps<PlainSearch>::blackStep(position); }
+// The configuration is chosen once, at the entry: the steps below it test nothing for it.
+int8_t FindMate(TChessboard& position, bool bProbe) {
+    return position.m_pProblem->m_pRegister ? Steps<RegisterSearch>::whiteStep(position, bProbe)
+                                            : Steps<PlainSearch>::whiteStep(position, bProbe);
+}
+int8_t FindMateBlackStep(TChessboard& position) {
+    return position.m_pProblem->m_pRegister ? Steps<RegisterSearch>::blackStep(position)
+                                            : Steps<PlainSearch>::blackStep(position);
+}
 
 } // namespace zorvane

@@ -5,13 +5,15 @@
 #include "core/movegen.h"
 #include "core/thread_context.h"
 #include "engine/find_mate.h"
+#include "registers/temporary_register.h"
 
 #include <chrono>
 #include <stdexcept>
 
 namespace zorvane {
 
-MateProof::MateProof(bool safeMode) : m_pContext(std::make_unique<TThreadContext>()), m_root(EmptyChessboard()) {
+MateProof::MateProof(bool safeMode, bool useRegister)
+    : m_bUseRegister(useRegister), m_pContext(std::make_unique<TThreadContext>()), m_root(EmptyChessboard()) {
     m_problem.m_bSafeMode = safeMode ? 1 : 0;
 }
 
@@ -33,6 +35,15 @@ MateKeys MateProof::FindKeys(const TChessboard& root, int moves) {
     if (m_root.m_cBlackChecker >= 0)
         throw ChessException("Black king cannot be checked in the mate task starting postition.");
     m_problem.m_shRepetitionLimit = plies;
+    if (m_bUseRegister) {
+        const uint32_t buckets = RegisterBucketCount(plies);
+        if (!m_problem.m_pRegister) {
+            m_problem.m_pRegister = std::make_unique<TProblemRegister>(buckets);
+            m_problem.m_pRegister->SetMemoryLimit(REGISTER_MEMORY_LIMIT);
+        } else if (m_problem.m_pRegister->BucketCount() != buckets) {
+            m_problem.m_pRegister->Resize(buckets, true);
+        }
+    }
     m_problem.m_nNodes.store(0);
     m_pContext->ClearPlyArrays();
     const TChessboard* top = &m_root;

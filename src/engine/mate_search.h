@@ -16,6 +16,8 @@ namespace zorvane {
 struct TThreadContext;
 
 constexpr int MAX_STIPULATION_MOVES = 255;
+// Memory the temporary register of a proof may take before stores are dropped.
+constexpr uint64_t REGISTER_MEMORY_LIMIT = uint64_t{1} << 30;
 
 struct MateKeys {
     std::vector<TMove> keys;
@@ -27,8 +29,10 @@ struct MateKeys {
 
 class MateProof {
 public:
-    // Settings of the run: quick mode (repetitions pruned everywhere) unless safe mode is asked for.
-    explicit MateProof(bool safeMode = false);
+    // Settings of the run: quick mode (repetitions pruned everywhere) unless
+    // safe mode is asked for; the temporary register (used from 10 plies on)
+    // unless switched off. The register stays warm from one FindKeys to the next.
+    explicit MateProof(bool safeMode = false, bool useRegister = true);
     ~MateProof();
     MateProof(const MateProof&) = delete;
     MateProof& operator=(const MateProof&) = delete;
@@ -44,6 +48,7 @@ public:
 
 private:
     TChessProblem m_problem;
+    bool m_bUseRegister;
     std::unique_ptr<TThreadContext> m_pContext;
     TChessboard m_root;
 };

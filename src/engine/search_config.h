@@ -20,13 +20,19 @@ struct PlainSearch {
     static constexpr bool kLevels = false;
 };
 
+// The proof search with the problem's temporary register: proven mates and
+// absences of mate are stored and asked for, from 10 plies of stipulation on.
+struct RegisterSearch : PlainSearch {
+    static constexpr bool kTemporaryRegister = true;
+};
+
 // Hooks filled in by the subsystems that provide them; declared here so that
 // the steps name them at their places. Only configurations that switch the
 // matching axis on instantiate them.
 namespace search_hooks {
 // Plies to mate from the tables, 0 for none, -1 for a mate of unknown length, -2 not registered.
 template <class Config> int ProbeGlobalRegister(const TChessboard& position);
-// 1, 0, -1 as stored for the position, or a value below -1 when unknown.
+// 1, 0, -1 as stored for the position, or a value below -1 when unknown or not to be asked.
 template <class Config> int8_t ProbeTemporaryRegister(const TChessboard& position);
 template <class Config> void StoreTemporaryRegister(const TChessboard& position, int8_t result);
 // Sorts White's (Black's) list; a Black sort may settle the node with a negative count.

@@ -1,5 +1,7 @@
 #include "problems/chess_problem.h"
 
+#include "registers/temporary_register.h"
+
 namespace zorvane {
 
 namespace {
@@ -17,6 +19,8 @@ TChessProblem::TChessProblem(const ProblemDefaults& defaults) : TChessProblem() 
     m_bCustomScheduler = defaults.customScheduler && m_nSchedulerLevels != 0;
     useMainVariantAsSortIndications = defaults.useMainVariantAsSortIndications ? 1 : 0;
 }
+
+TChessProblem::~TChessProblem() = default;
 
 int TChessProblem::stipulationMoves() const {
     switch (type) {

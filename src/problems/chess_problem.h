@@ -21,6 +21,8 @@
 namespace zorvane {
 
 struct TThreadContext;
+template <int nKind> class TTemporaryChessboardRegister;
+using TProblemRegister = TTemporaryChessboardRegister<0>;
 
 enum ProblemType : uint16_t {
     PROBLEM_DIRECT_MATE = 1,
@@ -116,6 +118,9 @@ struct TChessProblem {
     uint8_t m_nSchedulerLevels = 0;
     bool m_bSchedulerAll = false;
     bool m_bCustomScheduler = false;
+    // Solved positions of this problem; it lives with the problem so that a
+    // second solve starts warm. None: the search runs without it.
+    std::unique_ptr<TProblemRegister> m_pRegister;
     // Called from the search at its regular visits to the outside world.
     void (*m_pfnProgress)(TChessProblem& problem, const TThreadContext& thread, void* user) = nullptr;
     void* m_pProgressUser = nullptr;
@@ -124,6 +129,7 @@ struct TChessProblem {
     TChessProblem();
     // A new record takes the solve settings of the options at this moment.
     explicit TChessProblem(const ProblemDefaults& defaults);
+    ~TChessProblem();
     TChessProblem(const TChessProblem&) = delete;
     TChessProblem& operator=(const TChessProblem&) = delete;
 

@@ -1,0 +1,35 @@
+#pragma once
+// The temporary register behind the search's hooks: the problem's register is
+// asked and filled with proven results, for positions it may hold.
+#include "engine/register_eligibility.h"
+#include "engine/result_code.h"
+#include "engine/search_config.h"
+#include "problems/chess_problem.h"
+#include "registers/temporary_register.h"
+
+namespace zorvane::search_hooks {
+
+namespace register_detail {
+// One-colour play and its separated-bishop form are the modes the register can hold.
+inline bool playStateAllows(const TChessboard& b) {
+    const int mode = b.m_bPlayState & PLAY_ONE_COLOUR_MODE;
+    return mode == 0 || mode == 3;
+}
+} // namespace register_detail
+
+template <> inline int8_t ProbeTemporaryRegister<RegisterSearch>(const TChessboard& position) {
+    if (!register_detail::playStateAllows(position) || !RegisterEligible(position)) return RESULT_REFUTED_EARLY;
+    const uint8_t answer = position.m_pProblem->m_pRegister->Lookup(position.m_shPliesLeft,
+                                                                    TChessboardRegisterItem::FromBoard(position));
+    return answer == 1 ? int8_t{RESULT_MATE} : answer == 0 ? int8_t{RESULT_NO_MATE} : int8_t{RESULT_REFUTED_EARLY};
+}
+
+template <> inline void StoreTemporaryRegister<RegisterSearch>(const TChessboard& position, int8_t result) {
+    // Only proofs are kept here; doubts belong to the aggregated register.
+    if (result != RESULT_MATE && result != RESULT_NO_MATE) return;
+    if (!register_detail::playStateAllows(position) || !RegisterEligible(position)) return;
+    position.m_pProblem->m_pRegister->Store(position.m_shPliesLeft, TChessboardRegisterItem::FromBoard(position),
+                                            result == RESULT_MATE);
+}
+
+} // namespace zorvane::search_hooks
