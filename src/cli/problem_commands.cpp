@@ -4,7 +4,11 @@
 #include "engine/mate_search.h"
 #include "problems/problem_file.h"
 
+#include <chrono>
+#include <condition_variable>
 #include <cstdio>
+#include <mutex>
+#include <thread>
 #include <iostream>
 #include <memory>
 
@@ -17,6 +21,65 @@ struct FileOptions {
     std::string output;
     int problem = 0;
     bool json = false;
+    double timeout = 0; // seconds per problem, 0 for none
+};
+
+constexpr auto PROGRESS_INTERVAL = std::chrono::seconds(1);
+
+// Watches one solve from beside it: a progress line on stderr once a second,
+// and the stop command when the time is up.
+class SolveWatch {
+public:
+    SolveWatch(MateProof& proof, int id, double timeout) : m_proof(proof), m_id(id), m_timeout(timeout) {
+        m_thread = std::thread([this] { run(); });
+    }
+    ~SolveWatch() {
+        {
+            std::lock_guard<std::mutex> lock(m_mutex);
+            m_done = true;
+        }
+        m_wake.notify_all();
+        m_thread.join();
+        if (m_printed) std::fprintf(stderr, "\n");
+    }
+
+private:
+    void run() {
+        const auto start = std::chrono::steady_clock::now();
+        std::unique_lock<std::mutex> lock(m_mutex);
+        for (;;) {
+            auto wakeAt = start + PROGRESS_INTERVAL * (m_lines + 1);
+            const auto deadline = start + std::chrono::duration_cast<std::chrono::steady_clock::duration>(
+                                              std::chrono::duration<double>(m_timeout));
+            if (m_timeout > 0 && deadline < wakeAt) wakeAt = deadline;
+            if (m_wake.wait_until(lock, wakeAt, [this] { return m_done; })) return;
+            const auto now = std::chrono::steady_clock::now();
+            if (m_timeout > 0 && now >= deadline && !m_timedOut) {
+                m_timedOut = true;
+                m_proof.Problem().SetCommand(COMMAND_STOP);
+            }
+            const MateProgress progress = m_proof.Progress();
+            const double seconds = std::chrono::duration<double>(now - start).count();
+            std::fprintf(stderr, "\rproblem %d: root move %d of %d (%d%%), %llu nodes, %.0f s   ", m_id,
+                         progress.rootMove, progress.rootMoves,
+                         progress.rootMoves ? 100 * (progress.rootMove - 1) / progress.rootMoves : 0,
+                         static_cast<unsigned long long>(progress.nodes), seconds);
+            std::fflush(stderr);
+            m_printed = true;
+            ++m_lines;
+        }
+    }
+
+    MateProof& m_proof;
+    int m_id;
+    double m_timeout;
+    std::thread m_thread;
+    std::mutex m_mutex;
+    std::condition_variable m_wake;
+    bool m_done = false;
+    bool m_printed = false;
+    bool m_timedOut = false;
+    int m_lines = 0;
 };
 
 // Loads a file; the reader's message goes to stderr and the result is false.
@@ -99,8 +162,10 @@ int runSolve(const FileOptions& options) {
         } else {
             try {
                 MateProof proof((problem->flags & SafeMode) != 0);
+                SolveWatch watch(proof, id, options.timeout);
                 result = proof.FindKeys(problem->startPosition, moves);
                 keys = result.texts;
+                if (result.stopped) verdict = "stopped";
             } catch (const ChessException& e) {
                 std::fprintf(stderr, "Problem %d: %s\n", id, e.what());
                 verdict = "failed";
@@ -112,7 +177,7 @@ int runSolve(const FileOptions& options) {
             verdict = !hasAnswer ? "unchecked" : SameMoveSet(result.keys, problem->expectedAnswers) ? "passed" : "failed";
         passed += verdict == "passed";
         failed += verdict == "failed";
-        skipped += verdict == "skipped" || verdict == "unchecked";
+        skipped += verdict == "skipped" || verdict == "unchecked" || verdict == "stopped";
         if (options.json) {
             std::printf("{\"id\":%d,\"stipulation\":\"%s\",\"keys\":%s,\"expected\":%s,\"verdict\":\"%s\","
                         "\"time_ms\":%.0f,\"nodes\":%llu}\n",
@@ -122,7 +187,10 @@ int runSolve(const FileOptions& options) {
         } else if (verdict == "skipped") {
             std::printf("%d %s: skipped (only direct mates are solved)\n", id, stipulation.c_str());
         } else {
-            const std::string found = keys.empty() ? "Not found any solutions for " + stipulation : joined(keys);
+            const std::string found = verdict == "stopped"
+                                          ? (keys.empty() ? "Analysis stopped by user" : joined(keys) + " (stopped by user)")
+                                      : keys.empty() ? "Not found any solutions for " + stipulation
+                                                     : joined(keys);
             std::printf("%d %s: %s  [%s, %.0f ms, %llu nodes]\n", id, stipulation.c_str(), found.c_str(),
                         verdict.c_str(), result.milliseconds, static_cast<unsigned long long>(result.nodes));
             if (verdict == "failed" && hasAnswer) std::printf("    expected: %s\n", joined(expected).c_str());
@@ -156,6 +224,8 @@ Runner AddSolveCommand(CLI::App& app) {
     solve->add_option("file", options->path, "Problem file (.cp)")->required();
     solve->add_option("--problem", options->problem, "Solve only the problem with this number");
     solve->add_flag("--json", options->json, "One JSON object per problem and line");
+    solve->add_option("--timeout", options->timeout, "Stop a problem after this many seconds and print what was found")
+        ->check(CLI::NonNegativeNumber);
     return [options] { return runSolve(*options); };
 }
 

@@ -53,6 +53,7 @@ MateKeys MateProof::FindKeys(const TChessboard& root, int moves) {
     MateKeys result;
     TMove list[MAX_MOVES];
     const int count = GenerateWhiteMovesOrEvasions(m_root, list);
+    m_nRootMoves.store(count, std::memory_order_relaxed);
     TChessboard& child = m_pContext->m_aBoards[plies];
     for (int i = 0; i < count; ++i) {
         if (m_problem.StopMeant(m_pContext->m_shThreadId)) {
@@ -60,6 +61,7 @@ MateKeys MateProof::FindKeys(const TChessboard& root, int moves) {
             break;
         }
         m_pContext->m_aMoveIndex[plies] = static_cast<uint8_t>(i);
+        m_nRootMove.store(i + 1, std::memory_order_relaxed);
         CopyToChild(child, m_root);
         TMove move = list[i];
         if (!MakeWhiteMove(child, move)) continue;

@@ -6,6 +6,7 @@
 #include "core/move.h"
 #include "problems/chess_problem.h"
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -27,6 +28,13 @@ struct MateKeys {
     bool stopped = false;
 };
 
+// What a running FindKeys has done so far, readable from another thread.
+struct MateProgress {
+    int rootMove = 0;   // root moves begun
+    int rootMoves = 0;  // White's moves in the root
+    uint64_t nodes = 0;
+};
+
 class MateProof {
 public:
     // Settings of the run: quick mode (repetitions pruned everywhere) unless
@@ -45,10 +53,16 @@ public:
     // The solve-wide record: its command word stops or pauses a running FindKeys
     // from another thread.
     TChessProblem& Problem() { return m_problem; }
+    MateProgress Progress() const {
+        return {m_nRootMove.load(std::memory_order_relaxed), m_nRootMoves.load(std::memory_order_relaxed),
+                m_problem.m_nNodes.load(std::memory_order_relaxed)};
+    }
 
 private:
     TChessProblem m_problem;
     bool m_bUseRegister;
+    std::atomic<int> m_nRootMove{0};
+    std::atomic<int> m_nRootMoves{0};
     std::unique_ptr<TThreadContext> m_pContext;
     TChessboard m_root;
 };
