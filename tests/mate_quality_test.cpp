@@ -1,6 +1,7 @@
 // Model and ideal mates, on positions checked by hand.
 #include "core/fen.h"
 #include "problems/mate_quality.h"
+#include "test_positions.h"
 
 #include <gtest/gtest.h>
 
@@ -11,10 +12,7 @@ namespace {
 
 // Black to move.
 TChessboard blackToMove(const std::string& fen) {
-    TChessboard board = EmptyChessboard();
-    EXPECT_TRUE(ReadFen(fen, board)) << fen;
-    board.m_shPliesLeft = board.m_shPliesTotal = 2;
-    return board;
+    return boardFromFen(fen, 2);
 }
 
 MateQuality quality(const std::string& fen) { return FindMateQuality(blackToMove(fen)); }

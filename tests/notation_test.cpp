@@ -5,6 +5,7 @@
 #include "core/piece.h"
 #include "problems/notation.h"
 #include "test_squares.h"
+#include "test_positions.h"
 
 #include <gtest/gtest.h>
 
@@ -14,10 +15,7 @@ namespace zorvane {
 namespace {
 
 TChessboard position(const std::string& fen, bool whiteToMove = true) {
-    TChessboard board = EmptyChessboard();
-    EXPECT_TRUE(ReadFen(fen, board)) << fen;
-    board.m_shPliesLeft = board.m_shPliesTotal = whiteToMove ? 1 : 2;
-    return board;
+    return boardFromFen(fen, whiteToMove ? 1 : 2);
 }
 
 // The short text of `move` played on `fen`.

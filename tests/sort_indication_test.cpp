@@ -6,6 +6,7 @@
 #include "problems/notation.h"
 #include "problems/sort_indication.h"
 #include "test_squares.h"
+#include "test_positions.h"
 
 #include <gtest/gtest.h>
 
@@ -16,10 +17,7 @@ namespace zorvane {
 namespace {
 
 TChessboard whiteToMove(const std::string& fen) {
-    TChessboard board = EmptyChessboard();
-    EXPECT_TRUE(ReadFen(fen, board)) << fen;
-    board.m_shPliesLeft = board.m_shPliesTotal = 1;
-    return board;
+    return boardFromFen(fen, 1);
 }
 
 SortIndication parsed(const std::string& text) {

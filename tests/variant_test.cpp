@@ -5,6 +5,7 @@
 #include "core/piece.h"
 #include "problems/variant.h"
 #include "test_squares.h"
+#include "test_positions.h"
 
 #include <gtest/gtest.h>
 
@@ -18,10 +19,7 @@ const std::wstring ENGLISH = L"Main variant";
 const std::wstring UKRAINIAN = L"\u041e\u0441\u043d\u043e\u0432\u043d\u0438\u0439 \u0432\u0430\u0440\u0456\u0430\u043d\u0442";
 
 TChessboard whiteToMove(const std::string& fen) {
-    TChessboard board = EmptyChessboard();
-    EXPECT_TRUE(ReadFen(fen, board)) << fen;
-    board.m_shPliesLeft = board.m_shPliesTotal = 1;
-    return board;
+    return boardFromFen(fen, 1);
 }
 
 TVariant parse(const std::wstring& text, bool translate = false, int language = LANGUAGE_ENGLISH) {
