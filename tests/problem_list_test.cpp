@@ -300,6 +300,16 @@ TEST(Stipulation, PliesByType) {
     EXPECT_EQ(p.stipulationMoves(), 0);
 }
 
+TEST(Stipulation, ChangingTheTypeKeepsTheNumberOfMoves) {
+    TChessProblem p;
+    SetStipulation(p, 3);
+    SetProblemType(p, PROBLEM_SELFMATE);
+    EXPECT_EQ(p.plies, 7);
+    EXPECT_EQ(p.stipulationPlies, 7);
+    SetProblemType(p, PROBLEM_DIRECT_MATE);
+    EXPECT_EQ(p.plies, 5);
+}
+
 TEST(ProblemRecord, NewRecordDefaults) {
     ProblemDefaults defaults;
     defaults.quickMode = false;

@@ -39,4 +39,10 @@ void SetStipulation(TChessProblem& problem, int moves) {
     problem.stipulationPlies = problem.plies;
 }
 
+void SetProblemType(TChessProblem& problem, uint16_t type) {
+    const int moves = problem.stipulationMoves();
+    problem.type = type;
+    SetStipulation(problem, moves);
+}
+
 } // namespace zorvane

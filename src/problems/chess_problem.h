@@ -175,6 +175,10 @@ struct TChessProblem {
 // direct mate, 2n+1 for a selfmate, 255 for a position.
 void SetStipulation(TChessProblem& problem, int moves);
 
+// Changes the type and derives the plies from the same number of moves, so
+// that "#3" becomes "s#3".
+void SetProblemType(TChessProblem& problem, uint16_t type);
+
 // The problems of one file, owned, ordered by number.
 using ProblemMap = std::map<int32_t, std::unique_ptr<TChessProblem>>;
 
