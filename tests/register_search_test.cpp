@@ -61,7 +61,7 @@ TEST(RegisterSearch, WarmRegisterShortensARepeatedSolve) {
     const MateKeys first = proof.FindKeys(board, 6);
     const MateKeys second = proof.FindKeys(board, 6);
     EXPECT_EQ(second.texts, first.texts);
-    EXPECT_LT(second.nodes * 10, first.nodes);
+    EXPECT_LT(second.nodes * 3, first.nodes);
 }
 
 TEST(RegisterSearch, ShortStipulationsDoNotTouchTheRegister) {

@@ -1,9 +1,12 @@
 // zorvane-cli check, format and solve: whole problem files from scripts.
 #include "cli/commands.h"
 #include "core/chess_exception.h"
-#include "engine/mate_search.h"
+#include "engine/solve_driver.h"
+#include "engine/solve_texts.h"
 #include "problems/problem_file.h"
+#include "problems/text_encoding.h"
 
+#include <algorithm>
 #include <chrono>
 #include <condition_variable>
 #include <cstdio>
@@ -22,6 +25,9 @@ struct FileOptions {
     int problem = 0;
     bool json = false;
     double timeout = 0; // seconds per problem, 0 for none
+    bool allSolutions = false;
+    bool stopOnDual = false;
+    int repeat = 1;     // solves of each problem; the later ones start from a warm register
 };
 
 constexpr auto PROGRESS_INTERVAL = std::chrono::seconds(1);
@@ -30,7 +36,7 @@ constexpr auto PROGRESS_INTERVAL = std::chrono::seconds(1);
 // and the stop command when the time is up.
 class SolveWatch {
 public:
-    SolveWatch(MateProof& proof, int id, double timeout) : m_proof(proof), m_id(id), m_timeout(timeout) {
+    SolveWatch(TChessProblem& problem, double timeout) : m_problem(problem), m_timeout(timeout) {
         m_thread = std::thread([this] { run(); });
     }
     ~SolveWatch() {
@@ -56,22 +62,20 @@ private:
             const auto now = std::chrono::steady_clock::now();
             if (m_timeout > 0 && now >= deadline && !m_timedOut) {
                 m_timedOut = true;
-                m_proof.Problem().SetCommand(COMMAND_STOP);
+                m_problem.SetCommand(COMMAND_STOP);
             }
-            const MateProgress progress = m_proof.Progress();
+            const int begun = m_problem.m_nRootMovesBegun.load(), total = m_problem.m_nRootMoves.load();
             const double seconds = std::chrono::duration<double>(now - start).count();
-            std::fprintf(stderr, "\rproblem %d: root move %d of %d (%d%%), %llu nodes, %.0f s   ", m_id,
-                         progress.rootMove, progress.rootMoves,
-                         progress.rootMoves ? 100 * (progress.rootMove - 1) / progress.rootMoves : 0,
-                         static_cast<unsigned long long>(progress.nodes), seconds);
+            std::fprintf(stderr, "\rproblem %d: pass %d, %.1f%% of %d root moves, %llu nodes, %.0f s   ", m_problem.id,
+                         m_problem.m_nPass.load(), total ? 100.0 * std::max(begun - 1, 0) / total : 0.0, total,
+                         static_cast<unsigned long long>(m_problem.m_nNodes.load()), seconds);
             std::fflush(stderr);
             m_printed = true;
             ++m_lines;
         }
     }
 
-    MateProof& m_proof;
-    int m_id;
+    TChessProblem& m_problem;
     double m_timeout;
     std::thread m_thread;
     std::mutex m_mutex;
@@ -140,6 +144,45 @@ std::vector<std::string> expectedTexts(const TChessProblem& problem) {
     return texts;
 }
 
+// The keys with their threats: "Rd1-d8, Qh5-f7 threat: Qf7-g8".
+std::string keysText(const SolveResult& result) {
+    std::string text;
+    for (size_t i = 0; i < result.moves.size(); ++i) {
+        if (i) text += ", ";
+        text += result.texts[i];
+        const std::vector<std::string>& threats = result.solutions.at(result.moves[i]).threats;
+        if (!threats.empty()) text += " " + WideToUtf8(ThreatLabel(1)) + joined(threats);
+    }
+    return text;
+}
+
+// What a solve found, as the line shows it.
+std::string foundText(const SolveResult& result, const std::string& stipulation) {
+    if (result.stopped)
+        return result.moves.empty() ? WideToUtf8(AnalysisStoppedText(1))
+                                    : keysText(result) + WideToUtf8(StoppedByUserSuffix(1));
+    if (result.moves.empty()) return "Not found any solutions for " + stipulation;
+    std::string text = keysText(result);
+    if (result.fromRegister) text += WideToUtf8(FromRegisterSuffix(1));
+    if (result.stoppedOnDual) text += "  " + WideToUtf8(DualStopText(1));
+    if (result.stoppedOnThree) text += "  " + WideToUtf8(ThreeSolutionsStopText(1));
+    return text;
+}
+
+// passed: all solutions found equal the answer, or the first one found is in it.
+std::string verdictOf(const SolveResult& result, const TChessProblem& problem, bool allSolutions) {
+    if (result.stopped) return "stopped";
+    if (!(problem.flags & HasAnswer)) return "unchecked";
+    if (allSolutions && !result.stoppedOnDual && !result.stoppedOnThree)
+        return SameMoveSet(result.moves, problem.expectedAnswers) ? "passed" : "failed";
+    if (result.moves.empty()) return problem.expectedAnswers.empty() ? "passed" : "failed";
+    for (const TMove& move : result.moves)
+        if (std::find(problem.expectedAnswers.begin(), problem.expectedAnswers.end(), move) ==
+            problem.expectedAnswers.end())
+            return "failed";
+    return "passed";
+}
+
 int runSolve(const FileOptions& options) {
     ProblemMap problems;
     if (!load(options.path, problems, nullptr)) return 2;
@@ -147,6 +190,9 @@ int runSolve(const FileOptions& options) {
         std::fprintf(stderr, "Problem %d is not in %s\n", options.problem, options.path.c_str());
         return 2;
     }
+    SolveDriver driver;
+    SolveOptions solveOptions;
+    solveOptions.allSolutions = options.allSolutions;
     int passed = 0, failed = 0, skipped = 0;
     for (const auto& [id, problem] : problems) {
         if (options.problem != 0 && id != options.problem) continue;
@@ -154,48 +200,47 @@ int runSolve(const FileOptions& options) {
         const std::string stipulation =
             problem->type == PROBLEM_SELFMATE ? "s#" + std::to_string(moves)
             : problem->type == PROBLEM_DIRECT_MATE ? "#" + std::to_string(moves) : "";
-        std::vector<std::string> keys;
-        MateKeys result;
-        std::string verdict;
-        if (problem->type != PROBLEM_DIRECT_MATE) {
-            verdict = "skipped";
-        } else {
-            try {
-                MateProof proof((problem->flags & SafeMode) != 0);
-                SolveWatch watch(proof, id, options.timeout);
-                result = proof.FindKeys(problem->startPosition, moves);
-                keys = result.texts;
-                if (result.stopped) verdict = "stopped";
-            } catch (const ChessException& e) {
-                std::fprintf(stderr, "Problem %d: %s\n", id, e.what());
-                verdict = "failed";
-            }
-        }
+        if (options.stopOnDual) problem->flags |= StopOnDual;
+        problem->m_bSafeMode = (problem->flags & SafeMode) ? 1 : 0;
+        const bool allSolutions = options.allSolutions || (problem->flags & AllSolutions);
         const bool hasAnswer = (problem->flags & HasAnswer) != 0;
         const std::vector<std::string> expected = hasAnswer ? expectedTexts(*problem) : std::vector<std::string>{};
-        if (verdict.empty())
-            verdict = !hasAnswer ? "unchecked" : SameMoveSet(result.keys, problem->expectedAnswers) ? "passed" : "failed";
-        passed += verdict == "passed";
-        failed += verdict == "failed";
-        skipped += verdict == "skipped" || verdict == "unchecked" || verdict == "stopped";
-        if (options.json) {
-            std::printf("{\"id\":%d,\"stipulation\":\"%s\",\"keys\":%s,\"expected\":%s,\"verdict\":\"%s\","
-                        "\"time_ms\":%.0f,\"nodes\":%llu}\n",
-                        id, stipulation.c_str(), jsonList(keys).c_str(),
-                        hasAnswer ? jsonList(expected).c_str() : "null", verdict.c_str(), result.milliseconds,
-                        static_cast<unsigned long long>(result.nodes));
-        } else if (verdict == "skipped") {
-            std::printf("%d %s: skipped (only direct mates are solved)\n", id, stipulation.c_str());
-        } else {
-            const std::string found = verdict == "stopped"
-                                          ? (keys.empty() ? "Analysis stopped by user" : joined(keys) + " (stopped by user)")
-                                      : keys.empty() ? "Not found any solutions for " + stipulation
-                                                     : joined(keys);
-            std::printf("%d %s: %s  [%s, %.0f ms, %llu nodes]\n", id, stipulation.c_str(), found.c_str(),
-                        verdict.c_str(), result.milliseconds, static_cast<unsigned long long>(result.nodes));
-            if (verdict == "failed" && hasAnswer) std::printf("    expected: %s\n", joined(expected).c_str());
+        for (int round = 0; round < std::max(options.repeat, 1); ++round) {
+            SolveResult result;
+            std::string verdict;
+            if (problem->type != PROBLEM_DIRECT_MATE) {
+                verdict = "skipped";
+            } else {
+                try {
+                    problem->SetCommand(COMMAND_RUN);
+                    SolveWatch watch(*problem, options.timeout);
+                    result = driver.SolveProblem(*problem, solveOptions);
+                    verdict = verdictOf(result, *problem, allSolutions);
+                } catch (const ChessException& e) {
+                    std::fprintf(stderr, "Problem %d: %s\n", id, e.what());
+                    verdict = "failed";
+                }
+            }
+            passed += verdict == "passed";
+            failed += verdict == "failed";
+            skipped += verdict == "skipped" || verdict == "unchecked" || verdict == "stopped";
+            if (options.json) {
+                std::printf("{\"id\":%d,\"stipulation\":\"%s\",\"keys\":%s,\"expected\":%s,\"verdict\":\"%s\","
+                            "\"time_ms\":%.0f,\"nodes\":%llu}\n",
+                            id, stipulation.c_str(), jsonList(result.texts).c_str(),
+                            hasAnswer ? jsonList(expected).c_str() : "null", verdict.c_str(), result.milliseconds,
+                            static_cast<unsigned long long>(result.nodes));
+            } else if (verdict == "skipped") {
+                std::printf("%d %s: skipped (only direct mates are solved)\n", id, stipulation.c_str());
+            } else {
+                std::printf("%d %s: %s  [%s, %.0f ms, %llu nodes]\n", id, stipulation.c_str(),
+                            foundText(result, stipulation).c_str(), verdict.c_str(), result.milliseconds,
+                            static_cast<unsigned long long>(result.nodes));
+                if (verdict == "failed" && hasAnswer) std::printf("    expected: %s\n", joined(expected).c_str());
+            }
+            std::fflush(stdout);
+            if (verdict == "skipped") break;
         }
-        std::fflush(stdout);
     }
     if (!options.json) std::printf("%d passed, %d failed, %d skipped\n", passed, failed, skipped);
     return failed ? 1 : 0;
@@ -226,6 +271,10 @@ Runner AddSolveCommand(CLI::App& app) {
     solve->add_flag("--json", options->json, "One JSON object per problem and line");
     solve->add_option("--timeout", options->timeout, "Stop a problem after this many seconds and print what was found")
         ->check(CLI::NonNegativeNumber);
+    solve->add_flag("--all-solutions", options->allSolutions, "Find every key, not only the first");
+    solve->add_flag("--stop-on-dual", options->stopOnDual, "Stop a problem when a second key is found");
+    solve->add_option("--repeat", options->repeat, "Solve each problem this many times; later solves use the warm register")
+        ->check(CLI::Range(1, 100));
     return [options] { return runSolve(*options); };
 }
 

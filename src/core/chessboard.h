@@ -24,6 +24,10 @@ struct TChessProblem;
 struct TThreadContext;
 
 // m_wFlags
+// Bits 2 and 32 are set by the heuristics' view of a position; the steps read
+// them to decide how deep White's lists are sorted and handed to threads.
+constexpr uint16_t FLAG_HEURISTIC_2 = 2;
+constexpr uint16_t FLAG_HEURISTIC_32 = 32;
 constexpr uint16_t FLAG_WEAK_WHITE = 8;            // few White men and a black king not hemmed in
 constexpr uint16_t FLAG_BLACK_BARE_KING = 0x400;
 constexpr uint16_t FLAG_GLOBAL_REGISTER = 0x800;

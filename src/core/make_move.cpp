@@ -161,21 +161,23 @@ inline bool weakWhiteFlagMayChange(const TChessboard& b) {
 
 } // namespace
 
-bool BlackKingHasFlight(TChessboard& b) {
+int CountBlackKingFlights(TChessboard& b, int limit) {
     const int king = b.blackKing();
     const int kc = b.m_cBlackKingCol, kr = b.m_cBlackKingRow;
     b.m_aSquares[king] = 0;
-    bool flight = false;
-    for (int dr = -1; dr <= 1 && !flight; ++dr)
-        for (int dc = -1; dc <= 1 && !flight; ++dc) {
+    int flights = 0;
+    for (int dr = -1; dr <= 1 && flights < limit; ++dr)
+        for (int dc = -1; dc <= 1 && flights < limit; ++dc) {
             const int c = kc + dc, r = kr + dr;
             if ((dc == 0 && dr == 0) || c < 0 || c > 7 || r < 0 || r > 7) continue;
             if (isBlack(b.m_aSquares[squareOf(c, r)])) continue;
-            flight = !IsAttackedByWhite(b, c, r);
+            if (!IsAttackedByWhite(b, c, r)) ++flights;
         }
     b.m_aSquares[king] = BK;
-    return flight;
+    return flights;
 }
+
+bool BlackKingHasFlight(TChessboard& b) { return CountBlackKingFlights(b, 1) > 0; }
 
 bool BlackHasLegalMove(TChessboard& b) {
     if (BlackKingHasFlight(b)) return true;

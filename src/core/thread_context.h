@@ -24,6 +24,9 @@ struct TThreadContext {
     uint8_t m_aMoveIndexShown[MAX_PLIES];
     uint8_t m_aMoveCount[MAX_PLIES];
     const TMove* m_apMoves[MAX_PLIES];
+    // The move that settled the last node with these plies left: White's mate
+    // or Black's refutation. Tried first at the next node of that depth.
+    TMove m_aStrongMove[MAX_PLIES];
     // Highest plies-left value at which a repetition seen below was first played.
     uint16_t m_aRepetition[MAX_PLIES];
 
@@ -53,6 +56,7 @@ struct TThreadContext {
             m_aMoveCount[i] = 0;
             m_apMoves[i] = nullptr;
             m_aRepetition[i] = 0;
+            m_aStrongMove[i] = TMove{};
         }
         for (int i = 0; i < 3; ++i) {
             m_aWhiteCaptures[i] = m_aBlackCaptures[i] = 0;

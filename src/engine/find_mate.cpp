@@ -5,6 +5,9 @@
 #include "core/movegen.h"
 #include "core/rays.h"
 #include "core/thread_context.h"
+#include "engine/command_poll.h"
+#include "engine/heuristic_bits.h"
+#include "engine/move_ordering.h"
 #include "engine/register_hooks.h"
 #include "engine/search_config.h"
 #include "problems/chess_problem.h"
@@ -22,57 +25,7 @@ namespace {
 constexpr int SHALLOW_PLIES = 4;
 // Repetitions are looked for in safe mode only this deep.
 constexpr int SAFE_MODE_REPETITION_PLIES = 14;
-constexpr auto PAUSE_POLL = std::chrono::milliseconds(100);
 constexpr auto SUSPEND_POLL = std::chrono::milliseconds(10);
-
-// What a step does after reading the command word.
-enum class Command { Go, Return, Jumped };
-
-// The command word, read without the lock at each move. Stop returns 0; a
-// pause holds the thread here; a jump unwinds to its ply, where the list is
-// rearranged so that the step goes on with another move.
-Command pollCommand(TChessProblem& problem, const TThreadContext& ctx, int n, TMove* moves, int count, int& index,
-                    int8_t& result) {
-    for (;;) {
-        const uint8_t command = problem.m_nCommand.load(std::memory_order_acquire);
-        if (command == COMMAND_RUN) return Command::Go;
-        const uint16_t target = problem.m_wCommandThread.load(std::memory_order_relaxed);
-        if (target != ALL_THREADS && target != ctx.m_shThreadId) return Command::Go;
-        if (command >= COMMAND_STOP) {
-            result = RESULT_NO_MATE;
-            return Command::Return;
-        }
-        if (command == COMMAND_PAUSE) {
-            std::this_thread::sleep_for(PAUSE_POLL);
-            continue;
-        }
-        // A jump.
-        const int depth = problem.m_wCommandDepth;
-        if (n < depth) {
-            // The White step right below the target answers "mate", so that
-            // the Black step there simply goes on with its next reply.
-            result = (n & 1) && n + 1 == depth ? RESULT_MATE : RESULT_NO_MATE;
-            return Command::Return;
-        }
-        problem.LockCommand();
-        if (problem.m_nCommand.load(std::memory_order_relaxed) == COMMAND_JUMP) {
-            if (index > 0) {
-                if (problem.m_nCommandMode == 1 && index < count) {
-                    std::swap(moves[index], moves[index - 1]);
-                } else if (problem.m_nCommandMode == 2) {
-                    const TMove interrupted = moves[index - 1];
-                    std::memmove(moves + index - 1, moves + index, sizeof(TMove) * static_cast<size_t>(count - index));
-                    moves[count - 1] = interrupted;
-                }
-                --index;
-            }
-            problem.m_wCommandThread.store(problem.m_wSavedCommandThread, std::memory_order_relaxed);
-            problem.m_nCommand.store(problem.m_nSavedCommand, std::memory_order_release);
-        }
-        problem.UnlockCommand();
-        return Command::Jumped;
-    }
-}
 
 // A ply that can be taken back: no pawn move, no capture, no promotion.
 inline bool reversible(const TChessboard& position) {
@@ -107,6 +60,41 @@ bool repeatedTwice(const TChessboard& child) {
         if (plies > 4 && (plies & 1) == 0 && samePosition(*back, child)) return true;
     }
     return false;
+}
+
+// The next stage of a man-by-man list: the moves of `first` (a square, or -1)
+// before all others, then the men square by square from a1, skipping `skip`.
+// The strong move of the depth, when `first` has it, is put at the front.
+template <bool White>
+int nextManStage(const TChessboard& b, TMove* moves, int first, int skip, int& nextSquare, const TMove& strong) {
+    auto generate = [&](int square) {
+        return White ? GenerateWhiteManMoves(b, square, moves) : GenerateBlackManMoves(b, square, moves);
+    };
+    if (first >= 0) {
+        const int count = generate(first);
+        for (int i = 1; i < count; ++i)
+            if (moves[i] == strong) {
+                std::swap(moves[0], moves[i]);
+                break;
+            }
+        if (count) return count;
+    }
+    while (nextSquare < 64) {
+        const int square = nextSquare++;
+        if (square == skip) continue;
+        if (const int count = generate(square)) return count;
+    }
+    return 0;
+}
+
+// Whether White's list at `n` plies left comes man by man: at moderate depths
+// always, deeper only in thin positions, where sorting costs more than it gains.
+bool incrementalStages(const TChessboard& b, int n) {
+    if (n < 11) return true;
+    if (n < 13 && !(b.m_wFlags & FLAG_HEURISTIC_32) &&
+        b.m_nWhiteQueens + b.m_nWhiteRooks + b.m_nBlackBishops < 4)
+        return true;
+    return n == 13 && (b.m_wFlags & FLAG_HEURISTIC_2);
 }
 
 template <class Config> struct Steps {
@@ -220,10 +208,29 @@ template <class Config> int8_t Steps<Config>::whiteStep(TChessboard& b, bool bPr
     if ((n & 15) == 9 && (n == 9 || pliesDone >= 9) && problem.m_pfnProgress)
         problem.m_pfnProgress(problem, ctx, problem.m_pProgressUser);
 
-    // 7. The moves: one stage, in base order unless ordering is on.
+    // 7. The moves, by stages: one man at a time from a1 at moderate depths, so
+    // that a mate by the first men costs no generation of the rest; in check
+    // the evasions; deep down all moves at once, ordered.
     TMove moves[MAX_MOVES];
-    int count = GenerateWhiteMovesOrEvasions(b, moves);
-    if constexpr (Config::kOrdering) search_hooks::SortWhiteMoves<Config>(b, moves, count);
+    const bool incremental = b.m_cWhiteChecker < 0 && incrementalStages(b, n);
+    int count = 0;
+    int nextSquare = 0;
+    int firstMan = -1;
+    if (!incremental) {
+        count = GenerateWhiteMovesOrEvasions(b, moves);
+        if constexpr (Config::kOrdering) {
+            WhiteSortOutcome sorted;
+            count = SortWhiteMoves(b, moves, count, false, sorted);
+            if (sorted.mateFound) {
+                ctx.m_bRecaptured = sorted.mate.to == b.m_LastMove.to;
+                return RESULT_MATE;
+            }
+        }
+    } else if constexpr (Config::kOrdering) {
+        // The man that mated last time at this depth goes first.
+        const TMove strong = ctx.m_aStrongMove[n];
+        if (!strong.isNull() && isWhite(b.m_aSquares[strong.from])) firstMan = strong.from;
+    }
     // 8. Hand-off to the thread levels near the top.
     if constexpr (Config::kLevels) {
         const int8_t levels = search_hooks::HandToLevels<Config>(b, moves, count);
@@ -231,14 +238,22 @@ template <class Config> int8_t Steps<Config>::whiteStep(TChessboard& b, bool bPr
     }
 
     ctx.m_aRepetition[n] = 0;
-    ctx.m_aMoveCount[n] = static_cast<uint8_t>(count);
     ctx.m_apMoves[n] = moves;
     int doubtful = 0, repetitions = 0;
     TChessboard& child = ctx.m_aBoards[n];
+    for (bool firstStage = true;; firstStage = false) {
+        if (incremental) {
+            count = nextManStage<true>(b, moves, firstStage ? firstMan : -1, firstMan, nextSquare,
+                                       firstStage ? ctx.m_aStrongMove[n] : TMove{});
+            if (count == 0) break;
+        } else if (!firstStage) {
+            break;
+        }
+        ctx.m_aMoveCount[n] = static_cast<uint8_t>(count);
     for (int i = 0; i < count; ++i) {
         // 9. Command word, then the move.
         int8_t commanded;
-        switch (pollCommand(problem, ctx, n, moves, count, i, commanded)) {
+        switch (PollCommand(problem, ctx, n, moves, count, i, commanded)) {
         case Command::Return: return commanded;
         case Command::Jumped: --i; continue;
         case Command::Go: break;
@@ -281,8 +296,10 @@ template <class Config> int8_t Steps<Config>::whiteStep(TChessboard& b, bool bPr
                 if (b.m_shPliesTotal >= 10 && n >= 3 && problem.m_nCommand.load(std::memory_order_relaxed) == COMMAND_RUN)
                     search_hooks::StoreTemporaryRegister<Config>(b, RESULT_MATE);
             }
+            if constexpr (Config::kOrdering) ctx.m_aStrongMove[n] = moves[i];
             return RESULT_MATE;
         }
+    }
     }
 
     // 12. Verdict.
@@ -323,20 +340,26 @@ template <class Config> int8_t Steps<Config>::blackStep(TChessboard& b) {
     // 2. No plies left: mate or not.
     if (n == 0) return b.m_cBlackChecker >= 0 && !BlackHasLegalMove(b) ? int8_t{RESULT_MATE} : int8_t{RESULT_NO_MATE};
 
-    // 3. Replies: all at once deeper down, one man at a time near the leaves,
-    // where the first refutation usually ends the node.
+    // 3. Replies: all at once deeper down, ordered when ordering is on; one man
+    // at a time near the leaves, where the first refutation usually ends the node.
     TMove moves[MAX_MOVES];
     const bool lazy = n < SHALLOW_PLIES && b.m_cBlackChecker < 0;
     int count = 0;
-    int nextMan = 0;
+    int nextSquare = 0;
+    int firstMan = -1;
     if (!lazy) {
         count = GenerateBlackMovesOrEvasions(b, moves);
         if constexpr (Config::kOrdering) {
-            const int settled = search_hooks::SortBlackMoves<Config>(b, moves, count);
-            if (settled == -2) return RESULT_NO_MATE;
-            if (settled == -1) return RESULT_DOUBTFUL;
-            if (settled < -2) return n < ctx.m_aRepetition[n + 1] ? static_cast<int8_t>(settled) : int8_t{RESULT_DOUBTFUL};
+            if (n >= SHALLOW_PLIES) {
+                count = SortBlackMoves(b, moves, count, ctx.m_aStrongMove[n]);
+                if (count == BLACK_SORT_NO_REPLY)
+                    return b.m_cBlackChecker >= 0 ? int8_t{RESULT_MATE} : int8_t{RESULT_NO_MATE};
+            }
         }
+    } else if constexpr (Config::kOrdering) {
+        // The man that refuted last time at this depth goes first, else the king.
+        const TMove strong = ctx.m_aStrongMove[n];
+        firstMan = !strong.isNull() && isBlack(b.m_aSquares[strong.from]) ? strong.from : b.blackKing();
     }
     ctx.m_aRepetition[n] = 0;
     ctx.m_aMoveCount[n] = static_cast<uint8_t>(count);
@@ -344,18 +367,16 @@ template <class Config> int8_t Steps<Config>::blackStep(TChessboard& b) {
 
     TChessboard& child = ctx.m_aBoards[n];
     bool anyLegal = false;
-    for (;;) {
+    for (bool firstStage = true;; firstStage = false) {
         if (lazy) {
-            while (count == 0 && nextMan < 64) {
-                if (isBlack(b.m_aSquares[nextMan])) count = GenerateBlackManMoves(b, nextMan, moves);
-                ++nextMan;
-            }
+            count = nextManStage<false>(b, moves, firstStage ? firstMan : -1, firstMan, nextSquare,
+                                        firstStage ? ctx.m_aStrongMove[n] : TMove{});
             if (count == 0) break;
         }
         for (int i = 0; i < count; ++i) {
             // 6. Command word, then the reply.
             int8_t commanded;
-            switch (pollCommand(problem, ctx, n, moves, count, i, commanded)) {
+            switch (PollCommand(problem, ctx, n, moves, count, i, commanded)) {
             case Command::Return: return commanded;
             case Command::Jumped: --i; continue;
             case Command::Go: break;
@@ -365,7 +386,10 @@ template <class Config> int8_t Steps<Config>::blackStep(TChessboard& b) {
             if (made == BLACK_MOVE_ILLEGAL) continue;
             anyLegal = true;
             ctx.m_aMoveIndex[n] = static_cast<uint8_t>(i);
-            if (made == BLACK_MOVE_BEATS_WHITE) return RESULT_NO_MATE;
+            if (made == BLACK_MOVE_BEATS_WHITE) {
+                if constexpr (Config::kOrdering) ctx.m_aStrongMove[n] = moves[i];
+                return RESULT_NO_MATE;
+            }
 
             // 8./9. White's step on the child; the register, once asked here, is not asked again there.
             bool probeInWhiteStep = true;
@@ -379,7 +403,10 @@ template <class Config> int8_t Steps<Config>::blackStep(TChessboard& b) {
             }
             const int8_t result = whiteStep(child, probeInWhiteStep);
             // 10. One refutation or one doubt settles the node.
-            if (result == RESULT_NO_MATE || result == RESULT_DOUBTFUL || result == RESULT_REFUTED_EARLY) return result;
+            if (result == RESULT_NO_MATE || result == RESULT_DOUBTFUL || result == RESULT_REFUTED_EARLY) {
+                if constexpr (Config::kOrdering) ctx.m_aStrongMove[n] = moves[i];
+                return result;
+            }
             if (result < RESULT_REFUTED_EARLY) {
                 if (n < ctx.m_aRepetition[n]) {
                     ctx.m_aRepetition[n + 1] = std::max(ctx.m_aRepetition[n + 1], ctx.m_aRepetition[n]);
@@ -396,7 +423,6 @@ template <class Config> int8_t Steps<Config>::blackStep(TChessboard& b) {
             }
         }
         if (!lazy) break;
-        count = 0;
     }
     // 11. No legal reply: mate or stalemate.
     if (!anyLegal) return b.m_cBlackChecker >= 0 ? int8_t{RESULT_MATE} : int8_t{RESULT_NO_MATE};
@@ -407,13 +433,16 @@ template <class Config> int8_t Steps<Config>::blackStep(TChessboard& b) {
 
 bool FindMateInOne(TChessboard& position, TMove* mateMove) { return mateInOne(position, mateMove); }
 // The configuration is chosen once, at the entry: the steps below it test nothing for it.
+template <class Search> auto dispatch(const TChessProblem& problem, Search&& search) {
+    if (problem.m_pRegister)
+        return problem.m_bMoveOrdering ? search(Steps<OrderedRegisterSearch>{}) : search(Steps<RegisterSearch>{});
+    return problem.m_bMoveOrdering ? search(Steps<OrderedSearch>{}) : search(Steps<PlainSearch>{});
+}
 int8_t FindMate(TChessboard& position, bool bProbe) {
-    return position.m_pProblem->m_pRegister ? Steps<RegisterSearch>::whiteStep(position, bProbe)
-                                            : Steps<PlainSearch>::whiteStep(position, bProbe);
+    return dispatch(*position.m_pProblem, [&](auto steps) { return steps.whiteStep(position, bProbe); });
 }
 int8_t FindMateBlackStep(TChessboard& position) {
-    return position.m_pProblem->m_pRegister ? Steps<RegisterSearch>::blackStep(position)
-                                            : Steps<PlainSearch>::blackStep(position);
+    return dispatch(*position.m_pProblem, [&](auto steps) { return steps.blackStep(position); });
 }
 
 } // namespace zorvane

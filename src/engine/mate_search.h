@@ -4,6 +4,7 @@
 // that the command line and the benchmarks use.
 #include "core/chessboard.h"
 #include "core/move.h"
+#include "engine/solve_driver.h"
 #include "problems/chess_problem.h"
 
 #include <atomic>
@@ -17,8 +18,6 @@ namespace zorvane {
 struct TThreadContext;
 
 constexpr int MAX_STIPULATION_MOVES = 255;
-// Memory the temporary register of a proof may take before stores are dropped.
-constexpr uint64_t REGISTER_MEMORY_LIMIT = uint64_t{1} << 30;
 
 struct MateKeys {
     std::vector<TMove> keys;
@@ -30,8 +29,9 @@ struct MateKeys {
 
 // What a running FindKeys has done so far, readable from another thread.
 struct MateProgress {
-    int rootMove = 0;   // root moves begun
-    int rootMoves = 0;  // White's moves in the root
+    int rootMove = 0;   // root moves begun in the running pass
+    int rootMoves = 0;  // White's possible moves in the root
+    int pass = 0;
     uint64_t nodes = 0;
 };
 
@@ -39,8 +39,8 @@ class MateProof {
 public:
     // Settings of the run: quick mode (repetitions pruned everywhere) unless
     // safe mode is asked for; the temporary register (used from 10 plies on)
-    // unless switched off. The register stays warm from one FindKeys to the next.
-    explicit MateProof(bool safeMode = false, bool useRegister = true);
+    // and move ordering unless switched off. The register stays warm from one FindKeys to the next.
+    explicit MateProof(bool safeMode = false, bool useRegister = true, bool ordering = true);
     ~MateProof();
     MateProof(const MateProof&) = delete;
     MateProof& operator=(const MateProof&) = delete;
@@ -54,17 +54,15 @@ public:
     // from another thread.
     TChessProblem& Problem() { return m_problem; }
     MateProgress Progress() const {
-        return {m_nRootMove.load(std::memory_order_relaxed), m_nRootMoves.load(std::memory_order_relaxed),
+        return {m_problem.m_nRootMovesBegun.load(std::memory_order_relaxed),
+                m_problem.m_nRootMoves.load(std::memory_order_relaxed), m_problem.m_nPass.load(std::memory_order_relaxed),
                 m_problem.m_nNodes.load(std::memory_order_relaxed)};
     }
 
 private:
     TChessProblem m_problem;
-    bool m_bUseRegister;
-    std::atomic<int> m_nRootMove{0};
-    std::atomic<int> m_nRootMoves{0};
-    std::unique_ptr<TThreadContext> m_pContext;
-    TChessboard m_root;
+    SolveOptions m_options;
+    SolveDriver m_driver;
 };
 
 } // namespace zorvane

@@ -17,14 +17,14 @@ inline bool playStateAllows(const TChessboard& b) {
 }
 } // namespace register_detail
 
-template <> inline int8_t ProbeTemporaryRegister<RegisterSearch>(const TChessboard& position) {
+template <class Config> int8_t ProbeTemporaryRegister(const TChessboard& position) {
     if (!register_detail::playStateAllows(position) || !RegisterEligible(position)) return RESULT_REFUTED_EARLY;
     const uint8_t answer = position.m_pProblem->m_pRegister->Lookup(position.m_shPliesLeft,
                                                                     TChessboardRegisterItem::FromBoard(position));
     return answer == 1 ? int8_t{RESULT_MATE} : answer == 0 ? int8_t{RESULT_NO_MATE} : int8_t{RESULT_REFUTED_EARLY};
 }
 
-template <> inline void StoreTemporaryRegister<RegisterSearch>(const TChessboard& position, int8_t result) {
+template <class Config> void StoreTemporaryRegister(const TChessboard& position, int8_t result) {
     // Only proofs are kept here; doubts belong to the aggregated register.
     if (result != RESULT_MATE && result != RESULT_NO_MATE) return;
     if (!register_detail::playStateAllows(position) || !RegisterEligible(position)) return;

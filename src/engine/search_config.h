@@ -26,6 +26,15 @@ struct RegisterSearch : PlainSearch {
     static constexpr bool kTemporaryRegister = true;
 };
 
+// Move ordering: sorted lists deep down, Black's replies sorted from 4 plies
+// left, and the move that settled the last node of a depth tried first.
+struct OrderedSearch : PlainSearch {
+    static constexpr bool kOrdering = true;
+};
+struct OrderedRegisterSearch : RegisterSearch {
+    static constexpr bool kOrdering = true;
+};
+
 // Hooks filled in by the subsystems that provide them; declared here so that
 // the steps name them at their places. Only configurations that switch the
 // matching axis on instantiate them.
@@ -35,9 +44,6 @@ template <class Config> int ProbeGlobalRegister(const TChessboard& position);
 // 1, 0, -1 as stored for the position, or a value below -1 when unknown or not to be asked.
 template <class Config> int8_t ProbeTemporaryRegister(const TChessboard& position);
 template <class Config> void StoreTemporaryRegister(const TChessboard& position, int8_t result);
-// Sorts White's (Black's) list; a Black sort may settle the node with a negative count.
-template <class Config> void SortWhiteMoves(const TChessboard& position, TMove* moves, int& count);
-template <class Config> int SortBlackMoves(const TChessboard& position, TMove* moves, int& count);
 // The heuristics' test of a White move's child: true marks the move doubtful.
 template <class Config> bool HeuristicsRejectChild(const TChessboard& child);
 // Hands a White list to the thread levels; -128 when not taken.

@@ -101,6 +101,8 @@ struct TChessProblem {
     // ---- Solve-wide state.
     // Counted at every White step with fewer than 4 plies left.
     std::atomic<uint64_t> m_nNodes{0};
+    // Time the first thread was held by a pause; the clock of a solve leaves it out.
+    std::atomic<uint64_t> m_nPausedMicroseconds{0};
     // The command word: written under the spin byte, read without it at every move.
     std::atomic<uint8_t> m_bCommandLock{0};
     std::atomic<uint8_t> m_nCommand{COMMAND_RUN};
@@ -121,6 +123,21 @@ struct TChessProblem {
     // Solved positions of this problem; it lives with the problem so that a
     // second solve starts warm. None: the search runs without it.
     std::unique_ptr<TProblemRegister> m_pRegister;
+    // Lists ordered by the chess rules of the ordering; off only to measure what it gains.
+    bool m_bMoveOrdering = true;
+    // A solve thread runs on this record.
+    std::atomic<uint8_t> m_bSolving{0};
+    // White's root moves that are still possible, and how many of them the
+    // running pass has begun; the pass itself (0 register screen, 1, 2).
+    std::atomic<uint8_t> m_nRootMoves{0};
+    std::atomic<uint8_t> m_nRootMovesBegun{0};
+    std::atomic<uint8_t> m_nPass{0};
+    // Called on the solve thread with each solution: the move as a 32-bit
+    // word, its text, the problem and the elapsed milliseconds. A null move
+    // (0) clears the display at the start of a solve.
+    void (*m_pfnSolution)(TChessProblem& problem, uint32_t move, const std::string& text, double milliseconds,
+                          void* user) = nullptr;
+    void* m_pSolutionUser = nullptr;
     // Called from the search at its regular visits to the outside world.
     void (*m_pfnProgress)(TChessProblem& problem, const TThreadContext& thread, void* user) = nullptr;
     void* m_pProgressUser = nullptr;

@@ -1,0 +1,20 @@
+#pragma once
+// The command word as the search reads it at every move: stop, pause, or a
+// jump that rearranges the list of a ply.
+#include "core/move.h"
+#include "core/thread_context.h"
+#include "problems/chess_problem.h"
+
+namespace zorvane {
+
+// What a step does after reading the command word.
+enum class Command { Go, Return, Jumped };
+
+// Read without the lock. Stop gives Return with `result` 0; a pause holds the
+// thread here (the first thread counts the time held, which the clock of the
+// solve leaves out); a jump unwinds to its ply, where the list of `count`
+// moves is rearranged so that the step goes on with another move at `index`.
+Command PollCommand(TChessProblem& problem, const TThreadContext& ctx, int n, TMove* moves, int count, int& index,
+                    int8_t& result);
+
+} // namespace zorvane

@@ -1,0 +1,472 @@
+#include "engine/solve_driver.h"
+
+#include "core/castling.h"
+#include "core/chess_exception.h"
+#include "core/make_move.h"
+#include "core/movegen.h"
+#include "core/thread_context.h"
+#include "engine/command_poll.h"
+#include "engine/find_mate.h"
+#include "engine/heuristic_relaxation.h"
+#include "engine/move_ordering.h"
+#include "engine/register_eligibility.h"
+#include "engine/register_hooks.h"
+#include "engine/solve_texts.h"
+#include "engine/threats.h"
+#include "registers/temporary_register.h"
+
+#include <algorithm>
+#include <bit>
+#include <chrono>
+#include <thread>
+
+namespace zorvane {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+// Status of a root move in the pass loop: negative is open (not yet tried, or
+// doubtful), 0 refuted, 1 a solution, REFUSED never playable.
+constexpr int STATUS_OPEN = -1;
+constexpr int STATUS_REFUSED = 254;
+// Heuristics under which a pass after the first is still worth running when a
+// solution is already known.
+constexpr uint32_t SH_SEARCH_ON_AFTER_SOLUTION = 0x80004u;
+constexpr auto PAUSE_WAIT = std::chrono::milliseconds(100);
+
+// One run of a solve: the problem, the thread, the options and the result.
+struct Run {
+    TChessProblem& problem;
+    TThreadContext& ctx;
+    const SolveOptions& options;
+    SolveResult& result;
+    Clock::time_point start;
+    bool allSolutions;
+    // Root moves proved by the screen, by the register within it, and by a search.
+    int screened = 0;
+    int fromRegister = 0;
+    int searched = 0;
+
+    double elapsed() const {
+        const double paused = static_cast<double>(problem.m_nPausedMicroseconds.load()) / 1000.0;
+        return std::chrono::duration<double, std::milli>(Clock::now() - start).count() - paused;
+    }
+};
+
+// Sizes (or makes) the problem's register for a run of `plies`.
+void prepareRegister(TChessProblem& problem, int plies, const SolveOptions& options) {
+    if (!options.useRegister) {
+        problem.m_pRegister.reset();
+        return;
+    }
+    const uint32_t buckets = RegisterBucketCount(static_cast<uint16_t>(plies));
+    if (!problem.m_pRegister) {
+        problem.m_pRegister = std::make_unique<TProblemRegister>(buckets);
+        problem.m_pRegister->SetMemoryLimit(REGISTER_MEMORY_LIMIT);
+    } else if (problem.m_pRegister->BucketCount() != buckets) {
+        problem.m_pRegister->Resize(buckets, true);
+    } else if (options.clearRegisterOnStart) {
+        problem.m_pRegister->Clear(true);
+    }
+}
+
+// The task check: the side not to move must not stand in check.
+void checkTask(const TChessboard& root, int plies) {
+    if ((plies & 1) && root.m_cBlackChecker >= 0) throw ChessException(BLACK_KING_CHECKED_TEXT);
+    if (!(plies & 1) && root.m_cWhiteChecker >= 0) throw ChessException(WHITE_KING_CHECKED_TEXT);
+}
+
+// Sets the root up strictly for `plies` left and runs the task check.
+void setUpRoot(TChessboard& root, int plies) {
+    root.m_shPliesLeft = root.m_shPliesTotal = static_cast<uint16_t>(plies);
+    SetupChessboard(root, false);
+    checkTask(root, plies);
+}
+
+// Pass 0: no search. A root move all of whose replies are answered as mates by
+// the register (or, unless `registerOnly`, by a mate at once) is a solution.
+bool screenedMate(Run& run, TChessboard& child, bool registerOnly) {
+    TMove replies[MAX_MOVES];
+    const int count = GenerateBlackMovesOrEvasions(child, replies);
+    TChessboard& reply = run.ctx.m_aBoards[child.m_shPliesLeft];
+    const bool askRegister = run.problem.m_pRegister && child.m_shPliesTotal >= 10;
+    bool anyLegal = false;
+    int fromRegister = 0;
+    for (int i = 0; i < count; ++i) {
+        CopyToChild(reply, child);
+        const int made = MakeBlackMove(reply, replies[i], false);
+        if (made == BLACK_MOVE_ILLEGAL) continue;
+        if (made == BLACK_MOVE_BEATS_WHITE) return false;
+        anyLegal = true;
+        if (askRegister && search_hooks::ProbeTemporaryRegister<RegisterSearch>(reply) == RESULT_MATE) {
+            ++fromRegister;
+            continue;
+        }
+        if (!registerOnly && reply.m_shPliesLeft >= 1 && FindMateInOne(reply)) continue;
+        return false;
+    }
+    if (anyLegal && fromRegister) ++run.fromRegister;
+    return anyLegal || (!registerOnly && child.m_cBlackChecker >= 0);
+}
+
+// White's moves at the root of a depth: the mates at once for one ply, all
+// moves otherwise, ordered when more than three plies are searched.
+int rootMoves(TChessboard& root, int plies, TMove* list) {
+    int count = GenerateWhiteMovesOrEvasions(root, list);
+    if (plies == 1) {
+        TChessboard& child = root.m_pThread->m_aBoards[1];
+        int mates = 0;
+        for (int i = 0; i < count; ++i) {
+            CopyToChild(child, root);
+            TMove move = list[i];
+            if (MakeWhiteMove(child, move) && child.m_cBlackChecker >= 0 && !BlackHasLegalMove(child))
+                list[mates++] = list[i];
+        }
+        return mates;
+    }
+    if (plies > 3 && root.m_pProblem->m_bMoveOrdering) {
+        WhiteSortOutcome sorted;
+        count = SortWhiteMoves(root, list, count, true, sorted);
+    }
+    return count;
+}
+
+int legalCount(TChessboard& root, const TMove* list, int count) {
+    TChessboard& child = root.m_pThread->m_aBoards[root.m_shPliesLeft];
+    int legal = 0;
+    for (int i = 0; i < count; ++i) {
+        CopyToChild(child, root);
+        TMove move = list[i];
+        legal += MakeWhiteMove(child, move) ? 1 : 0;
+    }
+    return legal;
+}
+
+// A solution proved: noted in the run and told to the window.
+void noteSolution(Run& run, const TChessboard& root, const TMove& move, int place, int plies) {
+    const bool capture = root.m_aSquares[move.to] != 0 || move.enPassant;
+    const std::string text = FormatMove(move, root.m_aSquares[move.from], capture);
+    SolveResult& result = run.result;
+    if (result.solutions.count(move)) return;
+    result.solutions[move].plies = plies;
+    result.moves.push_back(move);
+    result.texts.push_back(text);
+    result.keyPositions.push_back(place);
+    if (run.problem.m_pfnSolution)
+        run.problem.m_pfnSolution(run.problem, std::bit_cast<uint32_t>(move), text, run.elapsed(),
+                                  run.problem.m_pSolutionUser);
+}
+
+// Whether the flags of the run end it with the solutions found so far.
+bool enoughSolutions(Run& run, size_t found) {
+    const uint16_t flags = run.problem.flags;
+    if (!run.allSolutions) return true;
+    if ((flags & StopOnDual) && found >= 2) {
+        run.result.stoppedOnDual = true;
+        return true;
+    }
+    if ((flags & StopOn3Sol) && found >= 3) {
+        run.result.stoppedOnThree = true;
+        return true;
+    }
+    return false;
+}
+
+// The pass loop at one depth: passes 0 (the register screen), 1 (with the
+// heuristics, relaxed in passes 1b, 1c...) and 2 (without). Appends each proved
+// root move to `found`; 1 if at least one exists.
+int passLoop(Run& run, TChessboard& root, int plies, std::vector<TMove>& found) {
+    TChessProblem& problem = run.problem;
+    TThreadContext& ctx = run.ctx;
+    // 3. The root of this depth.
+    root.m_shPliesLeft = static_cast<uint16_t>(plies);
+    root.m_bPass = 1;
+    // 5. The list.
+    TMove list[MAX_MOVES];
+    const int count = rootMoves(root, plies, list);
+    problem.m_nRootMoves.store(static_cast<uint8_t>(plies == 1 ? count : legalCount(root, list, count)));
+    ctx.m_apMoves[plies] = list;
+    ctx.m_aMoveCount[plies] = static_cast<uint8_t>(count);
+    // 7. A status per move; a copy of the root to restore.
+    int status[MAX_MOVES];
+    std::fill(status, status + count, STATUS_OPEN);
+    const TChessboard saved = root;
+    const size_t foundBefore = found.size();
+    auto finish = [&](int answer) {
+        root = saved;
+        if (problem.m_nPass.load() > 2) problem.m_nPass.store(2);
+        return answer;
+    };
+    // One ply: the list holds the mates themselves.
+    if (plies == 1) {
+        for (int i = 0; i < count; ++i) {
+            found.push_back(list[i]);
+            noteSolution(run, root, list[i], i + 1, plies);
+            ++run.searched;
+            if (enoughSolutions(run, found.size())) return finish(1);
+        }
+        return finish(count > 0 ? 1 : 0);
+    }
+    const bool screen = !run.options.clearRegisterOnStart;
+    TChessboard& child = ctx.m_aBoards[plies];
+    for (int pass = screen ? 0 : 1, first = 1; pass <= 2; ++pass, first = 0) {
+        // a. A later pass has nothing to add once a solution is in hand, unless
+        // all solutions are wanted: their open moves may still be keys.
+        if (!first && found.size() > foundBefore && !run.allSolutions &&
+            !(root.m_uHeuristics & SH_SEARCH_ON_AFTER_SOLUTION))
+            break;
+        // b. The last pass: relax the heuristics first while that is wanted.
+        if (pass == 2 && root.m_uHeuristics) {
+            const bool wanted = plies > 1 && run.options.relaxHeuristics && (run.allSolutions || found.empty());
+            const uint32_t relaxed = wanted ? TryRelaxSpecialHeuristics(root) : 0;
+            if (relaxed) {
+                root.m_uHeuristics = relaxed;
+                pass = 1;
+            } else {
+                root.m_uHeuristics = 0;
+                root.m_uHeuristicParams = 0;
+            }
+        }
+        // c. The pass without heuristics may be switched off.
+        if (pass == 2 && !run.options.passWithoutHeuristics) break;
+        // d. Nothing open: everything is settled.
+        if (std::none_of(status, status + count, [](int s) { return s < 0; })) break;
+        problem.m_nPass.store(static_cast<uint8_t>(pass));
+        // With no heuristic in force pass 1 bets on nothing: it searches as
+        // the deciding pass, so that no doubt is left for pass 2 to redo.
+        root.m_bPass = static_cast<uint8_t>(pass == 2 || root.m_uHeuristics == 0 ? 2 : 1);
+        problem.m_nRootMovesBegun.store(0);
+        for (int i = 0; i < count; ++i) {
+            if (status[i] >= 0) continue;
+            // e. The command word, as at every move of the search.
+            int8_t commanded;
+            const Command command = PollCommand(problem, ctx, plies, list, count, i, commanded);
+            if (command == Command::Return) {
+                run.result.stopped = true;
+                return finish(found.size() > foundBefore ? 1 : 0);
+            }
+            if (command == Command::Jumped) {
+                --i;
+                continue;
+            }
+            ctx.m_aMoveIndex[plies] = static_cast<uint8_t>(i);
+            problem.m_nRootMovesBegun.store(static_cast<uint8_t>(i + 1));
+            // f. The move.
+            CopyToChild(child, root);
+            TMove move = list[i];
+            if (!MakeWhiteMove(child, move)) {
+                status[i] = STATUS_REFUSED;
+                continue;
+            }
+            // g./h. The screen asks and searches nothing; later passes search.
+            int8_t answer;
+            if (pass == 0) {
+                answer = screenedMate(run, child, false) ? RESULT_MATE : RESULT_DOUBTFUL;
+            } else {
+                answer = FindMateBlackStep(child);
+                if (problem.StopMeant(ctx.m_shThreadId)) {
+                    run.result.stopped = true;
+                    return finish(found.size() > foundBefore ? 1 : 0);
+                }
+            }
+            status[i] = answer == RESULT_MATE ? 1 : answer == RESULT_NO_MATE ? 0 : STATUS_OPEN;
+            if (status[i] == 1) {
+                found.push_back(list[i]);
+                noteSolution(run, root, list[i], i + 1, plies);
+                ++(pass == 0 ? run.screened : run.searched);
+                if (enoughSolutions(run, found.size())) return finish(1);
+            }
+            if (problem.m_pfnProgress) problem.m_pfnProgress(problem, ctx, problem.m_pProgressUser);
+        }
+    }
+    return finish(found.size() > foundBefore ? 1 : 0);
+}
+
+// The result text of a solve of the start position.
+std::wstring problemResultText(const Run& run, int moves) {
+    const SolveResult& result = run.result;
+    const int language = run.options.languageId;
+    if (result.moves.empty()) {
+        if (result.stopped) return AnalysisStoppedText(language);
+        NoSolutionNotes notes;
+        notes.relaxationOff = !run.options.relaxHeuristics;
+        notes.passWithoutHeuristicsOff = !run.options.passWithoutHeuristics;
+        notes.quickMode = !run.problem.m_bSafeMode;
+        return NoSolutionText(moves, result.milliseconds, notes, language);
+    }
+    std::wstring text;
+    if (result.stoppedOnDual) text = DualStopText(language) + L"\n";
+    else if (result.stoppedOnThree) text = ThreeSolutionsStopText(language) + L"\n";
+    else if (result.moves.size() > 1) text = SeveralSolutionsText(static_cast<int>(result.moves.size()), language) + L"\n";
+    for (size_t i = 0; i < result.moves.size(); ++i) {
+        const SolutionEntry& entry = result.solutions.at(result.moves[i]);
+        if (i) text += L"\n";
+        const int entryMoves = (entry.plies + 1) / 2;
+        if (entryMoves < moves) text += OrLessText(entryMoves, language);
+        text += std::wstring(result.texts[i].begin(), result.texts[i].end());
+        for (size_t t = 0; t < entry.threats.size(); ++t) {
+            text += t ? L", " : L" " + ThreatLabel(language);
+            text += std::wstring(entry.threats[t].begin(), entry.threats[t].end());
+        }
+    }
+    if (result.fromRegister) text += FromRegisterSuffix(language);
+    if (result.stopped) text += StoppedByUserSuffix(language);
+    text += SecondsText(result.milliseconds);
+    return text;
+}
+
+// The threats of each solution, computed on the root after the run.
+void addThreats(Run& run, TChessboard& root) {
+    TChessboard& child = run.ctx.m_aBoards[root.m_shPliesLeft];
+    for (const TMove& key : run.result.moves) {
+        SolutionEntry& entry = run.result.solutions[key];
+        root.m_shPliesLeft = root.m_shPliesTotal = static_cast<uint16_t>(entry.plies);
+        CopyToChild(child, root);
+        TMove move = key;
+        if (MakeWhiteMove(child, move)) entry.threats = FindThreats(child, (entry.plies - 1) / 2);
+    }
+}
+
+// Starts a run: the clock, the counters, the display cleared.
+Run beginRun(TChessProblem& problem, TThreadContext& ctx, const SolveOptions& options, SolveResult& result) {
+    Run run{problem, ctx, options, result, Clock::now(), options.allSolutions || (problem.flags & AllSolutions)};
+    problem.m_bSolving.store(1);
+    problem.m_nNodes.store(0);
+    problem.m_nPausedMicroseconds.store(0);
+    problem.m_nPass.store(0);
+    problem.m_nRootMovesBegun.store(0);
+    ctx.ClearPlyArrays();
+    if (problem.m_pfnSolution) problem.m_pfnSolution(problem, 0, std::string(), 0, problem.m_pSolutionUser);
+    return run;
+}
+
+void endRun(Run& run) {
+    run.result.nodes = run.problem.m_nNodes.load();
+    run.result.milliseconds = run.elapsed();
+    run.result.rootMoves = run.problem.m_nRootMoves.load();
+    run.result.fromRegister = !run.result.moves.empty() && run.searched == 0 && run.fromRegister > 0;
+    run.problem.m_bSolving.store(0);
+}
+
+// The root of a run: a copy on the thread.
+TChessboard rootOf(TChessProblem& problem, TThreadContext& ctx, const TChessboard& position) {
+    TChessboard root = position;
+    root.m_pProblem = &problem;
+    root.m_pThread = &ctx;
+    return root;
+}
+
+// Castling rights are measured from the top of the root's chain.
+void noteChainTop(TThreadContext& ctx, const TChessboard& root) {
+    const TChessboard* top = &root;
+    while (top->m_pParent) top = top->m_pParent;
+    ctx.m_pRoot = top;
+}
+
+} // namespace
+
+std::vector<int> DepthsToTry(int plies, int known) {
+    std::vector<int> depths{plies};
+    if (plies > 1) depths.push_back(1);
+    if (known > 0 && known < plies) depths.push_back(known);
+    const int steps[][2] = {{3, 4}, {5, 6}, {7, 9}, {9, 11}, {11, 13}};
+    for (const auto& [depth, above] : steps)
+        if (plies > above) depths.push_back(depth);
+    if (plies > 15 && !(known > 0 && known <= 13)) depths.push_back(13);
+    std::sort(depths.begin(), depths.end());
+    depths.erase(std::unique(depths.begin(), depths.end()), depths.end());
+    return depths;
+}
+
+SolveDriver::SolveDriver() : m_pContext(std::make_unique<TThreadContext>()) {}
+SolveDriver::~SolveDriver() = default;
+
+SolveResult SolveDriver::SolveProblem(TChessProblem& problem, const SolveOptions& options) {
+    SolveResult result;
+    TThreadContext& ctx = *m_pContext;
+    const int plies = problem.plies;
+    if (problem.type != PROBLEM_DIRECT_MATE || !(plies & 1))
+        throw ChessException("Only mate problems (type=1) supported currently.");
+    TChessboard root = rootOf(problem, ctx, problem.startPosition);
+    noteChainTop(ctx, root);
+    setUpRoot(root, plies);
+    prepareRegister(problem, plies, options);
+    problem.m_shRepetitionLimit = static_cast<uint16_t>(plies);
+    Run run = beginRun(problem, ctx, options, result);
+    std::vector<TMove> found;
+    passLoop(run, root, plies, found);
+    endRun(run);
+    if (!result.stopped) addThreats(run, root);
+    result.text = problemResultText(run, (plies + 1) / 2);
+    return result;
+}
+
+SolveResult SolveDriver::SolveFromPosition(TChessProblem& problem, const TChessboard& position, int plies,
+                                           const SolveOptions& options) {
+    SolveResult result;
+    TThreadContext& ctx = *m_pContext;
+    if (!(plies & 1)) throw ChessException(WHITE_KING_CHECKED_TEXT);
+    TChessboard root = rootOf(problem, ctx, position);
+    noteChainTop(ctx, root);
+    setUpRoot(root, plies);
+    prepareRegister(problem, plies, options);
+    problem.m_shRepetitionLimit = static_cast<uint16_t>(plies);
+    Run run = beginRun(problem, ctx, options, result);
+
+    // 6./8. The known shortest mate and the depths.
+    int known = 0;
+    TRegisterMoves numbers;
+    if (problem.m_pRegister && problem.m_pRegister->Numbers(TChessboardRegisterItem::FromBoard(root), numbers))
+        known = numbers.MovesMate;
+    const std::vector<int> depths = DepthsToTry(plies, known);
+
+    // Sweep 0: what the register already knows, nothing searched.
+    if (problem.m_pRegister && RegisterEligible(root)) {
+        TMove list[MAX_MOVES];
+        for (const int depth : depths) {
+            if (depth <= 1) continue;
+            root.m_shPliesLeft = root.m_shPliesTotal = static_cast<uint16_t>(depth);
+            const int count = GenerateWhiteMovesOrEvasions(root, list);
+            TChessboard& child = ctx.m_aBoards[depth];
+            for (int i = 0; i < count; ++i) {
+                CopyToChild(child, root);
+                TMove move = list[i];
+                if (MakeWhiteMove(child, move) && screenedMate(run, child, true) && !result.solutions.count(list[i])) {
+                    noteSolution(run, root, list[i], i + 1, depth);
+                    ++run.screened;
+                }
+            }
+        }
+    }
+    // Sweep 1: the search, depth by depth.
+    for (const int depth : depths) {
+        if (!result.moves.empty() && !run.allSolutions) break;
+        while (problem.m_nCommand.load() == COMMAND_PAUSE) std::this_thread::sleep_for(PAUSE_WAIT);
+        if (problem.m_nCommand.load() > COMMAND_JUMP || result.stopped) break;
+        setUpRoot(root, depth);
+        ctx.ClearPlyArrays();
+        std::vector<TMove> found;
+        passLoop(run, root, depth, found);
+        for (const TMove& move : found)
+            if (result.solutions.count(move)) result.solutions[move].plies = std::min(result.solutions[move].plies, depth);
+        if (result.stoppedOnDual || result.stoppedOnThree) break;
+    }
+    root.m_shPliesLeft = root.m_shPliesTotal = static_cast<uint16_t>(plies);
+    endRun(run);
+    if (!result.stopped) addThreats(run, root);
+    const int language = options.languageId;
+    if (result.moves.empty()) {
+        result.text = result.stopped ? AnalysisStoppedText(language)
+                                     : NoSolutionFromPositionText(result.milliseconds, !options.passWithoutHeuristics,
+                                                                  language);
+    } else {
+        result.text = problemResultText(run, (plies + 1) / 2);
+        int shortest = plies;
+        for (const auto& [move, entry] : result.solutions) shortest = std::min(shortest, entry.plies);
+        result.text += L" >> #" + std::to_wstring((shortest + 1) / 2);
+    }
+    return result;
+}
+
+} // namespace zorvane

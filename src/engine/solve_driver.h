@@ -1,0 +1,93 @@
+#pragma once
+// The solve driver: what stands between a solve command and the search steps.
+// It chooses the depths (a #5 is tried as #1, #2, #3 and #5, since a shorter
+// mate cooks the stipulated one), runs the passes of one depth (0 the register
+// screen, 1 with heuristics, 2 without), collects the solutions and leaves a
+// result that the window and the command line read.
+//
+// Two roads lead in: SolveProblem solves a problem's start position at its
+// stipulated depth alone; SolveFromPosition solves a later position with
+// White to move through the ordered set of depths.
+#include "core/chessboard.h"
+#include "core/move.h"
+#include "problems/chess_problem.h"
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace zorvane {
+
+struct TThreadContext;
+
+// Memory the temporary register of a problem may take before stores are dropped.
+constexpr uint64_t REGISTER_MEMORY_LIMIT = uint64_t{1} << 30;
+
+// How a run goes, beside the problem's own flags.
+struct SolveOptions {
+    bool allSolutions = false;          // else the first solution ends the run, unless the problem asks for all
+    bool relaxHeuristics = true;        // passes 1b, 1c... after the first pass with heuristics
+    bool passWithoutHeuristics = true;  // pass 2, the one that decides
+    bool clearRegisterOnStart = false;  // start with an empty temporary register and no screen pass
+    bool useRegister = true;            // the temporary register at all (off to measure it)
+    int languageId = 1;
+};
+
+// Keys of the result map: from, to and the promoted kind, in this order.
+struct MoveKeyLess {
+    bool operator()(const TMove& a, const TMove& b) const {
+        if (a.from != b.from) return a.from < b.from;
+        if (a.to != b.to) return a.to < b.to;
+        return (a.promotion & 31) < (b.promotion & 31);
+    }
+};
+
+struct SolutionEntry {
+    int plies = 0;                      // the depth at which the move was proved
+    std::vector<std::string> threats;   // White's threats after the key, long notation
+};
+
+struct SolveResult {
+    std::map<TMove, SolutionEntry, MoveKeyLess> solutions;
+    std::vector<TMove> moves;           // the solutions in the order found
+    std::vector<std::string> texts;     // their long notation, same order
+    std::vector<int> keyPositions;      // 1-based place of each in the ordered root list
+    int rootMoves = 0;                  // White's possible moves in the root
+    uint64_t nodes = 0;
+    double milliseconds = 0;            // paused time left out
+    bool stopped = false;               // a stop command ended the run
+    bool stoppedOnDual = false;
+    bool stoppedOnThree = false;
+    bool fromRegister = false;          // every solution came from the register without a search
+    std::wstring text;                  // the result text for the user
+};
+
+class SolveDriver {
+public:
+    SolveDriver();
+    ~SolveDriver();
+    SolveDriver(const SolveDriver&) = delete;
+    SolveDriver& operator=(const SolveDriver&) = delete;
+
+    // The start position of `problem` at its stipulated depth. Throws
+    // ChessException when the position cannot be set up or the side not to
+    // move stands in check.
+    SolveResult SolveProblem(TChessProblem& problem, const SolveOptions& options);
+
+    // A later position with White to move and `plies` (odd) left, through the
+    // depth loop. `position` belongs to the problem's chain of played positions.
+    SolveResult SolveFromPosition(TChessProblem& problem, const TChessboard& position, int plies,
+                                  const SolveOptions& options);
+
+private:
+    std::unique_ptr<TThreadContext> m_pContext;
+};
+
+// The depths at which a stipulation of `plies` is tried, smallest first: 1,
+// the known mate, 3, 5, 7, 9, 11, 13 where the stipulation is long enough, and
+// the stipulation itself. `known` is the register's shortest mate (0 for none).
+std::vector<int> DepthsToTry(int plies, int known);
+
+} // namespace zorvane
