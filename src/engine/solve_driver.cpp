@@ -272,8 +272,8 @@ int passLoop(Run& run, TChessboard& root, int plies, std::vector<TMove>& found) 
             }
             status[i] = answer == RESULT_MATE ? 1 : answer == RESULT_NO_MATE ? 0 : STATUS_OPEN;
             if (status[i] == 1) {
-                found.push_back(list[i]);
-                noteSolution(run, root, list[i], i + 1, plies);
+                found.push_back(move);
+                noteSolution(run, root, move, i + 1, plies);
                 ++(pass == 0 ? run.screened : run.searched);
                 if (enoughSolutions(run, found.size())) return finish(1);
             }
@@ -432,8 +432,8 @@ SolveResult SolveDriver::SolveFromPosition(TChessProblem& problem, const TChessb
             for (int i = 0; i < count; ++i) {
                 CopyToChild(child, root);
                 TMove move = list[i];
-                if (MakeWhiteMove(child, move) && screenedMate(run, child, true) && !result.solutions.count(list[i])) {
-                    noteSolution(run, root, list[i], i + 1, depth);
+                if (MakeWhiteMove(child, move) && screenedMate(run, child, true) && !result.solutions.count(move)) {
+                    noteSolution(run, root, move, i + 1, depth);
                     ++run.screened;
                 }
             }

@@ -1,0 +1,279 @@
+// The solve driver: depths, passes, stops, flags, result texts.
+#include "core/chess_exception.h"
+#include "core/fen.h"
+#include "core/movegen.h"
+#include "core/thread_context.h"
+#include "engine/move_ordering.h"
+#include "engine/solve_driver.h"
+#include "engine/solve_texts.h"
+#include "test_squares.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <future>
+#include <thread>
+
+using namespace zorvane;
+using namespace std::chrono_literals;
+
+namespace {
+
+// A record with a position and its stipulation in moves.
+void setUp(TChessProblem& problem, const char* fen, int moves) {
+    ASSERT_TRUE(ReadFen(fen, problem.startPosition)) << fen;
+    SetStipulation(problem, moves);
+}
+
+SolveOptions allSolutions() {
+    SolveOptions options;
+    options.allSolutions = true;
+    return options;
+}
+
+// #1 with one key; king and rook against king, a #5 with five keys and a #6.
+constexpr const char* MATE_IN_ONE = "6k1/8/6K1/8/8/8/8/3R4";
+constexpr const char* FIVE_KEYS = "8/8/8/8/8/4K3/2R5/k7";
+constexpr const char* LONG_SEARCH = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR";
+constexpr const char* SIX_MOVER = "8/8/8/8/8/4K3/2R5/k7";
+
+std::vector<std::string> texts(const SolveResult& result) { return result.texts; }
+
+} // namespace
+
+TEST(DepthsToTry, FollowTheStipulationWithItsGaps) {
+    EXPECT_EQ(DepthsToTry(1, 0), (std::vector<int>{1}));
+    EXPECT_EQ(DepthsToTry(3, 0), (std::vector<int>{1, 3}));
+    EXPECT_EQ(DepthsToTry(7, 0), (std::vector<int>{1, 3, 5, 7}));          // #4: #1, #2, #3, #4
+    EXPECT_EQ(DepthsToTry(9, 0), (std::vector<int>{1, 3, 5, 9}));          // #5: no #4
+    EXPECT_EQ(DepthsToTry(11, 0), (std::vector<int>{1, 3, 5, 7, 11}));     // #6: no #5
+    EXPECT_EQ(DepthsToTry(17, 0), (std::vector<int>{1, 3, 5, 7, 9, 11, 13, 17}));
+}
+
+TEST(DepthsToTry, TakeTheKnownMateAndDropNeedlessThirteen) {
+    EXPECT_EQ(DepthsToTry(9, 7), (std::vector<int>{1, 3, 5, 7, 9}));
+    EXPECT_EQ(DepthsToTry(9, 9), (std::vector<int>{1, 3, 5, 9}));
+    EXPECT_EQ(DepthsToTry(17, 11), (std::vector<int>{1, 3, 5, 7, 9, 11, 17}));
+}
+
+TEST(SolveDriver, MateInOneTakesTheListOfMates) {
+    TChessProblem problem;
+    setUp(problem, MATE_IN_ONE, 1);
+    SolveDriver driver;
+    const SolveResult result = driver.SolveProblem(problem, allSolutions());
+    EXPECT_EQ(texts(result), std::vector<std::string>{"Rd1-d8"});
+    EXPECT_EQ(result.solutions.at(mv("d1", "d8")).plies, 1);
+    EXPECT_EQ(result.nodes, 0u);
+    EXPECT_EQ(result.text, L"Rd1-d8" + SecondsText(result.milliseconds));
+}
+
+TEST(SolveDriver, BlackKingInCheckIsATaskErrorAndNothingIsSearched) {
+    TChessProblem problem;
+    setUp(problem, "k7/8/8/8/8/8/8/R6K", 2);
+    SolveDriver driver;
+    try {
+        driver.SolveProblem(problem, SolveOptions{});
+        FAIL() << "no task error";
+    } catch (const ChessException& e) {
+        EXPECT_STREQ(e.what(), "Black king cannot be checked in the mate task starting postition.");
+    }
+    EXPECT_EQ(problem.m_nNodes.load(), 0u);
+}
+
+TEST(SolveDriver, NoSolutionTextCarriesTheQuickModeNote) {
+    TChessProblem problem;
+    setUp(problem, "7k/8/8/8/8/8/8/K7", 2);
+    SolveDriver driver;
+    const SolveResult result = driver.SolveProblem(problem, SolveOptions{});
+    EXPECT_TRUE(result.moves.empty());
+    EXPECT_EQ(result.text, L"Not found any solutions for #2" + SecondsText(result.milliseconds) +
+                               L"\n\nNote:\n\t* in Quick Mode (see menu Advanced->Options) there exists a small "
+                               L"probability (~0.3%) of false negatives\n");
+}
+
+TEST(SolveDriver, SafeModeWithAllPassesHasNoNote) {
+    TChessProblem problem;
+    setUp(problem, "7k/8/8/8/8/8/8/K7", 2);
+    problem.m_bSafeMode = 1;
+    SolveDriver driver;
+    const SolveResult result = driver.SolveProblem(problem, SolveOptions{});
+    EXPECT_EQ(result.text, L"Not found any solutions for #2" + SecondsText(result.milliseconds));
+}
+
+TEST(SolveDriver, SwitchedOffPassesAreNoted) {
+    TChessProblem problem;
+    setUp(problem, "7k/8/8/8/8/8/8/K7", 2);
+    problem.m_bSafeMode = 1;
+    SolveOptions options;
+    options.relaxHeuristics = false;
+    options.passWithoutHeuristics = false;
+    SolveDriver driver;
+    const SolveResult result = driver.SolveProblem(problem, options);
+    EXPECT_EQ(result.text, L"Not found any solutions for #2" + SecondsText(result.milliseconds) +
+                               L"\n\nNote:\n\t* there was only one pass with heuristcs (relaxation of heuristics was "
+                               L"switched off by user's request)\n\t* pass without heuristics has been skipped (on "
+                               L"user's request)\n");
+}
+
+TEST(SolveDriver, PolishAndUkrainianTextsExist) {
+    EXPECT_EQ(DualStopText(0), L"Poszukiwanie rozwiązań zostało zatrzymane po wykryciu dualu.");
+    EXPECT_EQ(SeveralSolutionsText(2, 2), L"Знайдено більше ніж один розв'язок: 2");
+    EXPECT_EQ(SeveralSolutionsText(2, 7), L"More than one solution found: 2");
+}
+
+// Five king moves all mate in five.
+class SeveralKeys : public ::testing::Test {
+protected:
+    void SetUp() override { setUp(problem, FIVE_KEYS, 5); }
+    TChessProblem problem;
+    SolveDriver driver;
+};
+
+TEST_F(SeveralKeys, AllSolutionsFindsEveryKey) {
+    const SolveResult result = driver.SolveProblem(problem, allSolutions());
+    EXPECT_TRUE(SameMoveSet(result.moves, {mv("e3", "e2"), mv("e3", "d2"), mv("e3", "e4"), mv("e3", "d4"),
+                                           mv("e3", "d3")}));
+    EXPECT_FALSE(result.stoppedOnDual);
+    EXPECT_EQ(result.text.rfind(SeveralSolutionsText(static_cast<int>(result.moves.size()), 1), 0), 0u);
+}
+
+TEST_F(SeveralKeys, FirstSolutionEndsTheRun) {
+    const SolveResult result = driver.SolveProblem(problem, SolveOptions{});
+    EXPECT_EQ(result.moves.size(), 1u);
+}
+
+TEST_F(SeveralKeys, StopOnDualNeverLooksForAThird) {
+    problem.flags |= StopOnDual;
+    int told = 0;
+    problem.m_pSolutionUser = &told;
+    problem.m_pfnSolution = [](TChessProblem&, uint32_t move, const std::string&, double, void* user) {
+        if (move) ++*static_cast<int*>(user);
+    };
+    const SolveResult result = driver.SolveProblem(problem, allSolutions());
+    EXPECT_EQ(result.moves.size(), 2u);
+    EXPECT_EQ(told, 2);
+    EXPECT_TRUE(result.stoppedOnDual);
+    EXPECT_EQ(result.text.rfind(L"Search for solutions has been stopped after detection of dual.\n", 0), 0u);
+}
+
+TEST_F(SeveralKeys, StopOnThreeSolutions) {
+    problem.flags |= StopOn3Sol;
+    const SolveResult result = driver.SolveProblem(problem, allSolutions());
+    EXPECT_EQ(result.moves.size(), 3u);
+    EXPECT_TRUE(result.stoppedOnThree);
+    EXPECT_EQ(result.text.rfind(L"Search for solutions has been stopped after finding 3 solutions\n", 0), 0u);
+}
+
+TEST_F(SeveralKeys, AStopKeepsTheSolutionsFoundSoFar) {
+    // The stop comes from the solution callback itself, right after the first key.
+    problem.m_pfnSolution = [](TChessProblem& solved, uint32_t move, const std::string&, double, void*) {
+        if (move) solved.SetCommand(COMMAND_STOP);
+    };
+    const SolveResult result = driver.SolveProblem(problem, allSolutions());
+    ASSERT_EQ(result.moves.size(), 1u);
+    EXPECT_TRUE(result.stopped);
+    EXPECT_NE(result.text.find(L" (stopped by user)"), std::wstring::npos);
+}
+
+TEST(SolveDriver, StopEndsALongSolveWithin200Milliseconds) {
+    TChessProblem problem;
+    setUp(problem, LONG_SEARCH, 9);
+    SolveDriver driver;
+    auto running = std::async(std::launch::async, [&] { return driver.SolveProblem(problem, allSolutions()); });
+    std::this_thread::sleep_for(300ms);
+    ASSERT_EQ(running.wait_for(0ms), std::future_status::timeout);
+    const auto stopAt = std::chrono::steady_clock::now();
+    problem.SetCommand(COMMAND_STOP);
+    ASSERT_EQ(running.wait_for(2s), std::future_status::ready);
+    EXPECT_LT(std::chrono::steady_clock::now() - stopAt, 200ms);
+    const SolveResult result = running.get();
+    EXPECT_TRUE(result.stopped);
+    EXPECT_EQ(result.text, L"Analysis stopped by user");
+}
+
+TEST(SolveDriver, PausedTimeIsLeftOutOfTheClock) {
+    TChessProblem problem;
+    setUp(problem, LONG_SEARCH, 9);
+    SolveDriver driver;
+    const auto start = std::chrono::steady_clock::now();
+    auto running = std::async(std::launch::async, [&] { return driver.SolveProblem(problem, allSolutions()); });
+    std::this_thread::sleep_for(100ms);
+    problem.SetCommand(COMMAND_PAUSE);
+    const uint64_t nodesAtPause = problem.m_nNodes.load();
+    std::this_thread::sleep_for(600ms);
+    // Held: the counter stands still (a step may finish its last node).
+    EXPECT_LE(problem.m_nNodes.load(), nodesAtPause + 1);
+    problem.SetCommand(COMMAND_STOP);
+    const SolveResult result = running.get();
+    const double wall = std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
+    EXPECT_LT(result.milliseconds, wall - 400);
+}
+
+TEST(SolveDriver, ARepeatedSolveIsAnsweredFromTheRegister) {
+    TChessProblem problem;
+    setUp(problem, SIX_MOVER, 6);
+    SolveDriver driver;
+    const SolveResult first = driver.SolveProblem(problem, allSolutions());
+    ASSERT_FALSE(first.moves.empty());
+    EXPECT_FALSE(first.fromRegister);
+    const SolveResult second = driver.SolveProblem(problem, allSolutions());
+    EXPECT_EQ(second.texts, first.texts);
+    EXPECT_TRUE(second.fromRegister);
+    EXPECT_NE(second.text.find(L" (from register)"), std::wstring::npos);
+    EXPECT_LT(second.nodes * 3, first.nodes);
+}
+
+TEST(SolveDriver, ThreatsAreShownBehindTheKey) {
+    // White: Kf6, Qa1; Black: Kh8. Among the keys, quiet queen moves threaten Qg7 mate.
+    TChessProblem problem;
+    setUp(problem, "7k/8/5K2/8/8/8/8/Q7", 2);
+    SolveDriver driver;
+    const SolveResult result = driver.SolveProblem(problem, allSolutions());
+    ASSERT_FALSE(result.moves.empty());
+    bool anyThreat = false;
+    for (const auto& [move, entry] : result.solutions) anyThreat |= !entry.threats.empty();
+    EXPECT_TRUE(anyThreat);
+    EXPECT_NE(result.text.find(L" threat: "), std::wstring::npos);
+}
+
+TEST(SolveDriver, FromALaterPositionAShorterMateIsNamedOrLess) {
+    // #3 stipulated, but a mate in one stands on the board.
+    TChessProblem problem;
+    setUp(problem, MATE_IN_ONE, 3);
+    SolveDriver driver;
+    SolveOptions options;
+    const SolveResult result = driver.SolveFromPosition(problem, problem.startPosition, 5, options);
+    ASSERT_EQ(texts(result), std::vector<std::string>{"Rd1-d8"});
+    EXPECT_EQ(result.solutions.at(mv("d1", "d8")).plies, 1);
+    EXPECT_EQ(result.text.rfind(L"(1 or less) Rd1-d8", 0), 0u);
+    EXPECT_NE(result.text.find(L" >> #1"), std::wstring::npos);
+}
+
+TEST(SolveDriver, ExpectedSortMovesAreMarkedWhenMet) {
+    TChessProblem problem;
+    setUp(problem, FIVE_KEYS, 5);
+    // Find the front of the ordered root list first, then expect it.
+    SolveDriver driver;
+    const SolveResult probe = driver.SolveProblem(problem, allSolutions());
+    ASSERT_FALSE(probe.moves.empty());
+    TChessboard root = problem.startPosition;
+    TThreadContext ctx;
+    root.m_pThread = &ctx;
+    root.m_pProblem = &problem;
+    root.m_shPliesLeft = root.m_shPliesTotal = problem.plies;
+    SetupChessboard(root, false);
+    ctx.m_pRoot = &root;
+    TMove list[MAX_MOVES];
+    int count = GenerateWhiteMovesOrEvasions(root, list);
+    WhiteSortOutcome outcome;
+    count = SortWhiteMoves(root, list, count, true, outcome);
+    ASSERT_GT(count, 1);
+    TMove front = list[0], other = list[1];
+    front.enPassant = other.enPassant = 0;
+    problem.flags |= HasExpectedSortWhiteMoves;
+    problem.expectedSortWhiteMoves = {front, other};
+    driver.SolveProblem(problem, SolveOptions{});
+    EXPECT_GE(problem.expectedSortWhiteMoves[0].from, EXPECTED_MOVE_MET);
+    EXPECT_GE(problem.expectedSortWhiteMoves[0].to, EXPECTED_MOVE_MET);
+    EXPECT_LT(problem.expectedSortWhiteMoves[1].from, EXPECTED_MOVE_MET);
+}
