@@ -11,13 +11,14 @@ namespace zorvane::cli {
 
 namespace {
 
-int runBench(const std::string& corpus) {
+int runBench(const std::string& corpus, const BenchmarkSettings& settings) {
     uint64_t totalNodes = 0;
     double totalMs = 0;
     try {
-        RunSolveBenchmark(corpus, [&](const BenchmarkProblem& p) {
+        RunSolveBenchmark(corpus, settings, [&](const BenchmarkProblem& p) {
             std::string keys;
-            for (const std::string& key : p.keys) keys += (keys.empty() ? "" : ", ") + key;
+            for (size_t i = 0; i < p.keys.size(); ++i)
+                keys += (i ? ", " : "") + p.keys[i] + " (#" + std::to_string(p.keyPositions[i]) + " in the root list)";
             std::printf("%4d #%d %12llu nodes %9.0f ms  %s\n", p.number, p.moves,
                         static_cast<unsigned long long>(p.nodes), p.milliseconds, keys.c_str());
             std::fflush(stdout);
@@ -37,8 +38,11 @@ int runBench(const std::string& corpus) {
 Runner AddBenchCommand(CLI::App& app) {
     auto corpus = std::make_shared<std::string>(ZORVANE_SHARED_DIR "/corpus/peer_examples.cp");
     CLI::App* bench = app.add_subcommand("bench", "Solve the benchmark problems and print their node count");
+    auto settings = std::make_shared<BenchmarkSettings>();
     bench->add_option("--corpus", *corpus, "Problem file that holds the benchmark problems");
-    return [corpus] { return runBench(*corpus); };
+    bench->add_flag("--no-ordering{false}", settings->ordering, "Search White's and Black's moves in base order");
+    bench->add_flag("--no-register{false}", settings->useRegister, "Search without the temporary register");
+    return [corpus, settings] { return runBench(*corpus, *settings); };
 }
 
 } // namespace zorvane::cli

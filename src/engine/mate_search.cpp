@@ -22,7 +22,8 @@ MateKeys MateProof::FindKeys(const TChessboard& root, int moves) {
     m_problem.startPosition.m_pParent = nullptr;
     m_problem.plies = m_problem.stipulationPlies = static_cast<uint16_t>(2 * moves - 1);
     const SolveResult solved = m_driver.SolveProblem(m_problem, m_options);
-    return {solved.moves, solved.texts, solved.nodes, solved.milliseconds, solved.stopped};
+    return {solved.moves,     solved.texts, solved.keyPositions, solved.rootMoves,
+            solved.nodes,     solved.milliseconds, solved.stopped};
 }
 
 } // namespace zorvane

@@ -22,6 +22,8 @@ constexpr int MAX_STIPULATION_MOVES = 255;
 struct MateKeys {
     std::vector<TMove> keys;
     std::vector<std::string> texts; // long notation, in the order found
+    std::vector<int> keyPositions;  // 1-based place of each key in the ordered root list
+    int rootMoves = 0;
     uint64_t nodes = 0;
     double milliseconds = 0;
     bool stopped = false;

@@ -13,13 +13,13 @@ const std::vector<int>& SolveBenchmarkNumbers() {
     return numbers;
 }
 
-std::vector<BenchmarkProblem> RunSolveBenchmark(const std::string& corpusPath,
+std::vector<BenchmarkProblem> RunSolveBenchmark(const std::string& corpusPath, const BenchmarkSettings& settings,
                                                 const std::function<void(const BenchmarkProblem&)>& onSolved) {
     ProblemMap corpus;
     std::set<std::wstring> tags;
     LoadProblemFile(corpusPath, corpus, false, ProblemFileSettings{}, tags);
     std::vector<BenchmarkProblem> results;
-    MateProof proof;
+    MateProof proof(false, settings.useRegister, settings.ordering);
     for (const int number : SolveBenchmarkNumbers()) {
         const auto found = corpus.find(number);
         if (found == corpus.end() || found->second->type != PROBLEM_DIRECT_MATE)
@@ -27,8 +27,8 @@ std::vector<BenchmarkProblem> RunSolveBenchmark(const std::string& corpusPath,
         const TChessProblem& problem = *found->second;
         const int moves = problem.stipulationMoves();
         const MateKeys keys = proof.FindKeys(problem.startPosition, moves);
-        BenchmarkProblem result{number,     moves,      keys.texts, keys.keys, problem.expectedAnswers,
-                                keys.nodes, keys.milliseconds};
+        BenchmarkProblem result{number,           moves,          keys.texts, keys.keys, problem.expectedAnswers,
+                                keys.keyPositions, keys.rootMoves, keys.nodes, keys.milliseconds};
         if (onSolved) onSolved(result);
         results.push_back(std::move(result));
     }

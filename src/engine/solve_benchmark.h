@@ -18,8 +18,16 @@ struct BenchmarkProblem {
     // The keys found and the file's answer, to compare as sets.
     std::vector<TMove> keyMoves;
     std::vector<TMove> expected;
+    std::vector<int> keyPositions; // place of each key in the ordered root list
+    int rootMoves = 0;
     uint64_t nodes = 0;
     double milliseconds = 0;
+};
+
+// What the search may use, to measure what each part gains.
+struct BenchmarkSettings {
+    bool ordering = true;
+    bool useRegister = true;
 };
 
 // Corpus numbers of the benchmark problems, in the order they are solved.
@@ -27,7 +35,7 @@ const std::vector<int>& SolveBenchmarkNumbers();
 
 // Solves the list from the corpus file; `onSolved` sees each problem as it is
 // done. Throws std::runtime_error if the file or a listed problem is missing.
-std::vector<BenchmarkProblem> RunSolveBenchmark(const std::string& corpusPath,
+std::vector<BenchmarkProblem> RunSolveBenchmark(const std::string& corpusPath, const BenchmarkSettings& settings = {},
                                                 const std::function<void(const BenchmarkProblem&)>& onSolved = {});
 
 } // namespace zorvane
