@@ -247,6 +247,32 @@ TEST(SolveDriver, FromALaterPositionAShorterMateIsNamedOrLess) {
     EXPECT_EQ(result.solutions.at(mv("d1", "d8")).plies, 1);
     EXPECT_EQ(result.text.rfind(L"(1 or less) Rd1-d8", 0), 0u);
     EXPECT_NE(result.text.find(L" >> #1"), std::wstring::npos);
+    // The mate in one ends the run: no longer depth was searched.
+    EXPECT_EQ(result.nodes, 0u);
+}
+
+TEST(SolveDriver, FromALaterPositionAllSolutionsGoesOnToTheStipulatedDepth) {
+    TChessProblem problem;
+    setUp(problem, MATE_IN_ONE, 3);
+    SolveDriver driver;
+    const SolveResult result = driver.SolveFromPosition(problem, problem.startPosition, 5, allSolutions());
+    ASSERT_GT(result.moves.size(), 1u);
+    EXPECT_EQ(result.solutions.at(mv("d1", "d8")).plies, 1);
+    for (const auto& [move, entry] : result.solutions)
+        if (!(move == mv("d1", "d8"))) EXPECT_GT(entry.plies, 1);
+    EXPECT_GT(result.nodes, 0u);
+}
+
+TEST(SolveDriver, WhiteKingInCheckIsTheDefenceTaskError) {
+    TChessProblem problem;
+    setUp(problem, "k7/8/8/8/8/8/8/r6K", 2);
+    SolveDriver driver;
+    try {
+        driver.SolveFromPosition(problem, problem.startPosition, 4, SolveOptions{});
+        FAIL() << "no task error";
+    } catch (const ChessException& e) {
+        EXPECT_STREQ(e.what(), "White king cannot be checked in the mate-defence task starting postition.");
+    }
 }
 
 TEST(SolveDriver, ExpectedSortMovesAreMarkedWhenMet) {

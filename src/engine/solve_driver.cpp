@@ -18,6 +18,7 @@
 #include <algorithm>
 #include <bit>
 #include <chrono>
+#include <stdexcept>
 #include <thread>
 
 namespace zorvane {
@@ -406,10 +407,11 @@ SolveResult SolveDriver::SolveFromPosition(TChessProblem& problem, const TChessb
                                            const SolveOptions& options) {
     SolveResult result;
     TThreadContext& ctx = *m_pContext;
-    if (!(plies & 1)) throw ChessException(WHITE_KING_CHECKED_TEXT);
     TChessboard root = rootOf(problem, ctx, position);
     noteChainTop(ctx, root);
     setUpRoot(root, plies);
+    // Black to move is the defence search's task, not this road's.
+    if (!(plies & 1)) throw std::invalid_argument("a solve from a position needs White to move");
     prepareRegister(problem, plies, options);
     problem.m_shRepetitionLimit = static_cast<uint16_t>(plies);
     Run run = beginRun(problem, ctx, options, result);

@@ -78,6 +78,8 @@ public:
 
     // A later position with White to move and `plies` (odd) left, through the
     // depth loop. `position` belongs to the problem's chain of played positions.
+    // The task check throws ChessException for either king in check when it
+    // is not his move; an even `plies` (Black to move) is std::invalid_argument.
     SolveResult SolveFromPosition(TChessProblem& problem, const TChessboard& position, int plies,
                                   const SolveOptions& options);
 
