@@ -15,15 +15,37 @@
 
 namespace {
 
-constexpr std::array<std::string_view, 31> KEYS = {
-    "LanguageId", "QuickMode", "WarningOnLichessDataRepetition", "SchedulerLevels", "CheckTempRegCoherency",
-    "CustomScheduler", "ObserverLevels", "LichessLevels", "WarnAboutSecondInstanceOfProgram", "PromptHeuristics",
-    "MaxMemRatioForTempReg", "ClearRegisterOnStartSolving", "MaxMemRatioForPrecalculatedData",
-    "LetAnalyzeTheSameMoveInTwoThreads", "CommentCompatibilityMode", "ShowMainVariant",
-    "UseMainVariantAsSortIndications", "LogMoves", "RegisterInfoLog", "TryRelaxSpecialHeuristicsLog",
-    "MinimizeToTray", "AskForGlobalRegisterRecompression", "UseDataPackedForRandomAccess",
-    "GlobalRegisterForceDiskAccess", "PrecalcPath", "AskIfSaveAfterDecompressAllToMem", "MultithreadingLevels",
-    "LogToFileTmpRegLoad", "CustomizedVersion", "EnableManualEngineControl", "ScalingWarningDismissed"};
+constexpr std::array<std::string_view, 31> KEYS = {"LanguageId",
+                                                   "QuickMode",
+                                                   "WarningOnLichessDataRepetition",
+                                                   "SchedulerLevels",
+                                                   "CheckTempRegCoherency",
+                                                   "CustomScheduler",
+                                                   "ObserverLevels",
+                                                   "LichessLevels",
+                                                   "WarnAboutSecondInstanceOfProgram",
+                                                   "PromptHeuristics",
+                                                   "MaxMemRatioForTempReg",
+                                                   "ClearRegisterOnStartSolving",
+                                                   "MaxMemRatioForPrecalculatedData",
+                                                   "LetAnalyzeTheSameMoveInTwoThreads",
+                                                   "CommentCompatibilityMode",
+                                                   "ShowMainVariant",
+                                                   "UseMainVariantAsSortIndications",
+                                                   "LogMoves",
+                                                   "RegisterInfoLog",
+                                                   "TryRelaxSpecialHeuristicsLog",
+                                                   "MinimizeToTray",
+                                                   "AskForGlobalRegisterRecompression",
+                                                   "UseDataPackedForRandomAccess",
+                                                   "GlobalRegisterForceDiskAccess",
+                                                   "PrecalcPath",
+                                                   "AskIfSaveAfterDecompressAllToMem",
+                                                   "MultithreadingLevels",
+                                                   "LogToFileTmpRegLoad",
+                                                   "CustomizedVersion",
+                                                   "EnableManualEngineControl",
+                                                   "ScalingWarningDismissed"};
 
 void check(bool condition) {
     if (!condition) std::abort();

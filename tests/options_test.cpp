@@ -32,7 +32,9 @@ Options optionsFromText(const std::string& text, std::vector<LocalizedText>* war
 
 // ---- Integers as the platform's profile calls read them.
 
-TEST(ProfileInt, EmptyValueGivesTheDefault) { EXPECT_EQ(ReadProfileInt("", 7), 7); }
+TEST(ProfileInt, EmptyValueGivesTheDefault) {
+    EXPECT_EQ(ReadProfileInt("", 7), 7);
+}
 
 TEST(ProfileInt, LeadingDigitsAreRead) {
     EXPECT_EQ(ReadProfileInt("12abc", 7), 12);
@@ -152,11 +154,12 @@ TEST(ProfileText, SetAfterAHeaderWithoutLineBreak) {
 // ---- Files on disk.
 
 class OptionsOnDisk : public ::testing::Test {
-protected:
+  protected:
     void SetUp() override {
         std::random_device random;
         const auto stamp = std::chrono::steady_clock::now().time_since_epoch().count();
-        dir_ = fs::temp_directory_path() / ("zorvane_options_" + std::to_string(stamp) + "_" + std::to_string(random()));
+        dir_ = fs::temp_directory_path() /
+               ("zorvane_options_" + std::to_string(stamp) + "_" + std::to_string(random()));
         fs::create_directories(dir_);
         path_ = dir_ / "options.ini";
     }
@@ -181,7 +184,9 @@ protected:
     fs::path path_;
 };
 
-TEST_F(OptionsOnDisk, MissingFileReadsAsEmpty) { EXPECT_EQ(ReadProfileFile(path_)->Text(), ""); }
+TEST_F(OptionsOnDisk, MissingFileReadsAsEmpty) {
+    EXPECT_EQ(ReadProfileFile(path_)->Text(), "");
+}
 
 TEST_F(OptionsOnDisk, WriteReplacesTheFileAndLeavesNoTemporaryFile) {
     write("[chess]\nA=1\n");
@@ -246,7 +251,9 @@ TEST_F(OptionsOnDisk, UnreadableFileGivesDefaultsAndIsNotReplaced) {
     EXPECT_EQ(entries(), std::set<std::string>{"options.ini"});
 }
 
-TEST(Options, MembersStartAtTheDefaults) { expectDefaults(Options{}); }
+TEST(Options, MembersStartAtTheDefaults) {
+    expectDefaults(Options{});
+}
 
 TEST_F(OptionsOnDisk, MissingFileGivesEveryDefaultWithoutWarnings) {
     std::vector<LocalizedText> warnings;
@@ -260,23 +267,25 @@ TEST(Options, KeysOutsideTheChessSectionAreNotRead) {
 }
 
 TEST(Options, EmptyValuesGiveTheDefaults) {
-    expectDefaults(optionsFromText("[chess]\nQuickMode=\nSchedulerLevels=\nLichessLevels=  \nPrecalcPath=\n"));
+    expectDefaults(
+        optionsFromText("[chess]\nQuickMode=\nSchedulerLevels=\nLichessLevels=  \nPrecalcPath=\n"));
 }
 
 TEST(Options, EveryKeyIsRead) {
-    const Options o = optionsFromText("[chess]\nLanguageId=2\nQuickMode=0\nWarningOnLichessDataRepetition=1\n"
-                                      "SchedulerLevels=3\nCheckTempRegCoherency=0\nCustomScheduler=0\n"
-                                      "ObserverLevels=4\nLichessLevels=-1\nWarnAboutSecondInstanceOfProgram=1\n"
-                                      "PromptHeuristics=1\nMaxMemRatioForTempReg=35\nClearRegisterOnStartSolving=0\n"
-                                      "MaxMemRatioForPrecalculatedData=45\nLetAnalyzeTheSameMoveInTwoThreads=0\n"
-                                      "CommentCompatibilityMode=1\nShowMainVariant=0\n"
-                                      "UseMainVariantAsSortIndications=1\nLogMoves=1\nRegisterInfoLog=1\n"
-                                      "TryRelaxSpecialHeuristicsLog=1\nMinimizeToTray=0\n"
-                                      "AskForGlobalRegisterRecompression=1\nUseDataPackedForRandomAccess=1\n"
-                                      "GlobalRegisterForceDiskAccess=0\nPrecalcPath=D:\\Tables\n"
-                                      "AskIfSaveAfterDecompressAllToMem=1\nMultithreadingLevels=1\n"
-                                      "LogToFileTmpRegLoad=0\nCustomizedVersion=1\nEnableManualEngineControl=1\n"
-                                      "ScalingWarningDismissed=1\n");
+    const Options o =
+        optionsFromText("[chess]\nLanguageId=2\nQuickMode=0\nWarningOnLichessDataRepetition=1\n"
+                        "SchedulerLevels=3\nCheckTempRegCoherency=0\nCustomScheduler=0\n"
+                        "ObserverLevels=4\nLichessLevels=-1\nWarnAboutSecondInstanceOfProgram=1\n"
+                        "PromptHeuristics=1\nMaxMemRatioForTempReg=35\nClearRegisterOnStartSolving=0\n"
+                        "MaxMemRatioForPrecalculatedData=45\nLetAnalyzeTheSameMoveInTwoThreads=0\n"
+                        "CommentCompatibilityMode=1\nShowMainVariant=0\n"
+                        "UseMainVariantAsSortIndications=1\nLogMoves=1\nRegisterInfoLog=1\n"
+                        "TryRelaxSpecialHeuristicsLog=1\nMinimizeToTray=0\n"
+                        "AskForGlobalRegisterRecompression=1\nUseDataPackedForRandomAccess=1\n"
+                        "GlobalRegisterForceDiskAccess=0\nPrecalcPath=D:\\Tables\n"
+                        "AskIfSaveAfterDecompressAllToMem=1\nMultithreadingLevels=1\n"
+                        "LogToFileTmpRegLoad=0\nCustomizedVersion=1\nEnableManualEngineControl=1\n"
+                        "ScalingWarningDismissed=1\n");
     EXPECT_EQ(o.LanguageId, 2);
     EXPECT_FALSE(o.QuickMode);
     EXPECT_TRUE(o.WarningOnLichessDataRepetition);
@@ -339,11 +348,13 @@ TEST(Options, MultithreadingLevelsAreReadAsAFlag) {
 TEST(Options, OutOfRangeChoicesAreKeptAsRead) {
     EXPECT_EQ(optionsFromText("[chess]\nMinimizeToTray=7\n").MinimizeToTray, 7);
     EXPECT_EQ(optionsFromText("[chess]\nLanguageId=5\n").LanguageId, 5);
-    EXPECT_EQ(optionsFromText("[chess]\nWarnAboutSecondInstanceOfProgram=9\n").WarnAboutSecondInstanceOfProgram, 9);
+    EXPECT_EQ(
+        optionsFromText("[chess]\nWarnAboutSecondInstanceOfProgram=9\n").WarnAboutSecondInstanceOfProgram, 9);
 }
 
 TEST(Options, PrecalcPathIsTheTextWithoutQuotes) {
-    EXPECT_EQ(optionsFromText("[chess]\nPrecalcPath = \"C:\\Chess Data\\\" \n").PrecalcPath, "C:\\Chess Data\\");
+    EXPECT_EQ(optionsFromText("[chess]\nPrecalcPath = \"C:\\Chess Data\\\" \n").PrecalcPath,
+              "C:\\Chess Data\\");
     EXPECT_EQ(optionsFromText("[chess]\nPrecalcPath=/home/a/Ta\xc5\x82\n").PrecalcPath, "/home/a/Ta\xc5\x82");
 }
 
@@ -351,23 +362,25 @@ TEST(Options, PrecalcPathIsTheTextWithoutQuotes) {
 
 TEST(Options, RecompressionAbovePackedDataWarnsAndIsLowered) {
     std::vector<LocalizedText> warnings;
-    const Options o =
-        optionsFromText("[chess]\nAskForGlobalRegisterRecompression=2\nUseDataPackedForRandomAccess=1\n", &warnings);
+    const Options o = optionsFromText(
+        "[chess]\nAskForGlobalRegisterRecompression=2\nUseDataPackedForRandomAccess=1\n", &warnings);
     EXPECT_EQ(o.AskForGlobalRegisterRecompression, 1);
     EXPECT_EQ(o.UseDataPackedForRandomAccess, 1);
     ASSERT_EQ(warnings.size(), 1u);
-    EXPECT_EQ(warnings[0].english, L"Value of parameter AskForGlobalRegisterRecompression should not be greater "
-                                   L"than UseDataPackedForRandomAccess.");
-    EXPECT_EQ(warnings[0].polish, L"Wartość parametru AskForGlobalRegisterRecompression nie powinna być większa "
-                                  L"niż UseDataPackedForRandomAccess.");
+    EXPECT_EQ(warnings[0].english,
+              L"Value of parameter AskForGlobalRegisterRecompression should not be greater "
+              L"than UseDataPackedForRandomAccess.");
+    EXPECT_EQ(warnings[0].polish,
+              L"Wartość parametru AskForGlobalRegisterRecompression nie powinna być większa "
+              L"niż UseDataPackedForRandomAccess.");
     EXPECT_EQ(warnings[0].ukrainian, L"Значення параметра AskForGlobalRegisterRecompression не повинно бути "
                                      L"більшим за UseDataPackedForRandomAccess.");
 }
 
 TEST(Options, RecompressionEqualToPackedDataIsQuiet) {
     std::vector<LocalizedText> warnings;
-    const Options o =
-        optionsFromText("[chess]\nAskForGlobalRegisterRecompression=1\nUseDataPackedForRandomAccess=1\n", &warnings);
+    const Options o = optionsFromText(
+        "[chess]\nAskForGlobalRegisterRecompression=1\nUseDataPackedForRandomAccess=1\n", &warnings);
     EXPECT_EQ(o.AskForGlobalRegisterRecompression, 1);
     EXPECT_TRUE(warnings.empty());
 }
@@ -376,9 +389,10 @@ TEST(Options, FullLogAtStartWarns) {
     std::vector<LocalizedText> warnings;
     optionsFromText("[chess]\nLogMoves=1\n", &warnings);
     ASSERT_EQ(warnings.size(), 1u);
-    EXPECT_EQ(warnings[0].english, L"Program has been opened with the option to write log of full analysis - this "
-                                   L"option is not recommended (it makes solving last much longer and produces "
-                                   L"large log files)");
+    EXPECT_EQ(warnings[0].english,
+              L"Program has been opened with the option to write log of full analysis - this "
+              L"option is not recommended (it makes solving last much longer and produces "
+              L"large log files)");
     EXPECT_EQ(warnings[0].polish, L"Program został otwarty z opcją zapisu pełnego loga analizy - opcja jest "
                                   L"niezalecana (wydłuża czas analizy i produkowane są b.duże pliki)");
     EXPECT_FALSE(warnings[0].ukrainian.empty());
@@ -562,13 +576,16 @@ const std::wstring TEMP_IMPROPER = L"Improper value in field with memory ratio f
 const std::wstring SCHEDULER_INVALID = L"Invalid number of scheduler levels (min=0, max=9)";
 const std::wstring LICHESS_INVALID =
     L"Invalid number of levels of analysis with solutions dowanloaded from ... (min=-1, max=255)";
-const std::wstring LEVELS_ADJUSTED = L"Improper value in multithreading levels option: value truncated/adjusted";
+const std::wstring LEVELS_ADJUSTED =
+    L"Improper value in multithreading levels option: value truncated/adjusted";
 const std::wstring TOO_MANY = L"Too many threads and/or multithreading levels.";
 const std::wstring MANUAL_CAUTION =
-    L"Note that manual engine control (reachable from context menu in progress info area) should be used very "
+    L"Note that manual engine control (reachable from context menu in progress info area) should be used "
+    L"very "
     L"carefully, otherwise can result in skipping solutions or false positives.";
-const std::wstring LOG_WITH_SCHEDULER = L"Full analysis logging is on. It is highly recommended to switch off "
-                                        L"scheduler for readability/linearity of log records.";
+const std::wstring LOG_WITH_SCHEDULER =
+    L"Full analysis logging is on. It is highly recommended to switch off "
+    L"scheduler for readability/linearity of log records.";
 const std::wstring CUSTOM_OFF = L"Note: Due to SchedulerLevels=0, Custom scheduler will be off";
 
 OptionsDialogOutcome refusedWith(OptionsDialogEntry e, const std::wstring& text) {
@@ -716,10 +733,10 @@ TEST(OptionsDialogCheck, AdjustedLevelsCanStillBeTooMany) {
 }
 
 TEST(OptionsDialogCheck, ThreadTreeMustStayBelow32767) {
-    EXPECT_TRUE(CheckOptionsDialog(Options{}, entryFor(Options{}, 2, 14)).accepted);  // 16384
-    refusedWith(entryFor(Options{}, 2, 15), TOO_MANY);                                // 32768
+    EXPECT_TRUE(CheckOptionsDialog(Options{}, entryFor(Options{}, 2, 14)).accepted); // 16384
+    refusedWith(entryFor(Options{}, 2, 15), TOO_MANY);                               // 32768
     EXPECT_TRUE(CheckOptionsDialog(Options{}, entryFor(Options{}, 31, 3)).accepted); // 29791
-    refusedWith(entryFor(Options{}, 32, 3), TOO_MANY);                                // 32768
+    refusedWith(entryFor(Options{}, 32, 3), TOO_MANY);                               // 32768
     EXPECT_TRUE(CheckOptionsDialog(Options{}, entryFor(Options{}, 64, 2)).accepted); // 4096
     EXPECT_TRUE(CheckOptionsDialog(Options{}, entryFor(Options{}, 64, 0)).accepted);
 }
@@ -794,9 +811,9 @@ TEST(OptionsDialogCheck, EveryMessageHasItsThreeForms) {
             seen.insert(m.text.english);
         }
     }
-    EXPECT_EQ(seen, (std::set<std::wstring>{PRECALC_IMPROPER, TEMP_IMPROPER, SCHEDULER_INVALID, LICHESS_INVALID,
-                                            LEVELS_ADJUSTED, TOO_MANY, MANUAL_CAUTION, LOG_WITH_SCHEDULER,
-                                            CUSTOM_OFF}));
+    EXPECT_EQ(seen, (std::set<std::wstring>{PRECALC_IMPROPER, TEMP_IMPROPER, SCHEDULER_INVALID,
+                                            LICHESS_INVALID, LEVELS_ADJUSTED, TOO_MANY, MANUAL_CAUTION,
+                                            LOG_WITH_SCHEDULER, CUSTOM_OFF}));
 }
 
 TEST(OptionsDialogCheck, PolishFormsOfTheRangeMessagesEndWithTheMaximum) {
@@ -819,8 +836,8 @@ TEST(OptionsDialogTexts, EveryControlHasThreeLabelsAndATooltip) {
         EXPECT_FALSE(t.label.polish.empty()) << i;
         EXPECT_FALSE(t.label.english.empty()) << i;
         EXPECT_FALSE(t.label.ukrainian.empty()) << i;
-        const bool plain =
-            control == OptionsControl::Title || control == OptionsControl::Ok || control == OptionsControl::Cancel;
+        const bool plain = control == OptionsControl::Title || control == OptionsControl::Ok ||
+                           control == OptionsControl::Cancel;
         EXPECT_EQ(t.tooltip.english.empty(), plain) << i;
         EXPECT_EQ(t.tooltip.polish.empty(), plain) << i;
         EXPECT_EQ(t.tooltip.ukrainian.empty(), plain) << i;

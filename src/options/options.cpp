@@ -10,7 +10,7 @@ namespace zorvane {
 namespace {
 
 class KeyReader {
-public:
+  public:
     explicit KeyReader(const ProfileText& text) : m_text(text) {}
 
     int Int(std::string_view key, int defaultValue) const {
@@ -20,7 +20,7 @@ public:
     bool Flag(std::string_view key, bool defaultValue) const { return Int(key, defaultValue ? 1 : 0) != 0; }
     std::string String(std::string_view key) const { return m_text.Get(OPTIONS_SECTION, key).value_or(""); }
 
-private:
+  private:
     const ProfileText& m_text;
 };
 

@@ -3,16 +3,19 @@
 //
 //   Options options = LoadOptions(dataDir / "options.ini", warnings);
 //       Reads every key (a missing or unreadable file, or a missing key,
-//       gives the defaults). `warnings`
-//       gets the boxes to show at start-up, each under the title "Warning",
-//       in the order they are to appear; the texts come in all three
-//       languages, pick one with Tr(options.LanguageId, ...).
+//       gives the defaults). `warnings` gets the boxes to show at start-up,
+//       each under the title "Warning", in the order they are to appear; the
+//       texts come in all three languages, pick one with
+//       Tr(options.LanguageId, ...).
 //   SaveOptions(options, path);
 //       What the Options dialog's "Save settings" writes: only the keys the
 //       dialog owns; every other key and section of the file stays.
 //   WriteOptionKey(path, "LanguageId", id);
 //       One key at once, for the commands that save without the dialog (the
 //       language command, the dismissed scaling warning).
+//   The Options dialog is shell/options_dialog.h (OptionsDialog: setOptions,
+//   setThreads, exec, options(), threads()); its rules, free of Qt, are
+//   CheckOptionsDialog in options_dialog_check.h.
 // Writes go to a temporary file beside the target and are renamed over it;
 // they return false on failure, which the program does not report. A file
 // that is there but cannot be read is never replaced.
@@ -42,7 +45,7 @@ struct Options {
     bool CheckTempRegCoherency = true;
     bool CustomScheduler = true;
     std::uint16_t ObserverLevels = 0;
-    std::int16_t LichessLevels = 1; // 0 off, -1 off in the window's own look-ups too
+    std::int16_t LichessLevels = 1;           // 0 off, -1 off in the window's own look-ups too
     int WarnAboutSecondInstanceOfProgram = 2; // 0 no, 1 message box, 2 status bar only
     bool PromptHeuristics = false;
     int MaxMemRatioForTempReg = 20; // percent of physical memory

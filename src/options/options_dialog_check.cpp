@@ -64,10 +64,9 @@ const LocalizedText TEMP_RATIO_IMPROPER{
     L"Niepoprawna wartość w polu z procentem pamięci dla danych tymczasowych.",
     L"Improper value in field with memory ratio for temporary data.",
     L"Неправильне значення в полі частки пам’яті для тимчасових даних."};
-const LocalizedText SCHEDULER_LEVELS_INVALID{
-    L"Niepoprawna liczba poziomów planisty (min=0, max=",
-    L"Invalid number of scheduler levels (min=0, max=",
-    L"Неправильна кількість рівнів планувальника (min=0, max="};
+const LocalizedText SCHEDULER_LEVELS_INVALID{L"Niepoprawna liczba poziomów planisty (min=0, max=",
+                                             L"Invalid number of scheduler levels (min=0, max=",
+                                             L"Неправильна кількість рівнів планувальника (min=0, max="};
 const LocalizedText LICHESS_LEVELS_INVALID{
     L"Niepoprawna liczba poziomów analizy z rozwiązaniami pobieranymi z ... (min=-1, max=",
     L"Invalid number of levels of analysis with solutions dowanloaded from ... (min=-1, max=",
@@ -76,10 +75,9 @@ const LocalizedText LEVELS_ADJUSTED{
     L"Niepoprawna wartość opcji poziomów wielowątkowości: wartość obcięta/dopasowana",
     L"Improper value in multithreading levels option: value truncated/adjusted",
     L"Неправильне значення параметра рівнів багатопотоковості: значення обрізано/скориговано"};
-const LocalizedText TOO_MANY_THREADS{
-    L"Zbyt wiele wątków i/lub poziomów wielowątkowości.",
-    L"Too many threads and/or multithreading levels.",
-    L"Забагато потоків і/або рівнів багатопотоковості."};
+const LocalizedText TOO_MANY_THREADS{L"Zbyt wiele wątków i/lub poziomów wielowątkowości.",
+                                     L"Too many threads and/or multithreading levels.",
+                                     L"Забагато потоків і/або рівнів багатопотоковості."};
 const LocalizedText MANUAL_ENGINE_CONTROL_CAUTION{
     L"Uwaga: ręcznego sterowania silnikiem (dostępnego z menu kontekstowego w obszarze informacji o "
     L"postępie) należy używać bardzo ostrożnie, w przeciwnym razie może ono prowadzić do pominięcia "

@@ -119,7 +119,8 @@ Table makeTable() {
          L"Використовувати головний варіант як вказівки сортування для рушія"},
         MAIN_VARIANT_SORT_TIP);
     set(OptionsControl::MainVariantSpeedsUp,
-        {L" (może przyspieszyć rozwiązywanie)", L" (can speed up solving)", L" (може пришвидшити розв’язування)"},
+        {L" (może przyspieszyć rozwiązywanie)", L" (can speed up solving)",
+         L" (може пришвидшити розв’язування)"},
         MAIN_VARIANT_SORT_TIP);
     set(OptionsControl::ObserverLevels,
         {L"Liczba poziomów obserwatora (domyślnie=0, wył.=0)", L"Num.of observer levels (default=0, off=0)",
@@ -203,7 +204,8 @@ Table makeTable() {
          L"Увімкнути ручне керування рушієм"},
         MANUAL_ENGINE_CONTROL_TIP);
     set(OptionsControl::ManualEngineControlYes,
-        {L"Tak (niezalecane)", L"Yes (not recommended)", L"Так (не рекомендовано)"}, MANUAL_ENGINE_CONTROL_TIP);
+        {L"Tak (niezalecane)", L"Yes (not recommended)", L"Так (не рекомендовано)"},
+        MANUAL_ENGINE_CONTROL_TIP);
     set(OptionsControl::SaveSettings, {L"&Zapisz ustawienia", L"&Save settings", L"&Зберегти налаштування"},
         {L"Sprawdza wartości tak jak OK i zapisuje je w options.ini. Ustawienia wątków nie są zapisywane.",
          L"Checks the values as OK does and writes them to options.ini. Thread settings are not saved.",

@@ -37,7 +37,8 @@ std::optional<ProfileText> ReadProfileFile(const std::filesystem::path& path) {
     std::string bytes;
     char chunk[4096];
     // read() turns a failing disk into badbit rather than an exception.
-    while (in.read(chunk, sizeof chunk) || in.gcount() > 0) bytes.append(chunk, static_cast<std::size_t>(in.gcount()));
+    while (in.read(chunk, sizeof chunk) || in.gcount() > 0)
+        bytes.append(chunk, static_cast<std::size_t>(in.gcount()));
     if (in.bad() || !in.eof()) return std::nullopt;
     return ProfileText(bytes);
 }

@@ -89,7 +89,8 @@ std::optional<std::string> ProfileText::Get(std::string_view section, std::strin
 }
 
 std::string_view ProfileText::lineBreak() const {
-    const bool crlf = std::any_of(m_lines.begin(), m_lines.end(), [](const Line& l) { return l.brk == "\r\n"; });
+    const bool crlf =
+        std::any_of(m_lines.begin(), m_lines.end(), [](const Line& l) { return l.brk == "\r\n"; });
     return crlf ? "\r\n" : "\n";
 }
 

@@ -13,7 +13,7 @@
 namespace zorvane {
 
 class ProfileText {
-public:
+  public:
     ProfileText() = default;
     explicit ProfileText(std::string_view text);
 
@@ -25,11 +25,11 @@ public:
     void Set(std::string_view section, std::string_view key, std::string_view value);
     std::string Text() const;
 
-private:
+  private:
     struct Line {
-        std::string text;   // as in the file, without the line break
+        std::string text;     // as in the file, without the line break
         std::string_view brk; // "\n", "\r\n" or empty for the last line
-        std::string section; // the section the line lies in
+        std::string section;  // the section the line lies in
         bool header = false;
     };
     std::optional<std::size_t> findKey(std::string_view section, std::string_view key) const;
