@@ -55,8 +55,11 @@ TEST(SortWhiteMoves, AnIndicationComesFirstAndANegatedOneLastYetKept) {
     // Rc2-c1 stays in the list, behind every ranked move.
     const int sentBack = indexOf(moves, count, mv("c2", "c1"));
     ASSERT_GE(sentBack, 0);
-    for (int i = 0; i < count; ++i)
-        if (moves[i].enPassant < WHITE_KEY_SENT_BACK) EXPECT_LT(i, sentBack);
+    for (int i = 0; i < count; ++i) {
+        if (moves[i].enPassant < WHITE_KEY_SENT_BACK) {
+            EXPECT_LT(i, sentBack);
+        }
+    }
 }
 
 TEST(SortWhiteMoves, ARefusedRootMoveGets127AndStays) {

@@ -258,8 +258,11 @@ TEST(SolveDriver, FromALaterPositionAllSolutionsGoesOnToTheStipulatedDepth) {
     const SolveResult result = driver.SolveFromPosition(problem, problem.startPosition, 5, allSolutions());
     ASSERT_GT(result.moves.size(), 1u);
     EXPECT_EQ(result.solutions.at(mv("d1", "d8")).plies, 1);
-    for (const auto& [move, entry] : result.solutions)
-        if (!(move == mv("d1", "d8"))) EXPECT_GT(entry.plies, 1);
+    for (const auto& [move, entry] : result.solutions) {
+        if (!(move == mv("d1", "d8"))) {
+            EXPECT_GT(entry.plies, 1);
+        }
+    }
     EXPECT_GT(result.nodes, 0u);
 }
 

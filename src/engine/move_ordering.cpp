@@ -31,6 +31,8 @@ constexpr int BLACK_PROMOTION_KEY = -40;
 constexpr int BLACK_KING_MOVE_KEY = 0;
 constexpr int BLACK_FLIGHT_STEP = -2;
 constexpr int STRONG_REPLY_BONUS = -5;
+// Taking the man that White has just moved answers most of its ideas.
+constexpr int BLACK_RECAPTURE_KEY = -20;
 
 inline uint8_t& key(TMove& move) { return move.enPassant; }
 inline int8_t blackKey(const TMove& move) { return static_cast<int8_t>(move.enPassant); }
@@ -188,7 +190,10 @@ int SortBlackMoves(const TChessboard& position, TMove* moves, int count, const T
             score = BLACK_KEY_FIRST;
         } else {
             if (child.m_cWhiteChecker >= 0) score += BLACK_CHECK_KEY;
-            if (const uint8_t taken = position.m_aSquares[moves[i].to]) score += BLACK_CAPTURE_STEP * manValue(taken);
+            if (const uint8_t taken = position.m_aSquares[moves[i].to]) {
+                score += BLACK_CAPTURE_STEP * manValue(taken);
+                if (moves[i].to == position.m_LastMove.to) score += BLACK_RECAPTURE_KEY;
+            }
             if (moves[i].promotion & KIND_MASK) score += BLACK_PROMOTION_KEY;
             if ((position.m_aSquares[moves[i].from] & KIND_MASK) == KIND_KING)
                 score += BLACK_KING_MOVE_KEY + BLACK_FLIGHT_STEP * CountBlackKingFlights(child);

@@ -1,0 +1,117 @@
+#pragma once
+// BoardController: what the board's clicks and the board commands mean. It
+// plays moves by mouse on the problem's chain of positions, walks back and
+// forth along it, and runs position-setting mode with its undo and redo.
+//
+// Use from the main window:
+//   BoardController(BoardView* view, std::function<bool()> solving, QObject* parent)
+//       `solving` tells whether a solve runs on the current problem; moves,
+//       position setting and stipulation changes are refused meanwhile.
+//   void setProblem(TChessProblem* problem)
+//       Shows the problem's last position; call it again after anything else
+//       changed the problem or its chain. Leaves setting mode without the
+//       checks of leaving and forgets undo and redo. nullptr shows nothing.
+//   bool dispatch(int commandId)
+//       137 setting mode on/off, 150 move back, 151 move forward, 190 rotate
+//       the view, 208 undo, 209 redo, 210/211 stipulation +1/-1, 212/213 +10/-10.
+//       False for any other id.
+//   bool isSettingMode() const, bool rotated() const
+//   const TChessboard* shownPosition() const   the board on screen, nullptr without a problem
+//   bool canUndo() const, bool canRedo() const   for the menu state
+//   void setLanguage(int languageId)
+//   void setPrompts(ShellPrompts), void setPromotionChooser(PromotionChooser)
+//       Message boxes and a menu by default; tests answer them.
+// Signals:
+//   statusText(QString)  the status line after a move
+//   positionChanged()    the shown position, the start position or the problem's
+//                        stipulation, tags or variants changed
+#include "core/chessboard.h"
+#include "problems/chess_problem.h"
+#include "shell/position_setting.h"
+#include "shell/shell_prompts.h"
+
+#include <QObject>
+#include <QString>
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+
+namespace zorvane {
+
+class BoardView;
+struct TThreadContext;
+
+class BoardController : public QObject {
+    Q_OBJECT
+
+  public:
+    enum Command : int {
+        SettingMode = 137,
+        MoveBack = 150,
+        MoveForward = 151,
+        RotateView = 190,
+        Undo = 208,
+        Redo = 209,
+        StipulationUp = 210,
+        StipulationDown = 211,
+        StipulationUpTen = 212,
+        StipulationDownTen = 213,
+    };
+    // The figure a pawn becomes: a kind, or 0 to give the move up.
+    using PromotionChooser = std::function<uint8_t(bool white)>;
+
+    BoardController(BoardView* view, std::function<bool()> solving, QObject* parent = nullptr);
+    ~BoardController() override;
+
+    void setProblem(TChessProblem* problem);
+    bool dispatch(int commandId);
+    bool isSettingMode() const { return m_settingMode; }
+    bool rotated() const { return m_rotated; }
+    const TChessboard* shownPosition() const;
+    bool canUndo() const { return m_settingMode && m_editor.CanUndo(); }
+    bool canRedo() const { return m_settingMode && m_editor.CanRedo(); }
+    void setLanguage(int languageId);
+    void setPrompts(ShellPrompts prompts) { m_prompts = std::move(prompts); }
+    void setPromotionChooser(PromotionChooser chooser) { m_choosePromotion = std::move(chooser); }
+
+  signals:
+    void statusText(const QString& text);
+    void positionChanged();
+
+  private:
+    void onSquarePressed(int square, Qt::MouseButton button);
+    void onMoveRequested(int from, int to);
+    void onPaletteClicked(int column, bool white);
+    void onStipulationArrow(int delta);
+
+    void toggleSettingMode();
+    bool enterSettingMode();
+    bool leaveSettingMode();
+    void changeStipulation(int delta);
+    void undoOrRedo(bool undo);
+    void step(int delta);
+    // Whether a running solve forbids changing the position; says so if it does.
+    bool refusedWhileSolving();
+    void showVerdictOf(const TChessboard& position);
+    void refreshView();
+    void changed();
+
+    BoardView* m_view;
+    std::function<bool()> m_solving;
+    TChessProblem* m_problem = nullptr;
+    // 0 the start position, k the k-th played position.
+    size_t m_shownIndex = 0;
+    bool m_settingMode = false;
+    bool m_rotated = false;
+    uint8_t m_selectedFigure = 0;
+    int m_languageId = 1;
+    PositionEditor m_editor;
+    ShellPrompts m_prompts;
+    PromotionChooser m_choosePromotion;
+    // The search context of the mate-in-one test of the status line.
+    std::unique_ptr<TThreadContext> m_scratch;
+};
+
+} // namespace zorvane

@@ -1,0 +1,51 @@
+#pragma once
+// What the board decides about moves and positions, apart from the window:
+// whether the engine refuses a move, what the status line says about a
+// position, and how a move joins the problem's chain of positions.
+#include "core/chessboard.h"
+#include "core/move.h"
+#include "problems/chess_problem.h"
+
+#include <cstddef>
+#include <optional>
+
+namespace zorvane {
+
+struct TThreadContext;
+
+// The move from `from` to `to` (with `promotion`, a kind or 0) as the strict
+// reader of typed moves judges it on `position`; nothing when it is illegal.
+// A pawn reaching the last row without a figure comes back as a queen's promotion.
+std::optional<TMove> LegalMoveOnBoard(const TChessboard& position, int from, int to, uint8_t promotion);
+
+// White has nothing left to mate with: a bare king, or only bishops of one
+// colour against a bare black king.
+bool MatingImpossible(const TChessboard& position);
+
+// Whether the engine turns down a legal move of a direct-mate problem: its
+// move makers refuse it, or it leaves White unable to mate.
+bool EngineRefusesMove(const TChessboard& parent, const TMove& move);
+
+// Plays a legal move from the position at `shownIndex` of the problem's chain
+// (0 the start, k the k-th played position); the positions after it are
+// dropped. The child is made by the engine's makers where they accept the
+// move, so that it carries what they keep.
+void PlayOnChain(TChessProblem& problem, size_t shownIndex, TMove move);
+
+enum class PositionVerdict { Nothing, Stalemate, MateInOne, TemporaryRegisterMate, NoMate };
+struct PositionJudgement {
+    PositionVerdict verdict = PositionVerdict::Nothing;
+    int moves = 0; // TemporaryRegisterMate: at most this many moves
+};
+// What the status line says about a position just reached. `scratch` is the
+// search context of the mate-in-one test; the problem's temporary register is
+// asked when there is one.
+PositionJudgement JudgePosition(TChessProblem& problem, const TChessboard& position, TThreadContext& scratch);
+
+// More than nine queens and pawns of one colour.
+bool TooManyQueensAndPawns(const TChessboard& position);
+
+// The variants whose every move can be played from `start` (set up).
+TVariantMap VariantsPlayableFrom(const TVariantMap& variants, const TChessboard& start);
+
+} // namespace zorvane

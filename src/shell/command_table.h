@@ -1,0 +1,86 @@
+#pragma once
+// Every command of the window: its number, its text in the three languages,
+// where it stands in the menus, and the keys that run it. Only data; the
+// registry turns it into actions and menus.
+#include <cstddef>
+#include <span>
+
+namespace zorvane {
+
+struct Text3 {
+    const wchar_t* polish;
+    const wchar_t* english;
+    const wchar_t* ukrainian;
+};
+
+struct CommandInfo {
+    int id;
+    Text3 text;
+};
+
+// A line of a menu: a command, a separator, or the start or end of a sub-menu
+// (whose title is `ownText`). A command with `ownText` shows that wording in
+// this menu instead of its usual one (the pop-ups word some commands their own way).
+constexpr int MENU_SEPARATOR = 0;
+constexpr int SUBMENU_BEGIN = -1;
+constexpr int SUBMENU_END = -2;
+constexpr int AFFINITY_ITEMS = -3; // where the processor items go
+
+struct MenuLine {
+    int id;
+    Text3 ownText{};
+};
+
+struct MenuDefinition {
+    int menuId; // 100 for the top-level menus of the bar, else the pop-up's number
+    Text3 title;
+    std::span<const MenuLine> lines;
+};
+
+// A key of the accelerator table. `twin` is the menu item an alias stands
+// for; 0 when `id` itself is the command.
+struct Accelerator {
+    const char* keys;
+    int id;
+    int twin;
+};
+
+std::span<const CommandInfo> Commands();
+const CommandInfo* FindCommand(int id);
+// The top-level menus of the menu bar, left to right.
+std::span<const MenuDefinition> MainMenus();
+// The pop-up menus 105, 110, 115, 117, 118 and 119.
+std::span<const MenuDefinition> PopupMenus();
+std::span<const Accelerator> Accelerators();
+
+// The tool buttons of the window, left to right.
+enum class ToolIcon { Previous, Next, Select, Tag, Save, Setting, Rotate, Progress };
+struct ToolButton {
+    int id;
+    ToolIcon icon;
+    Text3 toolTip;
+};
+std::span<const ToolButton> ToolButtons();
+
+// The command an alias stands for (F5 and its twins all come to 140); the id itself otherwise.
+int CanonicalCommand(int id);
+
+// Menu ids of the dynamic items.
+constexpr int MENU_TRAY = 105;
+constexpr int MENU_PROGRESS = 110;
+constexpr int MENU_VARIANT = 115;
+constexpr int MENU_MOVE = 117;
+constexpr int MENU_DESCRIPTION = 118;
+constexpr int MENU_PROBLEMS = 119;
+// Processor affinity: one item per processor from this id up.
+constexpr int FIRST_AFFINITY_COMMAND = 2000;
+constexpr int LAST_AFFINITY_COMMAND = 2063;
+// Added under Help when Ctrl and Shift are held at start.
+constexpr int BONUS_COMMAND = 166;
+
+// Texts shared by every language: the item added under Help, and the
+// processor items ("Procesor " and the number).
+extern const Text3 BonusCommandText;
+extern const wchar_t* const ProcessorItemText;
+
+} // namespace zorvane

@@ -1,0 +1,341 @@
+#include "shell/file_commands.h"
+
+#include "shell/problem_merge.h"
+#include "shell/window_services.h"
+
+#include <exception>
+
+namespace zorvane {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+const QString FILTER = QStringLiteral("cp Files (*.cp)");
+
+fs::path toPath(const QString& name) {
+    return fs::path(name.toStdWString());
+}
+
+fs::path withExtension(const QString& name) {
+    fs::path path = toPath(name);
+    if (path.extension().empty()) path += ".cp";
+    return path;
+}
+
+} // namespace
+
+FileCommands::FileCommands(WindowServices& window, QObject* parent)
+    : QObject(parent), m_window(window), m_watch(this) {}
+
+bool FileCommands::dispatch(int id) {
+    switch (id) {
+    case 125:
+        newFile();
+        return true;
+    case 120:
+        openFile(m_window.dataDirectory() / "myChessProblems.cp", true);
+        return true;
+    case 121:
+        openFile(m_window.dataDirectory() / "sample_problems.cp");
+        return true;
+    case 122: {
+        const QString name = askFileToOpen(m_window.tr3(L"Otwórz plik z problemami szachowymi",
+                                                        L"Open file with chess problems",
+                                                        L"Відкрити файл із шаховими задачами"));
+        if (!name.isEmpty()) openFile(toPath(name));
+        return true;
+    }
+    case 123:
+        save();
+        return true;
+    case 124:
+        saveAs();
+        return true;
+    case 126:
+        appendProblems();
+        return true;
+    case 128:
+        removeProblems();
+        return true;
+    case 129:
+        m_window.closeWindow();
+        return true;
+    case 163:
+        appendTags();
+        return true;
+    default:
+        return false;
+    }
+}
+
+QString FileCommands::askFileToOpen(const QString& caption) {
+    const QString directory = QString::fromStdWString(m_window.problems().FileDirectory());
+    return m_window.prompts().openFileName(caption, directory, FILTER);
+}
+
+QString FileCommands::errorText(const std::exception& error) const {
+    return QString::fromUtf8(error.what());
+}
+
+bool FileCommands::openFile(const fs::path& path, bool createIfMissing) {
+    // 1. Running solves end with the old list.
+    if (m_window.runningSolves().count() > 0) {
+        const Answer answer = m_window.prompts().ask(
+            m_window.title(MessageTitle::Question),
+            m_window.tr3(
+                L"Wszystkie trwające wątki szukania mata zostaną zatrzymane.\nCzy chcesz kontynuować?",
+                L"All pending threads of mate search will be stopped.\nDo you want to continue?",
+                L"Усі незавершені потоки пошуку мату буде зупинено.\nПродовжити?"),
+            Buttons::YesNo, PromptIcon::Question);
+        if (answer != Answer::Yes) return false;
+        m_window.stopAllSolves();
+    }
+    // 2. Unsaved changes of the problem on screen.
+    ProblemList& list = m_window.problems();
+    const int saved = list.AskSaveChanges(false);
+    if (saved == 1) return false;
+    // A new problem thrown away leaves another one current.
+    if (saved == -1) m_window.showCurrentProblem();
+    // 3. The load; the old list stays when the new file cannot be read.
+    m_window.showStatus(m_window.tr3(L"Otwieranie pliku...", L"Opening file...", L"Відкриття файлу..."));
+    ProblemMap loaded;
+    std::set<std::wstring> tags;
+    m_loading = true;
+    try {
+        LoadProblemFile(path, loaded, createIfMissing, m_window.fileSettings(), tags);
+    } catch (const std::exception& error) {
+        m_loading = false;
+        m_window.prompts().message(m_window.title(MessageTitle::Error), errorText(error), PromptIcon::Error);
+        return false;
+    }
+    m_loading = false;
+    if (loaded.empty()) {
+        m_window.prompts().message(m_window.title(MessageTitle::Error),
+                                   m_window.tr3(L"Plik nie może być pusty.", L"File cannot be empty.",
+                                                L"Файл не може бути порожнім."),
+                                   PromptIcon::Error);
+        return false;
+    }
+    // 4. The new list, its file and what the status says of it.
+    const auto count = static_cast<qulonglong>(loaded.size());
+    list.allTags = std::move(tags);
+    list.Replace(std::move(loaded), path);
+    m_window.watchFile();
+    m_window.setTitleFile(QString::fromStdWString(list.FileName()));
+    m_window.showCurrentProblem();
+    m_window.showStatus(
+        m_window.tr3(L"Otwarty plik zawiera ", L"The opened file contains ", L"Відкритий файл містить ") +
+        QString::number(count) +
+        m_window.tr3(L" problem(ów) szachowych", L" chess problem(s)", L" шахових задач(і)") +
+        m_window.tr3(
+            L"\n\nPrzykładowe kompozycje: Plik, Otwórz przykładowe kompozycje.\nCtrl+F wyszukuje problemy.",
+            L"\n\nSample compositions: File, Open sample compositions.\nCtrl+F finds problems.",
+            L"\n\nЗразкові композиції: Файл, Відкрити зразкові композиції.\nCtrl+F шукає задачі."));
+    return true;
+}
+
+void FileCommands::newFile() {
+    const QString name =
+        m_window.prompts().saveFileName(m_window.tr3(L"Nowy plik", L"New file", L"Новий файл"),
+                                        QString::fromStdWString(m_window.problems().FileDirectory()), FILTER);
+    if (name.isEmpty()) return;
+    const fs::path path = withExtension(name);
+    try {
+        CreateDefaultProblemFile(path, m_window.fileSettings());
+    } catch (const std::exception& error) {
+        m_window.prompts().message(m_window.title(MessageTitle::Error), errorText(error), PromptIcon::Error);
+        return;
+    }
+    openFile(path);
+}
+
+void FileCommands::save() {
+    ProblemList& list = m_window.problems();
+    if (!list.SaveCurrentFile()) return;
+    m_window.watchFile();
+    m_window.refreshProblemText();
+}
+
+bool FileCommands::writeAll() {
+    ProblemList& list = m_window.problems();
+    try {
+        SaveProblemFile(list.filePath, list.problems, m_window.fileSettings());
+    } catch (const std::exception&) {
+        m_window.prompts().message(
+            m_window.title(MessageTitle::Error),
+            m_window.tr3(L"Błąd zapisu pliku", L"Error writing to file", L"Помилка запису файлу"),
+            PromptIcon::Error);
+        return false;
+    }
+    std::error_code error;
+    list.fileTime = fs::last_write_time(list.filePath, error);
+    list.TakeSnapshot(false);
+    m_window.watchFile();
+    return true;
+}
+
+bool FileCommands::saveAs() {
+    ProblemList& list = m_window.problems();
+    const QString name =
+        m_window.prompts().saveFileName(m_window.tr3(L"Zapisz jako", L"Save as", L"Зберегти як"),
+                                        QString::fromStdWString(list.FileDirectory()), FILTER);
+    if (name.isEmpty()) return false;
+    const fs::path previous = list.filePath;
+    list.filePath = withExtension(name);
+    if (!writeAll()) {
+        list.filePath = previous;
+        return false;
+    }
+    m_window.setTitleFile(QString::fromStdWString(list.FileName()));
+    m_window.refreshProblemText();
+    return true;
+}
+
+bool FileCommands::readOtherFile(const QString& caption, ProblemMap& other) {
+    const QString name = askFileToOpen(caption);
+    if (name.isEmpty()) return false;
+    std::set<std::wstring> tags;
+    try {
+        LoadProblemFile(toPath(name), other, false, m_window.fileSettings(), tags);
+    } catch (const std::exception& error) {
+        m_window.prompts().message(m_window.title(MessageTitle::Error), errorText(error), PromptIcon::Error);
+        return false;
+    }
+    m_window.problems().allTags.insert(tags.begin(), tags.end());
+    return true;
+}
+
+bool FileCommands::askToSaveAll(const QString& resultText) {
+    const QString question = m_window.tr3(L"\n\nCzy chcesz zapisać zmiany? (wybierz 'Nie', aby je odrzucić)",
+                                          L"\n\nDo you want to save changes? (select 'No' to reject them)",
+                                          L"\n\nЗберегти зміни? (виберіть 'Ні', щоб їх відхилити)");
+    const Answer answer = m_window.prompts().ask(m_window.title(MessageTitle::Question),
+                                                 resultText + question, Buttons::YesNo, PromptIcon::Question);
+    return answer == Answer::Yes && writeAll();
+}
+
+void FileCommands::appendProblems() {
+    ProblemMap other;
+    if (!readOtherFile(
+            m_window.tr3(L"Dołącz problemy z pliku", L"Append problems from file", L"Додати задачі з файлу"),
+            other))
+        return;
+    ProblemList& list = m_window.problems();
+    AppendResult result;
+    {
+        std::lock_guard<std::mutex> lock(list.listLock);
+        result = AppendProblems(list.problems, std::move(other));
+    }
+    QString text = m_window.tr3(L"Dołączone problemy: ", L"Appended problems: ", L"Додано задач: ") +
+                   QString::number(result.appended.size());
+    if (!result.differingStipulations.empty()) {
+        text += m_window.tr3(L"\nPonadto niektóre problemy różnią się tylko warunkiem (#n): \n",
+                             L"\nMoreover some problems differ only by stipulation (#n): \n",
+                             L"\nКрім того, деякі задачі відрізняються лише умовою (#n): \n");
+        for (const std::wstring& line : result.differingStipulations)
+            text += QString::fromStdWString(line) + "\n";
+    }
+    if (result.appended.empty()) {
+        m_window.prompts().message(m_window.title(MessageTitle::Information), text, PromptIcon::Information);
+        return;
+    }
+    if (!askToSaveAll(text)) {
+        // Rejected: the appended problems leave the list again.
+        std::lock_guard<std::mutex> lock(list.listLock);
+        for (int32_t id : result.appended) list.problems.erase(id);
+    }
+    m_window.refreshProblemText();
+}
+
+void FileCommands::removeProblems() {
+    ProblemMap other;
+    if (!readOtherFile(m_window.tr3(L"Usuń problemy obecne w pliku", L"Remove problems present in file",
+                                    L"Вилучити задачі, наявні у файлі"),
+                       other))
+        return;
+    ProblemList& list = m_window.problems();
+    const TChessProblem* current = list.Current();
+    RemoveResult result;
+    {
+        std::lock_guard<std::mutex> lock(list.listLock);
+        result = RemoveProblems(list.problems, other, current ? current->id : 0);
+    }
+    QString text = m_window.tr3(L"Usunięte problemy: ", L"Removed problems: ", L"Вилучено задач: ") +
+                   QString::number(result.removed.size());
+    if (result.currentKept)
+        text += m_window.tr3(L"\nUwaga: bieżącego problemu nie można usunąć.",
+                             L"\nWarning: the current problem cannot be removed.",
+                             L"\nУвага: поточну задачу не можна вилучити.");
+    if (result.removed.empty()) {
+        m_window.prompts().message(m_window.title(MessageTitle::Information), text, PromptIcon::Information);
+        return;
+    }
+    if (askToSaveAll(text)) {
+        // The history forgets the removed numbers.
+        for (size_t i = list.history.size(); i-- > 0;) {
+            if (!result.removed.count(list.history[i])) continue;
+            list.history.erase(list.history.begin() + static_cast<std::ptrdiff_t>(i));
+            if (static_cast<int>(i) <= list.historyIndex) --list.historyIndex;
+        }
+        if (list.historyIndex < 0 && !list.history.empty()) list.historyIndex = 0;
+    } else {
+        std::lock_guard<std::mutex> lock(list.listLock);
+        for (auto& entry : result.removed) list.problems.insert(std::move(entry));
+    }
+    m_window.refreshProblemText();
+}
+
+void FileCommands::appendTags() {
+    TChessProblem* problem = m_window.problems().Current();
+    ProblemMap other;
+    if (!problem ||
+        !readOtherFile(m_window.tr3(L"Dołącz tagi z pliku", L"Append tags from file", L"Додати теги з файлу"),
+                       other))
+        return;
+    const int added = AppendMatchingTags(*problem, other);
+    m_window.showStatus(m_window.tr3(L"Dodane tagi: ", L"Tags added: ", L"Додано тегів: ") +
+                        QString::number(added));
+    m_window.refreshProblemText();
+}
+
+void FileCommands::checkExternalChange() {
+    ProblemList& list = m_window.problems();
+    if (list.filePath.empty()) return;
+    const auto changed = m_watch.takeChange(list.fileTime);
+    if (!changed) return;
+    list.fileTime = *changed;
+    m_watch.watch(list.filePath);
+    const QString start = m_window.tr3(
+        L"Otwarty plik został zmieniony przez inną aplikację.\n\nZdecydowanie zaleca się ponowne "
+        L"otwarcie go (zamknięcie i otwarcie)\n\n",
+        L"The opened file has been changed by an external application.\n\nIt is strongly recommended "
+        L"to reopen it (close and open it again)\n\n",
+        L"Відкритий файл було змінено іншою програмою.\n\nНаполегливо рекомендується відкрити його "
+        L"заново (закрити й відкрити знову)\n\n");
+    if (list.IsCurrentProblemChanged()) {
+        m_window.prompts().message(
+            m_window.title(MessageTitle::Information),
+            start +
+                m_window.tr3(
+                    L"Wszelkie niezapisane zmiany zostaną utracone.\nJeśli chcesz je zachować, zaleca się "
+                    L"zapisanie do innego pliku (Plik... Zapisz jako).",
+                    L"Any unsaved changes will be lost.\nIf you want to save them, it is recommended to "
+                    L"save to another file (File... Save As).",
+                    L"Усі незбережені зміни буде втрачено.\nЯкщо ви хочете їх зберегти, рекомендується "
+                    L"зберегти в інший файл (Файл... Зберегти як)."),
+            PromptIcon::Warning);
+        return;
+    }
+    const Answer answer = m_window.prompts().ask(m_window.title(MessageTitle::Question),
+                                                 start + m_window.tr3(L"Czy chcesz ponownie wczytać plik?",
+                                                                      L"Do you want to reload the file?",
+                                                                      L"Перезавантажити файл?"),
+                                                 Buttons::YesNo, PromptIcon::Question);
+    if (answer == Answer::Yes) {
+        const fs::path path = list.filePath;
+        openFile(path);
+    }
+}
+
+} // namespace zorvane

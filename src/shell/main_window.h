@@ -1,0 +1,128 @@
+#pragma once
+// MainWindow: the one window of the program. It runs the start-up, owns the
+// list of problems and the command controllers, routes every command through
+// DispatchCommand, keeps the menus right through UpdateMenuState, and asks
+// before it closes. Solving is done elsewhere and joins through the hooks.
+#include "shell/command_registry.h"
+#include "shell/running_solves.h"
+#include "shell/shell_host.h"
+#include "shell/startup.h"
+#include "shell/window_services.h"
+
+#include <QMainWindow>
+#include <QTimer>
+
+#include <functional>
+#include <memory>
+#include <thread>
+
+class QLabel;
+
+namespace zorvane {
+
+class BoardController;
+class BoardView;
+class FileCommands;
+class IconAnimation;
+class NavigationCommands;
+class SystemCommands;
+class TrayController;
+
+class MainWindow : public QMainWindow, public WindowServices {
+    Q_OBJECT
+  public:
+    // Runs the start-up up to the window; `prompts` answers every question of the window.
+    MainWindow(const StartupArguments& arguments, Prompts& prompts, QWidget* parent = nullptr);
+    ~MainWindow() override;
+
+    // The first load of the problem file, on a thread of its own; isInitialised() once it is shown.
+    void startInitialisation();
+    bool isInitialised() const { return m_initialised; }
+
+    void DispatchCommand(int id);
+    void UpdateMenuState();
+    // Sets the language, writes it to options.ini at once and replaces every text.
+    void ApplyLanguage(int languageId);
+
+    // The solve driver's entry: start, stop, pause and resume commands come here
+    // (140, 141, 142, 143, 144, 152, 153, 164, 169, 677, 679; F5 and its twins as 140,
+    // Shift+F5 as 141, Alt+F5 as 164). While it is empty those commands are greyed.
+    std::function<void(int)> onSolveCommand;
+    // Stops every running solve and waits for them (before an open and on closing).
+    std::function<void()> onStopAllSolves;
+
+    CommandRegistry& commands() { return *m_commands; }
+    FileCommands& files() { return *m_files; }
+    BoardController& board() { return *m_board; }
+    bool isSecondInstance() const { return m_start.isSecondInstance; }
+    QString statusText() const;
+    // The area the solve driver fills with its progress; command 192 changes its size.
+    QLabel* progressPanel() const { return m_progress; }
+    // What the 250 ms timer does when the watch has seen a change, at once.
+    void checkFileChange();
+    bool iconAnimationRunning() const;
+    int refreshPeriod() const { return m_refreshTimer.isActive() ? m_refreshTimer.interval() : 0; }
+
+    // WindowServices
+    ProblemList& problems() override { return *m_problems; }
+    Prompts& prompts() override { return m_prompts; }
+    RunningSolves& runningSolves() override { return m_running; }
+    Options& options() override { return m_start.options; }
+    const std::filesystem::path& dataDirectory() const override { return m_start.dataDirectory; }
+    ThreadDefaults& threadSettings() override { return m_start.threads; }
+    ProblemFileSettings fileSettings() const override;
+    void showStatus(const QString& text) override;
+    void setTitleFile(const QString& file) override;
+    void showCurrentProblem() override;
+    void refreshProblemText() override;
+    void stopCurrentSolve() override;
+    void stopAllSolves() override;
+    void watchFile() override;
+    void closeWindow() override { close(); }
+
+  signals:
+    // Every 250 ms after the start: the progress panel reads the engine's state here.
+    void refreshTick();
+
+  protected:
+    void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+  private:
+    void buildWindow();
+    void finishInitialisation(InitialProblems& loaded);
+    void retranslate();
+    void onRefreshTick();
+    void onRunningSolvesChanged();
+    // The commands of the window itself: options, progress area, languages, tray.
+    void runWindowCommand(int id);
+    void toggleProgressArea();
+    void showOptionsDialog();
+    // A command that is greyed came anyway (a key, a button): say why nothing happens.
+    void explainRefusal(int id);
+
+    Prompts& m_prompts;
+    StartupArguments m_arguments;
+    ProgramStart m_start;
+    RunningSolves m_running;
+    ShellHost m_host;
+    std::unique_ptr<ProblemList> m_problems;
+    CommandRegistry* m_commands = nullptr;
+    FileCommands* m_files = nullptr;
+    NavigationCommands* m_navigation = nullptr;
+    SystemCommands* m_system = nullptr;
+    TrayController* m_tray = nullptr;
+    IconAnimation* m_animation = nullptr;
+    BoardView* m_boardView = nullptr;
+    BoardController* m_board = nullptr;
+    QLabel* m_description = nullptr;
+    QLabel* m_progress = nullptr;
+    QLabel* m_status = nullptr;
+    bool m_progressEnlarged = false;
+    int m_dialogsOpen = 0; // dialogs of the window itself (Options), besides the prompts
+    QTimer m_refreshTimer;
+    std::thread m_loader;
+    bool m_initialised = false;
+};
+
+} // namespace zorvane

@@ -1,0 +1,41 @@
+#pragma once
+// Which commands are available, from the state of the window. One function
+// decides for every command, so that the menus, the pop-ups and the keys agree.
+#include <cstdint>
+#include <span>
+
+namespace zorvane {
+
+class CommandRegistry;
+
+struct MenuState {
+    bool hasProblem = false;
+    uint16_t problemType = 1;
+    bool solveOnCurrent = false;   // the current problem's number is in the running set
+    bool solvePaused = false;      // that run is paused
+    bool solvingConnected = false; // the solve driver is wired to the window
+    bool historyBack = false;
+    bool historyForward = false;
+    bool canUndo = false; // position setting has a change to undo
+    bool canRedo = false;
+    bool rotatedView = false;
+    int priorityClass = 0;
+    uint64_t affinityMask = 0;
+    int languageId = 1;
+};
+
+// Commands whose part of the program is not built yet: they stay in the menus, greyed.
+std::span<const int> CommandsNotBuiltYet();
+// Commands run by the solve driver through the window's solve hook.
+std::span<const int> SolveCommands();
+bool IsSolveCommand(int id);
+// Commands that may not change the current problem while it is being solved.
+bool IsRefusedDuringSolve(int id);
+
+bool IsCommandEnabled(int id, const MenuState& state);
+bool IsCommandChecked(int id, const MenuState& state);
+
+// Enables, greys and checks every command of the registry.
+void UpdateMenuState(CommandRegistry& registry, const MenuState& state);
+
+} // namespace zorvane

@@ -1,0 +1,177 @@
+#include "shell/navigation_commands.h"
+
+#include "core/piece.h"
+#include "shell/window_services.h"
+
+#include <QStringList>
+
+namespace zorvane {
+
+NavigationCommands::NavigationCommands(WindowServices& window, QObject* parent)
+    : QObject(parent), m_window(window) {}
+
+bool NavigationCommands::dispatch(int id) {
+    ProblemList& list = m_window.problems();
+    switch (id) {
+    case 145:
+        list.NavigateToProblem(Navigation::Next);
+        return true;
+    case 146:
+        list.NavigateToProblem(Navigation::Previous);
+        return true;
+    case 159:
+        list.NavigateToProblem(Navigation::First);
+        return true;
+    case 160:
+        list.NavigateToProblem(Navigation::Last);
+        return true;
+    case 167:
+        list.HistoryBack();
+        return true;
+    case 168:
+        list.HistoryForward();
+        return true;
+    case 154:
+        selectByNumber();
+        return true;
+    case 155:
+        selectFromList();
+        return true;
+    case 147:
+        appendNewProblem(PROBLEM_DIRECT_MATE);
+        return true;
+    case 166:
+        appendNewProblem(PROBLEM_POSITION);
+        return true;
+    case 161:
+        addTag();
+        return true;
+    case 162:
+        removeTag();
+        return true;
+    case 195:
+        setDirectMate();
+        return true;
+    default:
+        return false;
+    }
+}
+
+void NavigationCommands::selectByNumber() {
+    ProblemList& list = m_window.problems();
+    const TChessProblem* current = list.Current();
+    if (!current || list.problems.empty()) return;
+    const auto number = m_window.prompts().askNumber(
+        m_window.tr3(L"Wybierz problem", L"Select problem", L"Вибрати задачу"),
+        m_window.tr3(L"Numer problemu:", L"Problem number:", L"Номер задачі:"), current->id,
+        list.problems.begin()->first, list.problems.rbegin()->first);
+    if (!number) return;
+    // Navigation by number needs a number of the list.
+    if (!list.problems.count(*number)) {
+        m_window.prompts().message(m_window.title(MessageTitle::Information),
+                                   m_window.tr3(L"W tym pliku nie ma problemu o numerze ",
+                                                L"There is no problem with number ",
+                                                L"У цьому файлі немає задачі з номером ") +
+                                       QString::number(*number),
+                                   PromptIcon::Information);
+        return;
+    }
+    list.NavigateToProblem(Navigation::ById, *number);
+}
+
+void NavigationCommands::selectFromList() {
+    ProblemList& list = m_window.problems();
+    QStringList items;
+    std::vector<int32_t> ids;
+    for (const auto& [id, problem] : list.problems) {
+        const QString stipulation =
+            problem->type == PROBLEM_POSITION
+                ? QString()
+                : (problem->type == PROBLEM_SELFMATE ? QStringLiteral(" s#") : QStringLiteral(" #")) +
+                      QString::number(problem->stipulationMoves());
+        items << QString::number(id) + "." + stipulation + " " +
+                     QString::fromStdWString(problem->description);
+        ids.push_back(id);
+    }
+    if (items.isEmpty()) return;
+    const auto chosen =
+        m_window.prompts().askItem(m_window.tr3(L"Wybierz problem", L"Select problem", L"Вибрати задачу"),
+                                   m_window.tr3(L"Problem:", L"Problem:", L"Задача:"), items, false);
+    if (!chosen) return;
+    const auto index = items.indexOf(*chosen);
+    if (index >= 0) list.NavigateToProblem(Navigation::ById, ids[static_cast<size_t>(index)]);
+}
+
+void NavigationCommands::appendNewProblem(uint16_t type) {
+    ProblemList& list = m_window.problems();
+    TChessProblem* leaving = list.Current();
+    const bool solveRuns = leaving && m_window.runningSolves().contains(leaving->id);
+    if (list.AskSaveChanges(solveRuns) == 1) return;
+    auto problem = std::make_unique<TChessProblem>(m_window.fileSettings().defaults);
+    problem->id = list.problems.empty() ? 1 : list.problems.rbegin()->first + 1;
+    if (type == PROBLEM_POSITION) {
+        // An empty board with no stipulation.
+        SetProblemType(*problem, PROBLEM_POSITION);
+    } else {
+        problem->description = L"New Problem";
+        problem->startPosition.m_aSquares[4] = WK;
+        problem->startPosition.m_aSquares[60] = BK;
+        SetupChessboard(problem->startPosition, true);
+    }
+    problem->referencePosition = problem->startPosition;
+    const int32_t id = problem->id;
+    {
+        std::lock_guard<std::mutex> lock(list.listLock);
+        list.currentProblem = list.problems.emplace(id, std::move(problem)).first;
+    }
+    list.PushHistory(id);
+    list.TakeSnapshot(true);
+    m_window.showCurrentProblem();
+}
+
+void NavigationCommands::addTag() {
+    ProblemList& list = m_window.problems();
+    TChessProblem* problem = list.Current();
+    if (!problem) return;
+    QStringList known;
+    for (const std::wstring& tag : list.allTags) known << QString::fromStdWString(tag);
+    const auto tag = m_window.prompts().askItem(m_window.tr3(L"Dodaj tag", L"Add tag", L"Додати тег"),
+                                                m_window.tr3(L"Tag:", L"Tag:", L"Тег:"), known, true);
+    if (!tag || tag->trimmed().isEmpty()) return;
+    const std::wstring text = tag->trimmed().toStdWString();
+    problem->tags.insert(text);
+    list.allTags.insert(text);
+    m_window.refreshProblemText();
+}
+
+void NavigationCommands::removeTag() {
+    TChessProblem* problem = m_window.problems().Current();
+    if (!problem) return;
+    if (problem->tags.empty()) {
+        m_window.prompts().message(m_window.title(MessageTitle::Information),
+                                   m_window.tr3(L"Bieżący problem nie ma tagów.",
+                                                L"The current problem has no tags.",
+                                                L"Поточна задача не має тегів."),
+                                   PromptIcon::Information);
+        return;
+    }
+    QStringList tags;
+    for (const std::wstring& tag : problem->tags) tags << QString::fromStdWString(tag);
+    const auto tag = m_window.prompts().askItem(m_window.tr3(L"Usuń tag", L"Remove tag", L"Вилучити тег"),
+                                                m_window.tr3(L"Tag:", L"Tag:", L"Тег:"), tags, false);
+    if (!tag) return;
+    problem->tags.erase(tag->toStdWString());
+    m_window.refreshProblemText();
+}
+
+void NavigationCommands::setDirectMate() {
+    TChessProblem* problem = m_window.problems().Current();
+    if (!problem || problem->type == PROBLEM_DIRECT_MATE) return;
+    const int moves = problem->stipulationMoves();
+    SetProblemType(*problem, PROBLEM_DIRECT_MATE);
+    // A position without stipulation becomes a two-mover.
+    if (moves == 0) SetStipulation(*problem, 2);
+    m_window.showCurrentProblem();
+}
+
+} // namespace zorvane

@@ -1,0 +1,381 @@
+#include "shell/solve_controller.h"
+
+#include "core/chess_exception.h"
+#include "problems/notation.h"
+#include "registers/temporary_register.h"
+#include "shell/app_log.h"
+#include "shell/board_controller.h"
+#include "shell/main_window.h"
+#include "shell/window_services.h"
+
+#include <QCoreApplication>
+#include <QLabel>
+#include <QMetaObject>
+#include <QTimer>
+
+#include <chrono>
+
+namespace zorvane {
+
+namespace {
+
+constexpr int CLOCK_PERIOD_MS = 1000;
+constexpr auto STOP_WAIT_STEP = std::chrono::milliseconds(1);
+
+QString wide(const std::wstring& text) { return QString::fromStdWString(text); }
+
+// "12.3k", "4.5M", "1.2G" for the large counters of the panel.
+QString counterText(uint64_t value) {
+    if (value >= 1000000000ull) return QString::asprintf("%0.1fG", static_cast<double>(value) / 1e9);
+    if (value >= 1000000ull) return QString::asprintf("%0.1fM", static_cast<double>(value) / 1e6);
+    if (value >= 1000ull) return QString::asprintf("%0.1fk", static_cast<double>(value) / 1e3);
+    return QString::number(value);
+}
+
+// "m:ss" or "h:mm:ss".
+QString elapsedText(int seconds) {
+    if (seconds >= 3600) return QString::asprintf("%d:%02d:%02d", seconds / 3600, seconds / 60 % 60, seconds % 60);
+    return QString::asprintf("%d:%02d", seconds / 60, seconds % 60);
+}
+
+QString problemTitle(const TChessProblem& problem) {
+    return QString::number(problem.id) + " #" + QString::number(problem.stipulationMoves());
+}
+
+} // namespace
+
+struct SolveController::Run {
+    int32_t id = 0;
+    TChessProblem* problem = nullptr;
+    Road road = Road::Main;
+    int plies = 0;
+    const TChessboard* position = nullptr;
+    SolveOptions options;
+    SolveDriver driver;
+    SolveResult result;
+    std::string error;
+    std::thread thread;
+    QTimer* clock = nullptr;
+    int seconds = 0;
+    // Solutions as the engine reports them, for the panel.
+    mutable std::mutex lock;
+    std::vector<std::string> found;
+
+    static void onSolution(TChessProblem&, uint32_t move, const std::string& text, double, void* user) {
+        Run& run = *static_cast<Run*>(user);
+        std::lock_guard<std::mutex> guard(run.lock);
+        if (move == 0) run.found.clear();
+        else run.found.push_back(text);
+    }
+};
+
+SolveController::SolveController(WindowServices& window, BoardController& board, QObject* parent)
+    : QObject(parent), m_window(window), m_board(board) {}
+
+void SolveController::attachTo(MainWindow& window) {
+    window.onSolveCommand = [this](int id) { dispatch(id); };
+    window.onStopAllSolves = [this] { StopAllSolving(); };
+    connect(&window, &MainWindow::refreshTick, this,
+            [this, &window] { window.progressPanel()->setText(progressText()); });
+    connect(this, &SolveController::solveFinished, &window, [&window] { window.UpdateMenuState(); });
+    window.UpdateMenuState();
+}
+
+SolveController::~SolveController() {
+    for (auto& [id, run] : m_runs) run->problem->SetCommand(COMMAND_STOP);
+    for (auto& [id, run] : m_runs) {
+        if (run->thread.joinable()) run->thread.join();
+        run->problem->m_pfnSolution = nullptr;
+        m_window.runningSolves().remove(id);
+    }
+}
+
+QString SolveController::tr3(const wchar_t* polish, const wchar_t* english, const wchar_t* ukrainian) const {
+    return m_window.tr3(polish, english, ukrainian);
+}
+
+void SolveController::tell(const QString& title, const QString& text) {
+    m_window.prompts().message(title, text, PromptIcon::Information);
+}
+
+void SolveController::dispatch(int id) {
+    switch (id) {
+    case 140: {
+        int plies = 0;
+        const TChessboard* position = nullptr;
+        const TChessProblem* problem = m_window.problems().Current();
+        if (problem && roadOf(*problem, plies, position) == Road::BestDefence) dispatch(152);
+        else StartSolving(false);
+        return;
+    }
+    case 141: StartSolving(true); return;
+    case 142: StopSolving(); return;
+    case 143: PauseOrResume(false); return;
+    case 169: PauseOrResume(true); return;
+    case 144: ResumeSolving(); return;
+    case 152:
+    case 153:
+        tell(m_window.title(MessageTitle::Information),
+             tr3(L"Szukanie najlepszej obrony czarnych nie jest jeszcze dostępne w tej wersji programu.",
+                 L"The search for Black's best defence is not available in this version yet.",
+                 L"Пошук найкращого захисту чорних у цій версії ще недоступний."));
+        return;
+    case 164:
+        tell(m_window.title(MessageTitle::Information),
+             tr3(L"Pokazywanie całego wariantu głównego nie jest jeszcze dostępne w tej wersji programu.",
+                 L"Showing the whole main variant is not available in this version yet.",
+                 L"Показ усього головного варіанта у цій версії ще недоступний."));
+        return;
+    case 677:
+    case 679:
+        tell(m_window.title(MessageTitle::Information),
+             tr3(L"Wybór heurystyk nie jest jeszcze dostępny w tej wersji programu.",
+                 L"The selection of heuristics is not available in this version yet.",
+                 L"Вибір евристик у цій версії ще недоступний."));
+        return;
+    default: return;
+    }
+}
+
+SolveController::Road SolveController::roadOf(const TChessProblem& problem, int& plies,
+                                                const TChessboard*& position) const {
+    if (problem.type == PROBLEM_POSITION) return Road::Analyse;
+    position = m_board.shownPosition();
+    if (!position || position == &problem.startPosition) {
+        position = &problem.startPosition;
+        plies = problem.plies;
+        return Road::Main;
+    }
+    // Half-moves made from the start: the place of the shown board in the chain.
+    int made = 0;
+    for (const TChessboard& played : problem.playedPositions) {
+        ++made;
+        if (&played == position) break;
+    }
+    if (made == 0) return Road::None;
+    plies = problem.plies - made;
+    if (plies <= 0) return Road::None;
+    return (plies & 1) ? Road::FromPosition : Road::BestDefence;
+}
+
+void SolveController::StartSolving(bool allSolutions) {
+    TChessProblem* problem = m_window.problems().Current();
+    if (!problem) return;
+    // 1. One run per problem.
+    if (m_window.runningSolves().contains(problem->id)) {
+        tell(m_window.title(MessageTitle::Information),
+             tr3(L"Poszukiwanie mata bieżącego problemu w toku.",
+                 L"Search for solution of the current problem is pending",
+                 L"Пошук розв'язку поточної задачі триває"));
+        return;
+    }
+    // 2. Position setting is left first; a refusal cancels the start.
+    if (m_board.isSettingMode()) {
+        m_board.dispatch(137);
+        if (m_board.isSettingMode()) return;
+    }
+    // 3. The thread by what the board shows.
+    int plies = 0;
+    const TChessboard* position = nullptr;
+    const Road road = roadOf(*problem, plies, position);
+    if (road == Road::None) return;
+    if (road == Road::BestDefence) {
+        dispatch(152);
+        return;
+    }
+    if (road == Road::Analyse) {
+        tell(m_window.title(MessageTitle::Information),
+             tr3(L"Analiza pozycji bez warunku nie jest jeszcze dostępna w tej wersji programu.",
+                 L"The analysis of a position without stipulation is not available in this version yet.",
+                 L"Аналіз позиції без умови у цій версії ще недоступний."));
+        return;
+    }
+    start(*problem, road, plies, position, allSolutions);
+}
+
+void SolveController::start(TChessProblem& problem, Road road, int plies, const TChessboard* position,
+                            bool allSolutions) {
+    const Options& options = m_window.options();
+    auto run = std::make_unique<Run>();
+    run->id = problem.id;
+    run->problem = &problem;
+    run->road = road;
+    run->plies = plies;
+    run->position = position;
+    run->options.allSolutions = allSolutions;
+    run->options.clearRegisterOnStart = options.ClearRegisterOnStartSolving;
+    run->options.languageId = options.LanguageId;
+    // 4. A register of an earlier solve goes first when the option says so.
+    if (options.ClearRegisterOnStartSolving && problem.m_pRegister) {
+        m_window.showStatus(tr3(L"Usuwanie danych tymczasowych z pamięci...\n(opcja czyszczenia tych danych przy "
+                                L"starcie rozwiązywania jest włączona)",
+                                L"Removing temporary data from memory...\n(the option to clear this data on start "
+                                L"solving is on)",
+                                L"Видалення тимчасових даних з пам'яті...\n(параметр очищення цих даних на початку "
+                                L"розв'язування увімкнено)"));
+        problem.m_pRegister->Clear(true);
+    }
+    problem.m_bSafeMode = (!options.QuickMode || (problem.flags & SafeMode)) ? 1 : 0;
+    problem.m_pfnSolution = &Run::onSolution;
+    problem.m_pSolutionUser = run.get();
+    problem.SetCommand(COMMAND_RUN);
+    m_window.showStatus(tr3(L"Sprawdzanie typu pozycji początkowej...", L"Initial position type check...",
+                            L"Перевірка типу початкової позиції..."));
+    // The clock of the run: one second at a time, standing still while paused.
+    run->clock = new QTimer(this);
+    run->clock->setInterval(CLOCK_PERIOD_MS);
+    Run* raw = run.get();
+    connect(run->clock, &QTimer::timeout, this, [raw] { ++raw->seconds; });
+    run->clock->start();
+    const int32_t id = problem.id;
+    m_runs[id] = std::move(run);
+    m_window.runningSolves().add(id);
+    raw->thread = std::thread([this, raw, id] {
+        try {
+            raw->result = raw->road == Road::Main
+                              ? raw->driver.SolveProblem(*raw->problem, raw->options)
+                              : raw->driver.SolveFromPosition(*raw->problem, *raw->position, raw->plies, raw->options);
+        } catch (const std::exception& e) {
+            raw->error = e.what();
+        }
+        QMetaObject::invokeMethod(this, [this, id] { finish(id); }, Qt::QueuedConnection);
+    });
+}
+
+void SolveController::finish(int32_t id) {
+    const auto found = m_runs.find(id);
+    if (found == m_runs.end()) return;
+    std::unique_ptr<Run> run = std::move(found->second);
+    m_runs.erase(found);
+    run->thread.join();
+    delete run->clock;
+    TChessProblem& problem = *run->problem;
+    problem.m_pfnSolution = nullptr;
+    problem.m_pSolutionUser = nullptr;
+    m_window.runningSolves().remove(id);
+    const bool current = m_window.problems().Current() == &problem;
+    if (!run->error.empty()) {
+        m_window.prompts().message(tr3(L"Wystąpił błąd", L"An error has occurred", L"Сталася помилка"),
+                                   QString::fromStdString(run->error), PromptIcon::Error);
+        emit solveFinished(id);
+        return;
+    }
+    const SolveResult& result = run->result;
+    WriteLog(result.stopped ? "Engine stopped: %s" : "Engine has completed: %s",
+             problemTitle(problem).toStdString());
+    // 6. A first solution's key goes onto the board, and its threat into the status.
+    if (current && run->road == Road::Main && !result.moves.empty() && problem.playedPositions.empty()) {
+        TChessboard child;
+        TMove key = result.moves.front();
+        if (PlayMove(problem.startPosition, child, key)) {
+            problem.playedPositions.push_back(child);
+            problem.playedPositions.back().m_pParent = &problem.startPosition;
+            m_board.setProblem(&problem);
+        }
+        const std::vector<std::string>& threats = result.solutions.at(result.moves.front()).threats;
+        if (!threats.empty())
+            m_window.showStatus(tr3(L"groźba: ", L"threat: ", L"загроза: ") + QString::fromStdString(threats.front()));
+    }
+    // 8. The result; a problem that is no longer on the board names itself.
+    QString text = wide(result.text);
+    if (problem.m_pRegister)
+        text += "\n" + tr3(L"Pozycji w rejestrze tymczasowym: ", L"Positions in temporary register: ",
+                           L"Позицій у тимчасовому реєстрі: ") +
+                counterText(problem.m_pRegister->ElementCount());
+    if (!current) {
+        const QString head = result.moves.empty()
+                                 ? tr3(L"Nie znaleziono rozwiązania problemu ", L"No solution found of the problem ",
+                                       L"Не знайдено розв'язку задачі ") + QString::number(id)
+                                 : QString::number(result.moves.size()) +
+                                       tr3(L" rozwiązań znaleziono dla problemu ", L" solution(s) found of the problem ",
+                                           L" розв'язків знайдено для задачі ") +
+                                       QString::number(id);
+        text = head + "\n\n" + text;
+    }
+    m_lastResults[id] = wide(result.text);
+    const QString title = run->road == Road::Main
+                              ? tr3(L"Wynik poszukiwania mata", L"Mate search result", L"Результат пошуку мату")
+                              : tr3(L"Wynik poszukiwania mata", L"Result of analysis", L"Результат аналізу");
+    m_window.prompts().message(title, text, PromptIcon::Information);
+    emit solveFinished(id);
+}
+
+void SolveController::stop(Run& run) {
+    const int32_t id = run.id;
+    run.problem->SetCommand(COMMAND_STOP);
+    m_window.runningSolves().setPaused(id, false);
+    m_window.showStatus(tr3(L"Zatrzymywanie...", L"Stop pending...", L"Зупинка..."));
+    // The window stays alive while the thread winds down: its end comes as a queued call.
+    while (m_runs.count(id)) {
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 1);
+        std::this_thread::sleep_for(STOP_WAIT_STEP);
+    }
+}
+
+void SolveController::StopSolving() {
+    const TChessProblem* problem = m_window.problems().Current();
+    if (!problem) return;
+    const auto found = m_runs.find(problem->id);
+    if (found != m_runs.end()) stop(*found->second);
+}
+
+void SolveController::StopAllSolving() {
+    while (!m_runs.empty()) stop(*m_runs.begin()->second);
+}
+
+void SolveController::PauseOrResume(bool oneThread) {
+    const TChessProblem* problem = m_window.problems().Current();
+    if (!problem) return;
+    const auto found = m_runs.find(problem->id);
+    if (found == m_runs.end()) return;
+    Run& run = *found->second;
+    if (m_window.runningSolves().isPaused(run.id)) {
+        ResumeSolving();
+        return;
+    }
+    run.problem->SetCommand(COMMAND_PAUSE, oneThread ? uint16_t{0} : ALL_THREADS);
+    run.clock->stop();
+    m_window.runningSolves().setPaused(run.id, true);
+}
+
+void SolveController::ResumeSolving() {
+    const TChessProblem* problem = m_window.problems().Current();
+    if (!problem) return;
+    const auto found = m_runs.find(problem->id);
+    if (found == m_runs.end()) return;
+    Run& run = *found->second;
+    run.problem->SetCommand(COMMAND_RUN);
+    run.clock->start();
+    m_window.runningSolves().setPaused(run.id, false);
+}
+
+int SolveController::CountRunningSolves() const { return static_cast<int>(m_runs.size()); }
+
+QString SolveController::progressText() const {
+    const TChessProblem* problem = m_window.problems().Current();
+    if (!problem) return QString();
+    const auto found = m_runs.find(problem->id);
+    if (found == m_runs.end()) return m_lastResults.count(problem->id) ? m_lastResults.at(problem->id) : QString();
+    const Run& run = *found->second;
+    const int begun = problem->m_nRootMovesBegun.load(), total = problem->m_nRootMoves.load();
+    QString text = QString::asprintf("Pass %d, %0.1f%% ", problem->m_nPass.load(),
+                                     total ? 100.0 * std::max(begun - 1, 0) / total : 0.0) +
+                   counterText(problem->m_nNodes.load()) + "  " + elapsedText(run.seconds);
+    if (problem->m_bSafeMode) text += "  Safe mode ON ";
+    std::lock_guard<std::mutex> guard(run.lock);
+    if (!run.found.empty()) {
+        text += "\n" + tr3(L"Dotychczas znalezione rozwiązania: ", L"Solutions found so far: ",
+                           L"Знайдені досі розв'язки: ");
+        for (size_t i = 0; i < run.found.size(); ++i)
+            text += (i ? ", " : "") + QString::fromStdString(run.found[i]);
+    }
+    return text;
+}
+
+QString SolveController::lastResultText() const {
+    const TChessProblem* problem = m_window.problems().Current();
+    if (!problem || !m_lastResults.count(problem->id)) return QString();
+    return m_lastResults.at(problem->id);
+}
+
+} // namespace zorvane

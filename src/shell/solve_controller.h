@@ -1,0 +1,80 @@
+#pragma once
+// SolveController: the solving runs of the window. Every solve is a thread of
+// its own on the problem's record; the window watches it through its timer,
+// may pause or stop it, and shows the outcome when the thread posts it back.
+// Several problems can be solved at once, and navigating away leaves a solve
+// running: its end is told in a box with the problem's number.
+//
+// While a run is on, the record is not edited: the menus grey every command
+// that changes it, and the board refuses moves and position setting.
+#include "engine/solve_driver.h"
+
+#include <QObject>
+#include <QString>
+
+#include <atomic>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+class QTimer;
+
+namespace zorvane {
+
+class BoardController;
+class MainWindow;
+class WindowServices;
+
+class SolveController : public QObject {
+    Q_OBJECT
+public:
+    SolveController(WindowServices& window, BoardController& board, QObject* parent = nullptr);
+    // Stops every run and waits for its thread. Destroy it before the window's list of problems.
+    ~SolveController() override;
+
+    // Takes the window's solve commands, its stop-all on opening and closing,
+    // and fills its progress panel at every refresh.
+    void attachTo(MainWindow& window);
+
+    // The solve commands: 140 (and F5) solve, 141 all solutions, 142 stop, 143
+    // pause, 169 pause one thread, 144 resume, 152/153 best defence, 164 the
+    // whole main variant, 677/679 with the heuristics dialog.
+    void dispatch(int id);
+    void StartSolving(bool allSolutions);
+    void StopSolving();
+    void StopAllSolving();
+    void PauseOrResume(bool oneThread);
+    void ResumeSolving();
+    int CountRunningSolves() const;
+
+    // The progress panel's text for the current problem, empty without a run.
+    QString progressText() const;
+    // The text of the last finished run of the current problem, for the panel.
+    QString lastResultText() const;
+
+signals:
+    // A run ended and its outcome has been shown.
+    void solveFinished(int problemId);
+
+private:
+    struct Run;
+    // Which thread a start command runs, by what the board shows.
+    enum class Road { Main, FromPosition, BestDefence, Analyse, None };
+    Road roadOf(const TChessProblem& problem, int& plies, const TChessboard*& position) const;
+    void start(TChessProblem& problem, Road road, int plies, const TChessboard* position, bool allSolutions);
+    void finish(int32_t id);
+    void stop(Run& run);
+    void tell(const QString& title, const QString& text);
+    QString tr3(const wchar_t* polish, const wchar_t* english, const wchar_t* ukrainian) const;
+
+    WindowServices& m_window;
+    BoardController& m_board;
+    std::map<int32_t, std::unique_ptr<Run>> m_runs;
+    std::map<int32_t, QString> m_lastResults;
+};
+
+} // namespace zorvane

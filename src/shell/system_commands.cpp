@@ -1,0 +1,113 @@
+#include "shell/system_commands.h"
+
+#include "shell/command_table.h"
+#include "shell/process_control.h"
+#include "shell/startup.h"
+#include "shell/window_services.h"
+
+#include <QDesktopServices>
+#include <QUrl>
+
+#include <filesystem>
+
+namespace zorvane {
+
+namespace {
+
+constexpr int PRIORITY_CLASSES[] = {PRIORITY_HIGH, PRIORITY_ABOVE_NORMAL, PRIORITY_NORMAL,
+                                    PRIORITY_BELOW_NORMAL, PRIORITY_LOW};
+constexpr int MAX_THREADS = 64;
+
+} // namespace
+
+SystemCommands::SystemCommands(WindowServices& window, QObject* parent)
+    : QObject(parent), m_window(window), m_knownMask(ProcessAffinityMask()) {}
+
+bool SystemCommands::dispatch(int id) {
+    if (id >= 200 && id <= 204) {
+        setPriority(id);
+        return true;
+    }
+    if (id >= FIRST_AFFINITY_COMMAND && id <= LAST_AFFINITY_COMMAND) {
+        toggleProcessor(id - FIRST_AFFINITY_COMMAND);
+        return true;
+    }
+    switch (id) {
+    case 165:
+        askThreads();
+        return true;
+    case 185:
+        about();
+        return true;
+    case 187:
+        openDataFile("readme.txt");
+        return true;
+    case 198:
+        openDataFile("manual.png");
+        return true;
+    default:
+        return false;
+    }
+}
+
+void SystemCommands::setPriority(int id) {
+    // Raising the priority may be refused without privileges; the menu then shows what holds.
+    SetProcessPriorityClass(PRIORITY_CLASSES[id - 200]);
+}
+
+void SystemCommands::toggleProcessor(int cpu) {
+    const uint64_t mask = ProcessAffinityMask();
+    if (mask != m_knownMask) {
+        m_knownMask = mask;
+        m_window.prompts().message(
+            m_window.title(MessageTitle::Information),
+            m_window.tr3(L"Ustawienia zostały zmienione poza programem.\nObowiązują ustawienia bieżące.",
+                         L"Settings were changed outside the program.\nThe current settings are taken over.",
+                         L"Налаштування було змінено поза програмою.\nЗастосовано поточні налаштування."),
+            PromptIcon::Information);
+        return;
+    }
+    // The last processor cannot be taken away.
+    if (SetProcessAffinityMask(mask ^ (uint64_t{1} << cpu))) m_knownMask = ProcessAffinityMask();
+}
+
+void SystemCommands::askThreads() {
+    ThreadDefaults& threads = m_window.threadSettings();
+    const auto count = m_window.prompts().askNumber(m_window.tr3(L"Wątki", L"Threads", L"Потоки"),
+                                                    m_window.tr3(L"Liczba wątków silnika (pierwszy ruch):",
+                                                                 L"Number of engine threads (1st move):",
+                                                                 L"Кількість потоків рушія (перший хід):"),
+                                                    threads.threads, 1, MAX_THREADS);
+    if (count) threads.threads = *count;
+}
+
+void SystemCommands::about() {
+    m_window.prompts().message(
+        m_window.tr3(L"O programie", L"About", L"Про програму"),
+        QStringLiteral("Zorvane ") + QString::fromLatin1(ProgramVersion()) + "\n" +
+            m_window.tr3(L"Program do rozwiązywania ortodoksyjnych problemów szachowych (maty w n ruchach).",
+                         L"A solver of orthodox chess problems (mates in n moves).",
+                         L"Програма для розв'язування ортодоксальних шахових задач (мати в n ходів)."),
+        PromptIcon::Information);
+}
+
+void SystemCommands::openDataFile(const char* name) {
+    const std::filesystem::path path = m_window.dataDirectory() / name;
+    const QString file = QString::fromStdWString(path.wstring());
+    std::error_code error;
+    if (!std::filesystem::exists(path, error)) {
+        m_window.prompts().message(
+            m_window.title(MessageTitle::Error),
+            m_window.tr3(L"Nie znaleziono pliku: ", L"File not found: ", L"Файл не знайдено: ") + file,
+            PromptIcon::Error);
+        return;
+    }
+    if (!QDesktopServices::openUrl(QUrl::fromLocalFile(file)))
+        m_window.prompts().message(m_window.title(MessageTitle::Error),
+                                   m_window.tr3(L"Nie można otworzyć pliku: ", L"Cannot open file: ",
+                                                L"Не вдається відкрити файл: ") +
+                                       file,
+                                   PromptIcon::Error);
+}
+
+} // namespace zorvane

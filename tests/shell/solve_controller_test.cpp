@@ -1,0 +1,140 @@
+// Solving from the window: F5 on a problem, the result box, stop, pause,
+// starting twice, and closing with a solve running.
+#include "shell/board_controller.h"
+#include "shell/solve_controller.h"
+#include "window_session.h"
+
+#include <QLabel>
+#include <QSignalSpy>
+
+#include <chrono>
+
+using namespace zorvane;
+
+namespace {
+
+const QString LONG_SEARCH = QStringLiteral(ZORVANE_SOURCE_DIR "/tests/data/long_search.cp");
+
+// The window with its solving runs attached, as the program wires them.
+struct SolvingSession : Session {
+    std::unique_ptr<SolveController> solving;
+    void attach() {
+        solving = std::make_unique<SolveController>(*window, window->board());
+        solving->attachTo(*window);
+    }
+    ~SolvingSession() { solving.reset(); }
+};
+
+void startLong(SolvingSession& s) {
+    QFile::copy(LONG_SEARCH, s.path(QStringLiteral("long.cp")));
+    QFile(s.path(QStringLiteral("long.cp"))).setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+    start(s, s.path(QStringLiteral("long.cp")));
+    s.attach();
+}
+
+} // namespace
+
+class SolveControllerTest : public QObject {
+    Q_OBJECT
+private slots:
+    void f5SolvesATwoMoverAndShowsTheResult() {
+        SolvingSession s;
+        startOnSample(s);
+        s.attach();
+        s.window->DispatchCommand(145); // problem 2, the #2
+        QCOMPARE(s.current(), 2);
+        QVERIFY(s.enabled(140));
+        QSignalSpy finished(s.solving.get(), &SolveController::solveFinished);
+        QTest::keyClick(s.window.get(), Qt::Key_F5);
+        QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 10000);
+        QVERIFY(!s.prompts.boxes.isEmpty());
+        QVERIFY2(s.prompts.boxes.last().startsWith(QStringLiteral("Mate search result|Kf6-g6 (")),
+                 qPrintable(s.prompts.boxes.last()));
+        QCOMPARE(s.window->runningSolves().count(), 0);
+        // The key is played on the board.
+        QCOMPARE(s.window->problems().Current()->playedPositions.size(), size_t{1});
+    }
+
+    void stopEndsALongSolveWithinASecond() {
+        SolvingSession s;
+        startLong(s);
+        s.window->DispatchCommand(140);
+        QVERIFY(s.window->runningSolves().contains(1));
+        QVERIFY(!s.enabled(140));
+        QVERIFY(s.enabled(142));
+        QTest::qWait(300);
+        const auto stopAt = std::chrono::steady_clock::now();
+        s.window->DispatchCommand(142);
+        QVERIFY(!s.window->runningSolves().contains(1));
+        QVERIFY(std::chrono::steady_clock::now() - stopAt < std::chrono::seconds(1));
+        QVERIFY2(s.prompts.boxes.last().startsWith(
+                     QStringLiteral("Mate search result|Analysis stopped by user\nPositions in temporary register: ")),
+                 qPrintable(s.prompts.boxes.last()));
+    }
+
+    void startingTwiceGivesTheBoxAndTheFirstRunGoesOn() {
+        SolvingSession s;
+        startLong(s);
+        s.window->DispatchCommand(140);
+        s.solving->StartSolving(false);
+        QCOMPARE(s.prompts.boxes.last(),
+                 QStringLiteral("Information|Search for solution of the current problem is pending"));
+        QVERIFY(s.window->runningSolves().contains(1));
+        s.window->DispatchCommand(142);
+    }
+
+    void pauseHoldsTheClockAndResumeGoesOn() {
+        SolvingSession s;
+        startLong(s);
+        s.window->DispatchCommand(140);
+        s.window->DispatchCommand(143);
+        QVERIFY(s.window->runningSolves().isPaused(1));
+        QVERIFY(s.enabled(144));
+        const uint64_t nodes = s.window->problems().Current()->m_nNodes.load();
+        QTest::qWait(400);
+        QVERIFY(s.window->problems().Current()->m_nNodes.load() <= nodes + 1);
+        s.window->DispatchCommand(144);
+        QVERIFY(!s.window->runningSolves().isPaused(1));
+        QTRY_VERIFY_WITH_TIMEOUT(s.window->problems().Current()->m_nNodes.load() > nodes + 1, 5000);
+        s.window->DispatchCommand(142);
+    }
+
+    void theProgressPanelShowsThePass() {
+        SolvingSession s;
+        startLong(s);
+        s.window->DispatchCommand(140);
+        QTRY_VERIFY_WITH_TIMEOUT(s.window->progressPanel()->text().startsWith(QStringLiteral("Pass ")), 3000);
+        s.window->DispatchCommand(142);
+    }
+
+    void closingWithARunningSolveAsksAndStopsIt() {
+        SolvingSession s;
+        startLong(s);
+        s.window->DispatchCommand(140);
+        s.prompts.answers.push_back(Answer::Yes);
+        QVERIFY(s.window->close());
+        QVERIFY(s.prompts.boxes.contains(QStringLiteral(
+            "Question|Search for solution is pending for 1 problem(s).\nAre you sure you want to quit?")));
+        QCOMPARE(s.window->runningSolves().count(), 0);
+    }
+
+    void aSolveLeftBehindReportsWithItsNumber() {
+        SolvingSession s;
+        startOnSample(s);
+        s.attach();
+        s.window->DispatchCommand(160); // the last problem, the #5
+        const int solved = s.current();
+        QSignalSpy finished(s.solving.get(), &SolveController::solveFinished);
+        s.window->DispatchCommand(141);
+        s.prompts.answers.push_back(Answer::No); // do not stop it
+        s.window->DispatchCommand(159);          // away to the first while it runs
+        QCOMPARE(s.current(), 1);
+        QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 20000);
+        QVERIFY2(s.prompts.boxes.last().startsWith(QStringLiteral("Mate search result|5 solution(s) found of the problem ") +
+                                                   QString::number(solved)),
+                 qPrintable(s.prompts.boxes.last()));
+    }
+};
+
+QTEST_MAIN(SolveControllerTest)
+#include "solve_controller_test.moc"
