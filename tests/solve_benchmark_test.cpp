@@ -7,7 +7,7 @@
 namespace zorvane {
 namespace {
 
-constexpr uint64_t EXPECTED_NODES = 1939798;
+constexpr uint64_t EXPECTED_NODES = 1935573;
 
 TEST(SolveBenchmark, KeysAndNodeSignature) {
     if (!CorpusPresent()) GTEST_SKIP() << "corpus not found at " << CORPUS << " (../shared is absent)";
