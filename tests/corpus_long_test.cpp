@@ -1,7 +1,7 @@
-// The five- and six-movers of the corpus: about forty seconds and four
-// minutes on this machine, so they have a test program of their own that ctest
-// runs beside the others. The six-movers need the temporary register, which the
-// proof uses from ten plies on; the seven- and eight-movers wait for move ordering.
+// The five- and six-movers of the corpus: some ten and forty seconds on this
+// machine, so they have a test program of their own that ctest runs beside the
+// others. The six-movers need the temporary register, which the solve uses
+// from ten plies on.
 #include "corpus_solving.h"
 
 namespace zorvane {

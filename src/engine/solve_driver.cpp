@@ -64,12 +64,12 @@ void prepareRegister(TChessProblem& problem, int plies, const SolveOptions& opti
     const uint32_t buckets = RegisterBucketCount(static_cast<uint16_t>(plies));
     if (!problem.m_pRegister) {
         problem.m_pRegister = std::make_unique<TProblemRegister>(buckets);
-        problem.m_pRegister->SetMemoryLimit(REGISTER_MEMORY_LIMIT);
     } else if (problem.m_pRegister->BucketCount() != buckets) {
         problem.m_pRegister->Resize(buckets, true);
     } else if (options.clearRegisterOnStart) {
         problem.m_pRegister->Clear(true);
     }
+    problem.m_pRegister->SetMemoryLimit(options.registerMemoryLimit);
 }
 
 // The task check: the side not to move must not stand in check.

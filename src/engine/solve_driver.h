@@ -32,6 +32,7 @@ struct SolveOptions {
     bool passWithoutHeuristics = true;  // pass 2, the one that decides
     bool clearRegisterOnStart = false;  // start with an empty temporary register and no screen pass
     bool useRegister = true;            // the temporary register at all (off to measure it)
+    uint64_t registerMemoryLimit = REGISTER_MEMORY_LIMIT; // bytes; a store beyond it is dropped
     int languageId = 1;
 };
 
