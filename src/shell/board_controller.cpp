@@ -2,11 +2,13 @@
 
 #include "core/chess_exception.h"
 #include "core/thread_context.h"
+#include "engine/solve_texts.h"
 #include "shell/board_geometry.h"
 #include "shell/board_rules.h"
 #include "shell/board_texts.h"
 #include "shell/board_view.h"
 #include "shell/promotion_chooser.h"
+#include "shell/shell_text.h"
 
 #include <algorithm>
 
@@ -37,8 +39,9 @@ int limitMoves(const TChessProblem& problem) {
 
 } // namespace
 
-BoardController::BoardController(BoardView* view, std::function<bool()> solving, QObject* parent)
-    : QObject(parent), m_view(view), m_solving(std::move(solving)), m_prompts(MessageBoxPrompts(view)),
+BoardController::BoardController(BoardView* view, Prompts& prompts, std::function<bool()> solving,
+                                 QObject* parent)
+    : QObject(parent), m_view(view), m_solving(std::move(solving)), m_prompts(prompts),
       m_scratch(std::make_unique<TThreadContext>()) {
     m_choosePromotion = [this](bool white) { return ChoosePromotionByMenu(m_view, m_languageId, white); };
     connect(view, &BoardView::squarePressed, this, &BoardController::onSquarePressed);
@@ -121,7 +124,7 @@ void BoardController::onMoveRequested(int from, int to) {
     }
     // 3. White to move in the start position while the black king is checked.
     if (m_shownIndex == 0 && shown.whiteToMove() && shown.blackInCheck()) {
-        m_prompts.error(ErrorTitle(m_languageId), BoardMessage(m_languageId, BoardText::CheckedAtStart));
+        showError(BoardMessage(m_languageId, BoardText::CheckedAtStart));
         return;
     }
     const uint8_t mover = shown.m_aSquares[from];
@@ -134,13 +137,12 @@ void BoardController::onMoveRequested(int from, int to) {
         move = LegalMoveOnBoard(shown, from, to, kind);
     }
     if (!move) {
-        m_prompts.inform(InformationTitle(m_languageId), BoardMessage(m_languageId, BoardText::IllegalMove));
+        inform(BoardText::IllegalMove);
         return;
     }
     // 5. A mate problem keeps only lines in which White can still mate.
     if (m_problem->type == PROBLEM_DIRECT_MATE && EngineRefusesMove(shown, *move)) {
-        m_prompts.inform(InformationTitle(m_languageId),
-                         BoardMessage(m_languageId, BoardText::EngineRefusesMove));
+        inform(BoardText::EngineRefusesMove);
         return;
     }
     // 6. The move joins the chain; the status says what the new position holds.
@@ -165,9 +167,13 @@ void BoardController::showVerdictOf(const TChessboard& position) {
     case PositionVerdict::NoMate:
         emit statusText(BoardMessage(m_languageId, BoardText::NoMate));
         break;
-    case PositionVerdict::Nothing:
-        emit statusText(QString());
+    case PositionVerdict::Nothing: {
+        const std::string threat = WhiteThreat(*m_problem, position, *m_scratch);
+        emit statusText(threat.empty() ? QString()
+                                       : QString::fromStdWString(ThreatLabel(m_languageId)) +
+                                             QString::fromStdString(threat));
         break;
+    }
     }
 }
 
@@ -184,7 +190,7 @@ void BoardController::step(int delta) {
 
 bool BoardController::refusedWhileSolving() {
     if (!m_solving || !m_solving()) return false;
-    m_prompts.inform(InformationTitle(m_languageId), BoardMessage(m_languageId, BoardText::ToolUnavailable));
+    inform(BoardText::ToolUnavailable);
     return true;
 }
 
@@ -195,7 +201,7 @@ void BoardController::toggleSettingMode() {
 
 bool BoardController::enterSettingMode() {
     if (!m_problem->playedPositions.empty()) {
-        if (!m_prompts.ask(QuestionTitle(m_languageId), BoardMessage(m_languageId, BoardText::StartEditing)))
+        if (!confirm(MessageTitle::Question, BoardMessage(m_languageId, BoardText::StartEditing)))
             return false;
         m_problem->playedPositions.clear();
     }
@@ -214,21 +220,20 @@ bool BoardController::leaveSettingMode() {
     try {
         SetupChessboard(start, true);
     } catch (const ChessException& e) {
-        m_prompts.error(ErrorTitle(m_languageId), SetupFaultMessage(m_languageId, e.what()));
+        showError(SetupFaultMessage(m_languageId, e.what()));
         return false;
     }
     // 2. The side not to move may not stand in check.
     if (start.whiteToMove() ? start.blackInCheck() : start.whiteInCheck()) {
         const BoardText text =
             start.whiteToMove() ? BoardText::BlackKingCheckedAtStart : BoardText::WhiteKingCheckedAtStart;
-        m_prompts.error(ErrorTitle(m_languageId), BoardMessage(m_languageId, text));
+        showError(BoardMessage(m_languageId, text));
         return false;
     }
     // 3. Beyond nine queens and pawns of a colour the move lists may overflow.
     if (TooManyQueensAndPawns(start) &&
-        !m_prompts.ask(WarningTitle(m_languageId),
-                       BoardMessage(m_languageId, BoardText::TooManyQueensAndPawns) +
-                           BoardMessage(m_languageId, BoardText::ContinueAnyway)))
+        !confirm(MessageTitle::Warning, BoardMessage(m_languageId, BoardText::TooManyQueensAndPawns) +
+                                            BoardMessage(m_languageId, BoardText::ContinueAnyway)))
         return false;
     m_problem->startPosition = start;
     m_settingMode = false;
@@ -251,7 +256,7 @@ void BoardController::onPaletteClicked(int column, bool white) {
         m_selectedFigure =
             static_cast<uint8_t>(board_geometry::ColumnToPiece(column) | (white ? WHITE : BLACK));
     } catch (const ChessException& e) {
-        m_prompts.error(ErrorTitle(m_languageId), QString::fromStdString(e.what()));
+        showError(QString::fromStdString(e.what()));
         return;
     }
     m_view->setSelectedFigure(m_selectedFigure);
@@ -268,8 +273,7 @@ void BoardController::onStipulationArrow(int delta) {
 void BoardController::changeStipulation(int delta) {
     if (!m_problem || refusedWhileSolving()) return;
     if (!m_settingMode) {
-        m_prompts.inform(InformationTitle(m_languageId),
-                         BoardMessage(m_languageId, BoardText::StipulationToolUnavailable));
+        inform(BoardText::StipulationToolUnavailable);
         return;
     }
     if (m_editor.ChangeStipulation(*m_problem, delta)) changed();
@@ -278,6 +282,22 @@ void BoardController::changeStipulation(int delta) {
 void BoardController::undoOrRedo(bool undo) {
     if (!m_problem || !m_settingMode || refusedWhileSolving()) return;
     if (undo ? m_editor.Undo(*m_problem) : m_editor.Redo(*m_problem)) changed();
+}
+
+// ---- Boxes.
+
+void BoardController::inform(BoardText text) {
+    m_prompts.message(TitleText(m_languageId, MessageTitle::Information), BoardMessage(m_languageId, text),
+                      PromptIcon::Information);
+}
+
+void BoardController::showError(const QString& text) {
+    m_prompts.message(TitleText(m_languageId, MessageTitle::Error), text, PromptIcon::Error);
+}
+
+bool BoardController::confirm(MessageTitle title, const QString& text) {
+    const PromptIcon icon = title == MessageTitle::Warning ? PromptIcon::Warning : PromptIcon::Question;
+    return m_prompts.ask(TitleText(m_languageId, title), text, Buttons::YesNo, icon) == Answer::Yes;
 }
 
 // ---- The view.

@@ -4,9 +4,11 @@
 // forth along it, and runs position-setting mode with its undo and redo.
 //
 // Use from the main window:
-//   BoardController(BoardView* view, std::function<bool()> solving, QObject* parent)
-//       `solving` tells whether a solve runs on the current problem; moves,
-//       position setting and stipulation changes are refused meanwhile.
+//   BoardController(BoardView* view, Prompts& prompts, std::function<bool()> solving, QObject* parent)
+//       The boxes and questions go through `prompts`, which outlives the
+//       controller. `solving` tells whether a solve runs on the current
+//       problem; moves, position setting and stipulation changes are refused
+//       meanwhile.
 //   void setProblem(TChessProblem* problem)
 //       Shows the problem's last position; call it again after anything else
 //       changed the problem or its chain. Leaves setting mode without the
@@ -19,16 +21,19 @@
 //   const TChessboard* shownPosition() const   the board on screen, nullptr without a problem
 //   bool canUndo() const, bool canRedo() const   for the menu state
 //   void setLanguage(int languageId)
-//   void setPrompts(ShellPrompts), void setPromotionChooser(PromotionChooser)
-//       Message boxes and a menu by default; tests answer them.
+//   void setPromotionChooser(PromotionChooser)
+//       A menu by default; tests answer it.
 // Signals:
-//   statusText(QString)  the status line after a move
+//   statusText(QString)  the status line after a move: what the position holds,
+//                        or White's threat when Black is to move
 //   positionChanged()    the shown position, the start position or the problem's
 //                        stipulation, tags or variants changed
 #include "core/chessboard.h"
+#include "options/localized_text.h"
 #include "problems/chess_problem.h"
+#include "shell/board_texts.h"
 #include "shell/position_setting.h"
-#include "shell/shell_prompts.h"
+#include "shell/prompts.h"
 
 #include <QObject>
 #include <QString>
@@ -62,7 +67,8 @@ class BoardController : public QObject {
     // The figure a pawn becomes: a kind, or 0 to give the move up.
     using PromotionChooser = std::function<uint8_t(bool white)>;
 
-    BoardController(BoardView* view, std::function<bool()> solving, QObject* parent = nullptr);
+    BoardController(BoardView* view, Prompts& prompts, std::function<bool()> solving,
+                    QObject* parent = nullptr);
     ~BoardController() override;
 
     void setProblem(TChessProblem* problem);
@@ -73,7 +79,6 @@ class BoardController : public QObject {
     bool canUndo() const { return m_settingMode && m_editor.CanUndo(); }
     bool canRedo() const { return m_settingMode && m_editor.CanRedo(); }
     void setLanguage(int languageId);
-    void setPrompts(ShellPrompts prompts) { m_prompts = std::move(prompts); }
     void setPromotionChooser(PromotionChooser chooser) { m_choosePromotion = std::move(chooser); }
 
   signals:
@@ -95,6 +100,10 @@ class BoardController : public QObject {
     // Whether a running solve forbids changing the position; says so if it does.
     bool refusedWhileSolving();
     void showVerdictOf(const TChessboard& position);
+    void inform(BoardText text);
+    void showError(const QString& text);
+    // A Yes/No question under `title`; true for Yes.
+    bool confirm(MessageTitle title, const QString& text);
     void refreshView();
     void changed();
 
@@ -108,9 +117,9 @@ class BoardController : public QObject {
     uint8_t m_selectedFigure = 0;
     int m_languageId = 1;
     PositionEditor m_editor;
-    ShellPrompts m_prompts;
+    Prompts& m_prompts;
     PromotionChooser m_choosePromotion;
-    // The search context of the mate-in-one test of the status line.
+    // The search context of the mate and threat tests of the status line.
     std::unique_ptr<TThreadContext> m_scratch;
 };
 

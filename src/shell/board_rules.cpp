@@ -5,6 +5,7 @@
 #include "core/thread_context.h"
 #include "engine/find_mate.h"
 #include "engine/register_eligibility.h"
+#include "engine/threats.h"
 #include "problems/notation.h"
 #include "registers/temporary_register.h"
 
@@ -43,6 +44,14 @@ bool playsFrom(const TVariant& variant, const TChessboard& start) {
         line.push_back(child);
     }
     return true;
+}
+
+// A copy of `position` that the engine's searches can run on.
+TChessboard searchable(TChessProblem& problem, const TChessboard& position, TThreadContext& scratch) {
+    TChessboard probe = position;
+    probe.m_pThread = &scratch;
+    probe.m_pProblem = &problem;
+    return probe;
 }
 
 } // namespace
@@ -109,9 +118,7 @@ PositionJudgement JudgePosition(TChessProblem& problem, const TChessboard& posit
     if (!white) return {};
 
     // 1. A mate at once, by the engine's own test.
-    TChessboard probe = position;
-    probe.m_pThread = &scratch;
-    probe.m_pProblem = &problem;
+    TChessboard probe = searchable(problem, position, scratch);
     probe.m_shPliesLeft = probe.m_shPliesTotal = 1;
     if (FindMateInOne(probe)) return {PositionVerdict::MateInOne, 1};
 
@@ -123,6 +130,16 @@ PositionJudgement JudgePosition(TChessProblem& problem, const TChessboard& posit
             return {PositionVerdict::TemporaryRegisterMate, (moves.MovesMate + 1) / 2};
     }
     return {};
+}
+
+std::string WhiteThreat(TChessProblem& problem, const TChessboard& position, TThreadContext& scratch) {
+    // In a selfmate White's own mate is no threat.
+    if (position.whiteToMove() || problem.type == PROBLEM_SELFMATE) return {};
+    // A finished solve may have left its stop word, which would cut the test short.
+    problem.SetCommand(COMMAND_RUN);
+    const std::vector<std::string> threats =
+        FindThreats(searchable(problem, position, scratch), position.m_shPliesLeft / 2);
+    return threats.empty() ? std::string() : threats.front();
 }
 
 bool TooManyQueensAndPawns(const TChessboard& position) {

@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <optional>
+#include <string>
 
 namespace zorvane {
 
@@ -41,6 +42,12 @@ struct PositionJudgement {
 // search context of the mate-in-one test; the problem's temporary register is
 // asked when there is one.
 PositionJudgement JudgePosition(TChessProblem& problem, const TChessboard& position, TThreadContext& scratch);
+
+// With Black to move, White's first threat within the moves left (long
+// notation), empty when there is none or the problem is a selfmate. `scratch`
+// is the search context of the test. No solve may run on the problem: a stop
+// word that the last one left is taken back.
+std::string WhiteThreat(TChessProblem& problem, const TChessboard& position, TThreadContext& scratch);
 
 // More than nine queens and pawns of one colour.
 bool TooManyQueensAndPawns(const TChessboard& position);

@@ -115,23 +115,12 @@ void MainWindow::buildWindow() {
     setCentralWidget(central);
 
     m_board = new BoardController(
-        m_boardView,
+        m_boardView, m_prompts,
         [this] {
             const TChessProblem* problem = m_problems->Current();
             return problem && m_running.contains(problem->id);
         },
         this);
-    ShellPrompts boardPrompts;
-    boardPrompts.inform = [this](const QString& title, const QString& text) {
-        m_prompts.message(title, text, PromptIcon::Information);
-    };
-    boardPrompts.error = [this](const QString& title, const QString& text) {
-        m_prompts.message(title, text, PromptIcon::Error);
-    };
-    boardPrompts.ask = [this](const QString& title, const QString& text) {
-        return m_prompts.ask(title, text, Buttons::YesNo, PromptIcon::Question) == Answer::Yes;
-    };
-    m_board->setPrompts(boardPrompts);
     connect(m_board, &BoardController::statusText, this, &MainWindow::showStatus);
     connect(m_board, &BoardController::positionChanged, this, &MainWindow::refreshProblemText);
     retranslate();

@@ -1,11 +1,13 @@
 #include "shell/solve_controller.h"
 
 #include "core/chess_exception.h"
+#include "options/memory_limit.h"
 #include "problems/notation.h"
 #include "registers/temporary_register.h"
 #include "shell/app_log.h"
 #include "shell/board_controller.h"
 #include "shell/main_window.h"
+#include "shell/process_control.h"
 #include "shell/window_services.h"
 
 #include <QCoreApplication>
@@ -98,6 +100,13 @@ void SolveController::tell(const QString& title, const QString& text) {
     m_window.prompts().message(title, text, PromptIcon::Information);
 }
 
+void SolveController::notYetAvailable(const wchar_t* polish, const wchar_t* english, const wchar_t* ukrainian) {
+    tell(m_window.title(MessageTitle::Information),
+         tr3(polish, english, ukrainian) +
+             tr3(L" – ta funkcja nie jest jeszcze dostępna w tej wersji programu.", L" is not available in this version yet.",
+                 L" у цій версії ще недоступний."));
+}
+
 void SolveController::dispatch(int id) {
     switch (id) {
     case 140: {
@@ -115,23 +124,16 @@ void SolveController::dispatch(int id) {
     case 144: ResumeSolving(); return;
     case 152:
     case 153:
-        tell(m_window.title(MessageTitle::Information),
-             tr3(L"Szukanie najlepszej obrony czarnych nie jest jeszcze dostępne w tej wersji programu.",
-                 L"The search for Black's best defence is not available in this version yet.",
-                 L"Пошук найкращого захисту чорних у цій версії ще недоступний."));
+        notYetAvailable(L"Szukanie najlepszej obrony czarnych", L"The search for Black's best defence",
+                        L"Пошук найкращого захисту чорних");
         return;
     case 164:
-        tell(m_window.title(MessageTitle::Information),
-             tr3(L"Pokazywanie całego wariantu głównego nie jest jeszcze dostępne w tej wersji programu.",
-                 L"Showing the whole main variant is not available in this version yet.",
-                 L"Показ усього головного варіанта у цій версії ще недоступний."));
+        notYetAvailable(L"Pokazywanie całego wariantu głównego", L"Showing the whole main variant",
+                        L"Показ усього головного варіанта");
         return;
     case 677:
     case 679:
-        tell(m_window.title(MessageTitle::Information),
-             tr3(L"Wybór heurystyk nie jest jeszcze dostępny w tej wersji programu.",
-                 L"The selection of heuristics is not available in this version yet.",
-                 L"Вибір евристик у цій версії ще недоступний."));
+        notYetAvailable(L"Wybór heurystyk", L"The selection of heuristics", L"Вибір евристик");
         return;
     default: return;
     }
@@ -184,10 +186,8 @@ void SolveController::StartSolving(bool allSolutions) {
         return;
     }
     if (road == Road::Analyse) {
-        tell(m_window.title(MessageTitle::Information),
-             tr3(L"Analiza pozycji bez warunku nie jest jeszcze dostępna w tej wersji programu.",
-                 L"The analysis of a position without stipulation is not available in this version yet.",
-                 L"Аналіз позиції без умови у цій версії ще недоступний."));
+        notYetAvailable(L"Analiza pozycji bez warunku", L"The analysis of a position without stipulation",
+                        L"Аналіз позиції без умови");
         return;
     }
     start(*problem, road, plies, position, allSolutions);
@@ -205,6 +205,10 @@ void SolveController::start(TChessProblem& problem, Road road, int plies, const 
     run->options.allSolutions = allSolutions;
     run->options.clearRegisterOnStart = options.ClearRegisterOnStartSolving;
     run->options.languageId = options.LanguageId;
+    // The temporary register may take its share of the machine's memory; when
+    // the size is unknown, the driver's own limit stands.
+    if (const uint64_t physical = PhysicalMemoryBytes())
+        run->options.registerMemoryLimit = TempRegLimitMb(physical, options.MaxMemRatioForTempReg) * 1024 * 1024;
     // 4. A register of an earlier solve goes first when the option says so.
     if (options.ClearRegisterOnStartSolving && problem.m_pRegister) {
         m_window.showStatus(tr3(L"Usuwanie danych tymczasowych z pamięci...\n(opcja czyszczenia tych danych przy "
@@ -362,8 +366,9 @@ QString SolveController::progressText() const {
                                      total ? 100.0 * std::max(begun - 1, 0) / total : 0.0) +
                    counterText(problem->m_nNodes.load()) + "  " + elapsedText(run.seconds);
     if (problem->m_bSafeMode) text += "  Safe mode ON ";
-    std::lock_guard<std::mutex> guard(run.lock);
-    if (!run.found.empty()) {
+    // The window never waits for an engine thread: a busy list is shown at the next tick.
+    std::unique_lock<std::mutex> guard(run.lock, std::try_to_lock);
+    if (guard.owns_lock() && !run.found.empty()) {
         text += "\n" + tr3(L"Dotychczas znalezione rozwiązania: ", L"Solutions found so far: ",
                            L"Знайдені досі розв'язки: ");
         for (size_t i = 0; i < run.found.size(); ++i)

@@ -69,6 +69,8 @@ private:
     void finish(int32_t id);
     void stop(Run& run);
     void tell(const QString& title, const QString& text);
+    // The box of a kind of run whose engine is not built yet: "<what> is not available in this version yet."
+    void notYetAvailable(const wchar_t* polish, const wchar_t* english, const wchar_t* ukrainian);
     QString tr3(const wchar_t* polish, const wchar_t* english, const wchar_t* ukrainian) const;
 
     WindowServices& m_window;

@@ -1,9 +1,11 @@
 // The board controller driven through the real view with the mouse: moves and
-// their messages, promotion, the chain of positions, position-setting mode with
-// its palette, stipulation arrows, undo and redo, and the checks on leaving it.
+// their messages, White's threats, promotion, the chain of positions,
+// position-setting mode with its palette, stipulation arrows, undo and redo,
+// and the checks on leaving it.
 #include "../test_squares.h"
 #include "core/fen.h"
 #include "registers/temporary_register.h"
+#include "scripted_prompts.h"
 #include "shell/board_controller.h"
 #include "shell/board_geometry.h"
 #include "shell/board_view.h"
@@ -53,20 +55,12 @@ class BoardControllerTest : public QObject {
   private slots:
     void init() {
         solving = false;
-        boxes.clear();
-        answers.clear();
+        prompts.boxes.clear();
+        prompts.answers.clear();
         promotions.clear();
         chosenPromotion = KIND_QUEEN;
         view = std::make_unique<BoardView>();
-        controller = std::make_unique<BoardController>(view.get(), [this] { return solving; });
-        ShellPrompts prompts;
-        prompts.inform = [this](const QString& title, const QString& text) { boxes << title + "|" + text; };
-        prompts.error = prompts.inform;
-        prompts.ask = [this](const QString& title, const QString& text) {
-            boxes << title + "|" + text;
-            return answers.empty() ? true : answers.takeFirst();
-        };
-        controller->setPrompts(prompts);
+        controller = std::make_unique<BoardController>(view.get(), prompts, [this] { return solving; });
         controller->setPromotionChooser([this](bool white) {
             promotions << white;
             return chosenPromotion;
@@ -97,26 +91,26 @@ class BoardControllerTest : public QObject {
         QCOMPARE(lastStatus(), QStringLiteral("#1 in current position"));
         QCOMPARE(controller->shownPosition(), &problem->playedPositions.back());
         QCOMPARE(changes->count(), 2);
-        QVERIFY(boxes.isEmpty());
+        QVERIFY(prompts.boxes.isEmpty());
     }
 
     void illegalMoveIsRefusedWithABox() {
         load("5k2/8/5K2/8/8/8/8/4R3", 2);
         drag("e1", "f2");
-        QCOMPARE(boxes, QStringList{ILLEGAL});
+        QCOMPARE(prompts.boxes, QStringList{ILLEGAL});
         QVERIFY(problem->playedPositions.empty());
         QCOMPARE(status->count(), 0);
         // A king's long step is no castling unless it is one.
         load("4k3/8/8/8/8/8/8/R2K3R", 2);
         drag("d1", "f1");
-        QCOMPARE(boxes, QStringList{ILLEGAL});
+        QCOMPARE(prompts.boxes, QStringList{ILLEGAL});
         QVERIFY(problem->playedPositions.empty());
     }
 
     void castlingByDraggingTheKing() {
         load("4k3/8/8/8/8/8/8/R3K2R", 2);
         drag("e1", "g1");
-        QVERIFY(boxes.isEmpty());
+        QVERIFY(prompts.boxes.isEmpty());
         QCOMPARE(problem->playedPositions.back().m_aSquares[sq("f1")], WR);
         QCOMPARE(problem->playedPositions.back().m_aSquares[sq("g1")], WK);
     }
@@ -125,7 +119,7 @@ class BoardControllerTest : public QObject {
         load("5k2/8/5K2/8/8/8/8/4R3", 2);
         controller->setLanguage(0);
         drag("e1", "f2");
-        QCOMPARE(boxes, QStringList{QStringLiteral("Informacja|Niedozwolony ruch")});
+        QCOMPARE(prompts.boxes, QStringList{QStringLiteral("Informacja|Niedozwolony ruch")});
     }
 
     void promotionAsksTheChooser() {
@@ -135,7 +129,7 @@ class BoardControllerTest : public QObject {
         QCOMPARE(promotions, QList<bool>{true});
         QCOMPARE(problem->playedPositions.size(), size_t{1});
         QCOMPARE(problem->playedPositions.back().m_aSquares[sq("a8")], WN);
-        QVERIFY(boxes.isEmpty());
+        QVERIFY(prompts.boxes.isEmpty());
     }
 
     void promotionGivenUpMakesNoMove() {
@@ -144,7 +138,7 @@ class BoardControllerTest : public QObject {
         drag("a7", "a8");
         QCOMPARE(promotions.size(), qsizetype{1});
         QVERIFY(problem->playedPositions.empty());
-        QVERIFY(boxes.isEmpty());
+        QVERIFY(prompts.boxes.isEmpty());
     }
 
     void rotatedViewPlaysOnTheTurnedBoard() {
@@ -161,10 +155,10 @@ class BoardControllerTest : public QObject {
         solving = true;
         drag("f6", "g6");
         QVERIFY(problem->playedPositions.empty());
-        QVERIFY(boxes.isEmpty());
+        QVERIFY(prompts.boxes.isEmpty());
         QCOMPARE(status->count(), 0);
         controller->dispatch(BoardController::SettingMode);
-        QCOMPARE(boxes, QStringList{UNAVAILABLE});
+        QCOMPARE(prompts.boxes, QStringList{UNAVAILABLE});
         QVERIFY(!controller->isSettingMode());
     }
 
@@ -180,15 +174,16 @@ class BoardControllerTest : public QObject {
     void blackKingInCheckAtTheStart() {
         load("4k3/8/8/8/8/8/8/4RK2", 2);
         drag("f1", "f2");
-        QCOMPARE(boxes, QStringList{QStringLiteral(
-                            "Error|Invalid position: Black king cannot be checked in starting position.")});
+        QCOMPARE(prompts.boxes,
+                 QStringList{QStringLiteral(
+                     "Error|Invalid position: Black king cannot be checked in starting position.")});
         QVERIFY(problem->playedPositions.empty());
     }
 
     void engineRefusesAMoveThatLeavesNoMate() {
         load("7k/8/8/8/8/8/1p6/2B2K2", 3);
         drag("c1", "b2");
-        QCOMPARE(boxes, QStringList{REFUSED});
+        QCOMPARE(prompts.boxes, QStringList{REFUSED});
         QVERIFY(problem->playedPositions.empty());
         // Without a stipulation the move is made, and the status tells why it was refused above.
         load("7k/8/8/8/8/8/1p6/2B2K2", 3, PROBLEM_POSITION);
@@ -203,7 +198,7 @@ class BoardControllerTest : public QObject {
         problem->startPosition.m_shPliesLeft = problem->startPosition.m_shPliesTotal = 4;
         controller->setProblem(problem.get());
         drag("a8", "a1");
-        QCOMPARE(boxes, QStringList{REFUSED});
+        QCOMPARE(prompts.boxes, QStringList{REFUSED});
         QVERIFY(problem->playedPositions.empty());
         drag("a8", "a2");
         QCOMPARE(problem->playedPositions.size(), size_t{1});
@@ -227,6 +222,39 @@ class BoardControllerTest : public QObject {
         // Another line reaches a position the register does not know.
         controller->dispatch(BoardController::MoveBack);
         drag("a8", "b8");
+        QCOMPARE(lastStatus(), QString());
+    }
+
+    void whiteThreatAfterAMoveOfWhite() {
+        load("7k/8/8/6K1/8/8/8/R7", 2);
+        drag("g5", "g6");
+        QCOMPARE(lastStatus(), QStringLiteral("threat: Ra1-a8"));
+        controller->setLanguage(0);
+        controller->dispatch(BoardController::MoveBack);
+        drag("g5", "g6");
+        QCOMPARE(lastStatus(), QStringLiteral("groźba: Ra1-a8"));
+        // Black's answer leaves White to move: the mate itself is told.
+        drag("h8", "g8");
+        QCOMPARE(lastStatus(), QStringLiteral("#1 w bieżącej pozycji"));
+        QVERIFY(prompts.boxes.isEmpty());
+    }
+
+    void threatOfMateInTwoAfterAStoppedSolve() {
+        load("7k/8/5K2/8/8/8/R7/8", 3);
+        // A solve stopped earlier leaves its stop word; the threat test is not cut short by it.
+        problem->SetCommand(COMMAND_STOP);
+        drag("a2", "a1");
+        QCOMPARE(lastStatus(), QStringLiteral("threat: Kf6-f7"));
+    }
+
+    void noThreatWhereItCannotBe() {
+        // White's mate is no threat in a selfmate.
+        load("7k/8/8/6K1/8/8/8/R7", 2, PROBLEM_SELFMATE);
+        drag("g5", "g6");
+        QCOMPARE(lastStatus(), QString());
+        // With one move of the stipulation the key spends it.
+        load("7k/8/8/6K1/8/8/8/R7", 1);
+        drag("g5", "g6");
         QCOMPARE(lastStatus(), QString());
     }
 
@@ -260,12 +288,13 @@ class BoardControllerTest : public QObject {
     void enteringWithMovesAsksFirst() {
         load("5k2/8/5K2/8/8/8/8/4R3", 2);
         drag("f6", "g6");
-        answers << false;
+        prompts.answers = {Answer::No, Answer::Yes};
         controller->dispatch(BoardController::SettingMode);
-        QCOMPARE(boxes, QStringList{START_EDITING});
+        QCOMPARE(prompts.boxes, QStringList{START_EDITING});
         QVERIFY(!controller->isSettingMode());
         QCOMPARE(problem->playedPositions.size(), size_t{1});
         controller->dispatch(BoardController::SettingMode);
+        QCOMPARE(prompts.boxes, (QStringList{START_EDITING, START_EDITING}));
         QVERIFY(controller->isSettingMode());
         QVERIFY(view->settingMode());
         QVERIFY(problem->playedPositions.empty());
@@ -275,7 +304,7 @@ class BoardControllerTest : public QObject {
     void putRemoveAndTheOtherColour() {
         load("5k2/8/5K2/8/8/8/8/4R3", 2);
         controller->dispatch(BoardController::SettingMode);
-        QVERIFY(boxes.isEmpty());
+        QVERIFY(prompts.boxes.isEmpty());
         QTest::mousePress(view.get(), Qt::LeftButton, {}, paletteCell(1, true)); // white queen
         click("d4", Qt::LeftButton);
         QCOMPARE(problem->startPosition.m_aSquares[sq("d4")], WQ);
@@ -289,7 +318,7 @@ class BoardControllerTest : public QObject {
         click("c5", Qt::LeftButton);
         QCOMPARE(problem->startPosition.m_aSquares[sq("c5")], BP);
         QCOMPARE(problem->startPosition.m_nBlackPawns, uint8_t{1});
-        QVERIFY(boxes.isEmpty());
+        QVERIFY(prompts.boxes.isEmpty());
     }
 
     void rotatedViewPutsOnH8FromTheLowerLeft() {
@@ -319,15 +348,15 @@ class BoardControllerTest : public QObject {
         QCOMPARE(problem->stipulationPlies, uint16_t{1});
         controller->dispatch(BoardController::StipulationUpTen);
         QCOMPARE(problem->stipulationMoves(), 11);
-        QVERIFY(boxes.isEmpty());
+        QVERIFY(prompts.boxes.isEmpty());
     }
 
     void stipulationArrowsOutsideTheMode() {
         load("5k2/8/5K2/8/8/8/8/4R3", 2);
         QTest::mousePress(view.get(), Qt::LeftButton, {}, ARROW_UP);
-        QCOMPARE(boxes, QStringList{STIPULATION_TOOL});
+        QCOMPARE(prompts.boxes, QStringList{STIPULATION_TOOL});
         controller->dispatch(BoardController::StipulationDownTen);
-        QCOMPARE(boxes, (QStringList{STIPULATION_TOOL, STIPULATION_TOOL}));
+        QCOMPARE(prompts.boxes, (QStringList{STIPULATION_TOOL, STIPULATION_TOOL}));
         QCOMPARE(problem->stipulationMoves(), 2);
     }
 
@@ -381,12 +410,12 @@ class BoardControllerTest : public QObject {
         QTest::mousePress(view.get(), Qt::LeftButton, {}, paletteCell(0, false)); // black king
         click("f8", Qt::LeftButton);
         controller->dispatch(BoardController::SettingMode);
-        QCOMPARE(boxes, QStringList{QStringLiteral("Error|Illegal number of kings.")});
+        QCOMPARE(prompts.boxes, QStringList{QStringLiteral("Error|Illegal number of kings.")});
         QVERIFY(controller->isSettingMode());
 
         click("e8", Qt::LeftButton); // in check from the rook, White to move
         controller->dispatch(BoardController::SettingMode);
-        QCOMPARE(boxes.last(),
+        QCOMPARE(prompts.boxes.last(),
                  QStringLiteral("Error|Black king cannot be checked in the mate task starting postition."));
         QVERIFY(controller->isSettingMode());
 
@@ -395,13 +424,13 @@ class BoardControllerTest : public QObject {
         QTest::mousePress(view.get(), Qt::LeftButton, {}, paletteCell(5, true));
         click("c8", Qt::LeftButton);
         controller->dispatch(BoardController::SettingMode);
-        QCOMPARE(boxes.last(),
+        QCOMPARE(prompts.boxes.last(),
                  QStringLiteral("Error|Pawns cannot occupy 1st nor 8th line of the chessboard."));
         QVERIFY(controller->isSettingMode());
 
         click("c8", Qt::LeftButton);
         controller->dispatch(BoardController::SettingMode);
-        QCOMPARE(boxes.size(), 3);
+        QCOMPARE(prompts.boxes.size(), 3);
         QVERIFY(!controller->isSettingMode());
         QCOMPARE(problem->startPosition.m_aSquares[sq("a8")], BK);
         QCOMPARE(problem->startPosition.blackKing(), int(sq("a8")));
@@ -410,18 +439,19 @@ class BoardControllerTest : public QObject {
     void tooManyQueensAndPawnsAsks() {
         load("4k3/8/PPPPPPPP/8/8/8/QQ6/4K3", 2);
         controller->dispatch(BoardController::SettingMode);
-        answers << false;
+        prompts.answers = {Answer::No, Answer::Yes};
         controller->dispatch(BoardController::SettingMode);
-        QCOMPARE(boxes, QStringList{TOO_MANY});
+        QCOMPARE(prompts.boxes, QStringList{TOO_MANY});
         QVERIFY(controller->isSettingMode());
         controller->dispatch(BoardController::SettingMode); // yes this time
+        QCOMPARE(prompts.boxes, (QStringList{TOO_MANY, TOO_MANY}));
         QVERIFY(!controller->isSettingMode());
 
         // Nine are no question.
         load("4k3/8/PPPPPPPP/8/8/8/Q7/4K3", 2);
         controller->dispatch(BoardController::SettingMode);
         controller->dispatch(BoardController::SettingMode);
-        QVERIFY(boxes.isEmpty());
+        QVERIFY(prompts.boxes.isEmpty());
         QVERIFY(!controller->isSettingMode());
     }
 
@@ -437,7 +467,7 @@ class BoardControllerTest : public QObject {
         start.m_pProblem = problem.get();
         start.m_shPliesLeft = start.m_shPliesTotal = problem->plies;
         controller->setProblem(problem.get());
-        boxes.clear();
+        prompts.boxes.clear();
     }
 
     QPoint centre(const char* square) const {
@@ -463,8 +493,7 @@ class BoardControllerTest : public QObject {
     std::unique_ptr<QSignalSpy> status;
     std::unique_ptr<QSignalSpy> changes;
     bool solving = false;
-    QStringList boxes;
-    QList<bool> answers;
+    ScriptedPrompts prompts;
     QList<bool> promotions;
     uint8_t chosenPromotion = KIND_QUEEN;
 };

@@ -1,6 +1,9 @@
-// Solving from the window: F5 on a problem, the result box, stop, pause,
-// starting twice, and closing with a solve running.
+// Solving from the window: F5 on a problem, the result box, the register's
+// memory limit, stop, pause, starting twice, and closing with a solve running.
+#include "options/memory_limit.h"
+#include "registers/temporary_register.h"
 #include "shell/board_controller.h"
+#include "shell/process_control.h"
 #include "shell/solve_controller.h"
 #include "window_session.h"
 
@@ -53,6 +56,22 @@ private slots:
         QCOMPARE(s.window->runningSolves().count(), 0);
         // The key is played on the board.
         QCOMPARE(s.window->problems().Current()->playedPositions.size(), size_t{1});
+    }
+
+    void theRegisterTakesTheOptionsShareOfMemory() {
+        SolvingSession s;
+        startOnSample(s);
+        s.attach();
+        s.window->DispatchCommand(145); // problem 2, the #2
+        s.window->options().MaxMemRatioForTempReg = 7;
+        QSignalSpy finished(s.solving.get(), &SolveController::solveFinished);
+        QTest::keyClick(s.window.get(), Qt::Key_F5);
+        QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 10000);
+        const uint64_t physical = PhysicalMemoryBytes();
+        QVERIFY(physical > 0);
+        const TChessProblem* problem = s.window->problems().Current();
+        QVERIFY(problem->m_pRegister);
+        QCOMPARE(problem->m_pRegister->MemoryLimit(), TempRegLimitMb(physical, 7) * 1024 * 1024);
     }
 
     void stopEndsALongSolveWithinASecond() {
