@@ -11,6 +11,10 @@
 #include "shell/window_services.h"
 
 #include <QCoreApplication>
+#include <QGuiApplication>
+#include <QStyle>
+#include <QToolBar>
+#include <QToolButton>
 #include <QLabel>
 #include <QMetaObject>
 #include <QTimer>
@@ -78,9 +82,46 @@ void SolveController::attachTo(MainWindow& window) {
     window.onSolveCommand = [this](int id) { dispatch(id); };
     window.onStopAllSolves = [this] { StopAllSolving(); };
     connect(&window, &MainWindow::refreshTick, this,
-            [this, &window] { window.progressPanel()->setText(progressText()); });
+            [this, &window] {
+                window.progressPanel()->setText(progressText());
+                refreshStartButton();
+            });
     connect(this, &SolveController::solveFinished, &window, [&window] { window.UpdateMenuState(); });
     window.UpdateMenuState();
+    if (auto* bar = window.findChild<QToolBar*>()) {
+        auto* button = new QToolButton(bar);
+        button->setObjectName(QStringLiteral("startButton"));
+        button->setIcon(window.style()->standardIcon(QStyle::SP_MediaPlay));
+        button->setToolTip(tr3(L"Start/stop (prawy klik: znajdź wszystkie rozwiązania/wstrzymaj; +Ctrl: okno wyboru "
+                               L"heurystyk)",
+                               L"Start/stop (right click: find all solutions/pause; +Ctrl: display heuristics selection "
+                               L"dialog)",
+                               L"Старт/стоп (клацання правою кнопкою: знайти всі розв'язки/пауза; +Ctrl: вікно вибору "
+                               L"евристик)"));
+        button->setContextMenuPolicy(Qt::CustomContextMenu);
+        connect(button, &QToolButton::clicked, this,
+                [this] { startButtonClicked(false, QGuiApplication::keyboardModifiers() & Qt::ControlModifier); });
+        connect(button, &QWidget::customContextMenuRequested, this,
+                [this] { startButtonClicked(true, QGuiApplication::keyboardModifiers() & Qt::ControlModifier); });
+        m_startButton = button;
+        bar->addWidget(button);
+    }
+}
+
+void SolveController::startButtonClicked(bool rightButton, bool ctrl) {
+    const TChessProblem* problem = m_window.problems().Current();
+    if (!problem) return;
+    const bool running = m_runs.count(problem->id) != 0;
+    if (!rightButton) dispatch(running ? 142 : 140);
+    else if (running) PauseOrResume(ctrl);
+    else dispatch(ctrl ? 679 : 141);
+}
+
+void SolveController::refreshStartButton() {
+    if (!m_startButton) return;
+    const TChessProblem* problem = m_window.problems().Current();
+    const bool running = problem && m_runs.count(problem->id);
+    m_startButton->setIcon(m_startButton->style()->standardIcon(running ? QStyle::SP_MediaStop : QStyle::SP_MediaPlay));
 }
 
 SolveController::~SolveController() {

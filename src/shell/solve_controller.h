@@ -22,6 +22,7 @@
 #include <vector>
 
 class QTimer;
+class QToolButton;
 
 namespace zorvane {
 
@@ -37,8 +38,14 @@ public:
     ~SolveController() override;
 
     // Takes the window's solve commands, its stop-all on opening and closing,
-    // and fills its progress panel at every refresh.
+    // fills its progress panel at every refresh, and puts the Start/stop
+    // button on its tool bar.
     void attachTo(MainWindow& window);
+
+    // The Start/stop button: a left click starts the current problem or stops
+    // its run; a right click finds all solutions, or pauses and resumes a run
+    // (with Ctrl one thread, or the heuristics dialog when nothing runs).
+    void startButtonClicked(bool rightButton, bool ctrl);
 
     // The solve commands: 140 (and F5) solve, 141 all solutions, 142 stop, 143
     // pause, 169 pause one thread, 144 resume, 152/153 best defence, 164 the
@@ -69,6 +76,8 @@ private:
     void finish(int32_t id);
     void stop(Run& run);
     void tell(const QString& title, const QString& text);
+    // Play while the current problem rests, stop while it is being solved.
+    void refreshStartButton();
     // The box of a kind of run whose engine is not built yet: "<what> is not available in this version yet."
     void notYetAvailable(const wchar_t* polish, const wchar_t* english, const wchar_t* ukrainian);
     QString tr3(const wchar_t* polish, const wchar_t* english, const wchar_t* ukrainian) const;
@@ -77,6 +86,7 @@ private:
     BoardController& m_board;
     std::map<int32_t, std::unique_ptr<Run>> m_runs;
     std::map<int32_t, QString> m_lastResults;
+    QToolButton* m_startButton = nullptr;
 };
 
 } // namespace zorvane

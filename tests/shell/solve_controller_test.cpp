@@ -9,6 +9,7 @@
 
 #include <QLabel>
 #include <QSignalSpy>
+#include <QToolButton>
 
 #include <chrono>
 
@@ -116,6 +117,22 @@ private slots:
         QVERIFY(!s.window->runningSolves().isPaused(1));
         QTRY_VERIFY_WITH_TIMEOUT(s.window->problems().Current()->m_nNodes.load() > nodes + 1, 5000);
         s.window->DispatchCommand(142);
+    }
+
+    void theStartButtonStartsPausesAndStops() {
+        SolvingSession s;
+        startLong(s);
+        auto* button = s.window->findChild<QToolButton*>(QStringLiteral("startButton"));
+        QVERIFY(button);
+        QVERIFY(button->toolTip().startsWith(QStringLiteral("Start/stop (right click: find all solutions/pause")));
+        QTest::mouseClick(button, Qt::LeftButton);
+        QVERIFY(s.window->runningSolves().contains(1));
+        s.solving->startButtonClicked(true, false); // the right click
+        QVERIFY(s.window->runningSolves().isPaused(1));
+        s.solving->startButtonClicked(true, false);
+        QVERIFY(!s.window->runningSolves().isPaused(1));
+        QTest::mouseClick(button, Qt::LeftButton);
+        QVERIFY(!s.window->runningSolves().contains(1));
     }
 
     void theProgressPanelShowsThePass() {
