@@ -60,6 +60,7 @@ struct SolveController::Run {
     SolveDriver driver;
     SolveResult result;
     std::string error;
+    bool unexpected = false; // an error other than the position's own
     std::thread thread;
     QTimer* clock = nullptr;
     int seconds = 0;
@@ -280,8 +281,12 @@ void SolveController::start(TChessProblem& problem, Road road, int plies, const 
             raw->result = raw->road == Road::Main
                               ? raw->driver.SolveProblem(*raw->problem, raw->options)
                               : raw->driver.SolveFromPosition(*raw->problem, *raw->position, raw->plies, raw->options);
+        } catch (const ChessException& e) {
+            // The set-up or the task check: the user is shown the text itself.
+            raw->error = e.what();
         } catch (const std::exception& e) {
             raw->error = e.what();
+            raw->unexpected = true;
         }
         QMetaObject::invokeMethod(this, [this, id] { finish(id); }, Qt::QueuedConnection);
     });
@@ -300,8 +305,14 @@ void SolveController::finish(int32_t id) {
     m_window.runningSolves().remove(id);
     const bool current = m_window.problems().Current() == &problem;
     if (!run->error.empty()) {
-        m_window.prompts().message(tr3(L"Wystąpił błąd", L"An error has occurred", L"Сталася помилка"),
-                                   QString::fromStdString(run->error), PromptIcon::Error);
+        QString text = QString::fromStdString(run->error);
+        if (run->unexpected)
+            text = tr3(L"Wątek rozwiązujący problem ", L"Thread solving problem ", L"Потік, що розв'язує задачу ") +
+                   QString::number(id) +
+                   tr3(L" zakończył się błędem:\n\n", L" completed with error:\n\n", L" завершився з помилкою:\n\n") +
+                   text;
+        m_window.prompts().message(tr3(L"Wystąpił błąd", L"An error has occurred", L"Сталася помилка"), text,
+                                   PromptIcon::Error);
         emit solveFinished(id);
         return;
     }

@@ -135,6 +135,24 @@ private slots:
         QVERIFY(!s.window->runningSolves().contains(1));
     }
 
+    void aTaskErrorIsShownWithItsText() {
+        SolvingSession s;
+        s.copySample();
+        const QString file = s.path(QStringLiteral("checked.cp"));
+        QFile out(file);
+        QVERIFY(out.open(QIODevice::WriteOnly));
+        out.write("UTF-8\n\n1 #2\n{\n\tFEN: k7/8/8/8/8/8/8/R6K\n}\n");
+        out.close();
+        start(s, file);
+        s.attach();
+        QSignalSpy finished(s.solving.get(), &SolveController::solveFinished);
+        s.window->DispatchCommand(140);
+        QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 5000);
+        QCOMPARE(s.prompts.boxes.last(), QStringLiteral("An error has occurred|Black king cannot be checked in the "
+                                                        "mate task starting postition."));
+        QCOMPARE(s.window->runningSolves().count(), 0);
+    }
+
     void theProgressPanelShowsThePass() {
         SolvingSession s;
         startLong(s);
