@@ -3,6 +3,7 @@
 #include "options/memory_limit.h"
 #include "registers/temporary_register.h"
 #include "shell/board_controller.h"
+#include "shell/board_view.h"
 #include "shell/process_control.h"
 #include "shell/solve_controller.h"
 #include "window_session.h"
@@ -133,6 +134,26 @@ private slots:
         QVERIFY(!s.window->runningSolves().isPaused(1));
         QTest::mouseClick(button, Qt::LeftButton);
         QVERIFY(!s.window->runningSolves().contains(1));
+    }
+
+    void f5AtALaterPositionSolvesFromThere() {
+        SolvingSession s;
+        startOnSample(s);
+        s.attach();
+        s.window->DispatchCommand(145);
+        s.window->DispatchCommand(145); // problem 3, the #3 with the rook
+        QCOMPARE(s.current(), 3);
+        auto* view = s.window->findChild<BoardView*>();
+        QVERIFY(view);
+        emit view->moveRequested(9, 17); // Rb2-b3
+        emit view->moveRequested(0, 8);  // Ka1-a2
+        QCOMPARE(s.window->problems().Current()->playedPositions.size(), size_t{2});
+        QSignalSpy finished(s.solving.get(), &SolveController::solveFinished);
+        s.window->DispatchCommand(140);
+        QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 10000);
+        QVERIFY2(s.prompts.boxes.last().startsWith(QStringLiteral("Result of analysis|")),
+                 qPrintable(s.prompts.boxes.last()));
+        QVERIFY2(s.prompts.boxes.last().contains(QStringLiteral(" >> #2")), qPrintable(s.prompts.boxes.last()));
     }
 
     void aTaskErrorIsShownWithItsText() {
