@@ -132,11 +132,6 @@ inline bool screensKing(const TChessboard& b, int square) {
     return behind >= 0 && (b.m_aSquares[behind] & mask) == mask;
 }
 
-inline bool tryMate(const TChessboard& b, TChessboard& child, TMove& move) {
-    CopyToChild(child, b);
-    return MakeWhiteMove(child, move) && child.m_cBlackChecker >= 0 && !BlackHasLegalMove(child);
-}
-
 bool mateInOne(TChessboard& b, TMove* mateMove) {
     TThreadContext& ctx = *b.m_pThread;
     TChessboard& child = ctx.m_aBoards[b.m_shPliesLeft];
@@ -148,7 +143,7 @@ bool mateInOne(TChessboard& b, TMove* mateMove) {
     if (b.m_cWhiteChecker >= 0) {
         const int count = GenerateWhiteEvasions(b, moves);
         for (int i = 0; i < count; ++i)
-            if (tryMate(b, child, moves[i])) return found(moves[i]);
+            if (MatesAtOnce(b, child, moves[i])) return found(moves[i]);
         return false;
     }
     // Only moves that can give check are played, man by man in square order.
@@ -160,7 +155,7 @@ bool mateInOne(TChessboard& b, TMove* mateMove) {
         const bool discoverer = screensKing(b, sq);
         const int kind = man & KIND_MASK;
         for (int i = 0; i < count; ++i)
-            if (mayCheck(b, moves[i], kind, discoverer) && tryMate(b, child, moves[i])) return found(moves[i]);
+            if (mayCheck(b, moves[i], kind, discoverer) && MatesAtOnce(b, child, moves[i])) return found(moves[i]);
     }
     return false;
 }
@@ -430,6 +425,11 @@ template <class Config> int8_t Steps<Config>::blackStep(TChessboard& b) {
 }
 
 } // namespace
+
+bool MatesAtOnce(const TChessboard& position, TChessboard& child, TMove& move) {
+    CopyToChild(child, position);
+    return MakeWhiteMove(child, move) && child.m_cBlackChecker >= 0 && !BlackHasLegalMove(child);
+}
 
 bool FindMateInOne(TChessboard& position, TMove* mateMove) { return mateInOne(position, mateMove); }
 // The configuration is chosen once, at the entry: the steps below it test nothing for it.

@@ -16,6 +16,8 @@ namespace zorvane {
 int8_t FindMate(TChessboard& position, bool bProbe);
 // Black to move: do all of Black's replies lose within m_shPliesLeft plies?
 int8_t FindMateBlackStep(TChessboard& position);
+// Plays White's `move` on `child`, a fresh copy of `position`: does it mate at once?
+bool MatesAtOnce(const TChessboard& position, TChessboard& child, TMove& move);
 // White to move with one ply left: is there a mate at once?
 bool FindMateInOne(TChessboard& position, TMove* mateMove = nullptr);
 

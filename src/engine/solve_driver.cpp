@@ -44,8 +44,7 @@ struct Run {
     SolveResult& result;
     Clock::time_point start;
     bool allSolutions;
-    // Root moves proved by the screen, by the register within it, and by a search.
-    int screened = 0;
+    // Root moves proved with the register's help in a screen, and by a search.
     int fromRegister = 0;
     int searched = 0;
 
@@ -119,10 +118,8 @@ int rootMoves(TChessboard& root, int plies, TMove* list) {
         TChessboard& child = root.m_pThread->m_aBoards[1];
         int mates = 0;
         for (int i = 0; i < count; ++i) {
-            CopyToChild(child, root);
             TMove move = list[i];
-            if (MakeWhiteMove(child, move) && child.m_cBlackChecker >= 0 && !BlackHasLegalMove(child))
-                list[mates++] = list[i];
+            if (MatesAtOnce(root, child, move)) list[mates++] = list[i];
         }
         return mates;
     }
@@ -196,7 +193,6 @@ int passLoop(Run& run, TChessboard& root, int plies, std::vector<TMove>& found) 
     const size_t foundBefore = found.size();
     auto finish = [&](int answer) {
         root = saved;
-        if (problem.m_nPass.load() > 2) problem.m_nPass.store(2);
         return answer;
     };
     // One ply: the list holds the mates themselves.
@@ -275,7 +271,7 @@ int passLoop(Run& run, TChessboard& root, int plies, std::vector<TMove>& found) 
             if (status[i] == 1) {
                 found.push_back(move);
                 noteSolution(run, root, move, i + 1, plies);
-                ++(pass == 0 ? run.screened : run.searched);
+                if (pass > 0) ++run.searched;
                 if (enoughSolutions(run, found.size())) return finish(1);
             }
             if (problem.m_pfnProgress) problem.m_pfnProgress(problem, ctx, problem.m_pProgressUser);
@@ -436,7 +432,6 @@ SolveResult SolveDriver::SolveFromPosition(TChessProblem& problem, const TChessb
                 TMove move = list[i];
                 if (MakeWhiteMove(child, move) && screenedMate(run, child, true) && !result.solutions.count(move)) {
                     noteSolution(run, root, move, i + 1, depth);
-                    ++run.screened;
                 }
             }
         }
@@ -448,10 +443,9 @@ SolveResult SolveDriver::SolveFromPosition(TChessProblem& problem, const TChessb
         if (problem.m_nCommand.load() > COMMAND_JUMP || result.stopped) break;
         setUpRoot(root, depth);
         ctx.ClearPlyArrays();
+        // A key keeps the depth at which it was first noted: the smallest, as the depths rise.
         std::vector<TMove> found;
         passLoop(run, root, depth, found);
-        for (const TMove& move : found)
-            if (result.solutions.count(move)) result.solutions[move].plies = std::min(result.solutions[move].plies, depth);
         if (result.stoppedOnDual || result.stoppedOnThree) break;
     }
     root.m_shPliesLeft = root.m_shPliesTotal = static_cast<uint16_t>(plies);

@@ -18,11 +18,8 @@ std::vector<std::string> matingMoves(TChessboard& position) {
     for (int i = 0; i < count; ++i) {
         CopyToChild(child, position);
         TMove move = moves[i];
-        if (!MakeWhiteMove(child, move)) continue;
-        const bool mates = child.m_shPliesLeft == 0
-                               ? child.m_cBlackChecker >= 0 && !BlackHasLegalMove(child)
-                               : FindMateBlackStep(child) == RESULT_MATE;
-        if (mates) {
+        // With no plies left the Black step is the test of mate itself.
+        if (MakeWhiteMove(child, move) && FindMateBlackStep(child) == RESULT_MATE) {
             const bool capture = position.m_aSquares[move.to] != 0 || move.enPassant;
             found.push_back(FormatMove(move, position.m_aSquares[move.from], capture));
         }

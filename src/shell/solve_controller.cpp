@@ -2,10 +2,11 @@
 
 #include "core/chess_exception.h"
 #include "options/memory_limit.h"
-#include "problems/notation.h"
+#include "engine/solve_texts.h"
 #include "registers/temporary_register.h"
 #include "shell/app_log.h"
 #include "shell/board_controller.h"
+#include "shell/board_rules.h"
 #include "shell/main_window.h"
 #include "shell/process_control.h"
 #include "shell/window_services.h"
@@ -321,16 +322,12 @@ void SolveController::finish(int32_t id) {
              problemTitle(problem).toStdString());
     // 6. A first solution's key goes onto the board, and its threat into the status.
     if (current && run->road == Road::Main && !result.moves.empty() && problem.playedPositions.empty()) {
-        TChessboard child;
-        TMove key = result.moves.front();
-        if (PlayMove(problem.startPosition, child, key)) {
-            problem.playedPositions.push_back(child);
-            problem.playedPositions.back().m_pParent = &problem.startPosition;
-            m_board.setProblem(&problem);
-        }
+        PlayOnChain(problem, 0, result.moves.front());
+        m_board.setProblem(&problem);
         const std::vector<std::string>& threats = result.solutions.at(result.moves.front()).threats;
         if (!threats.empty())
-            m_window.showStatus(tr3(L"groźba: ", L"threat: ", L"загроза: ") + QString::fromStdString(threats.front()));
+            m_window.showStatus(QString::fromStdWString(ThreatLabel(m_window.language())) +
+                                QString::fromStdString(threats.front()));
     }
     // 8. The result; a problem that is no longer on the board names itself.
     QString text = wide(result.text);
