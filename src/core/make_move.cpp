@@ -179,10 +179,11 @@ int CountBlackKingFlights(TChessboard& b, int limit) {
 
 bool BlackKingHasFlight(TChessboard& b) { return CountBlackKingFlights(b, 1) > 0; }
 
-bool BlackHasLegalMove(TChessboard& b) {
-    if (BlackKingHasFlight(b)) return true;
+bool BlackHasLegalMove(TChessboard& b) { return BlackKingHasFlight(b) || BlackManAnswersCheck(b); }
+
+bool BlackManAnswersCheck(TChessboard& b) {
     if (b.m_cBlackChecker == DOUBLE_CHECK) return false;
-    TMove moves[MAX_MOVES];
+    MoveBuffer moves;
     const int count = GenerateBlackEvasions(b, moves);
     const int king = b.blackKing();
     TChessboard child;

@@ -23,5 +23,8 @@ int CountBlackKingFlights(TChessboard& b, int limit = 8);
 
 // Black in check: has he any legal move? Stops at the first one; no means mate.
 bool BlackHasLegalMove(TChessboard& b);
+// Black in check: can a man other than the king take the checker or step
+// between? For callers that know the king has no flight.
+bool BlackManAnswersCheck(TChessboard& b);
 
 } // namespace zorvane

@@ -28,9 +28,15 @@ bool SameMoveSet(const std::vector<TMove>& a, const std::vector<TMove>& b);
 
 // A move list lives in the caller's frame; its count fits one byte.
 constexpr int MAX_MOVES = 256;
-struct TMoveList {
-    TMove moves[MAX_MOVES];
-    int count = 0;
+// The list of a search step: the generators fill it before anything reads it,
+// so it is left uninitialised. Clearing its kilobyte at every node would cost
+// more than the node's own work.
+struct MoveBuffer {
+    union {
+        TMove moves[MAX_MOVES];
+    };
+    MoveBuffer() {}
+    operator TMove*() { return moves; }
 };
 
 // Output letter of a figure kind: K, B, R, Q, N, a blank for the pawn, E for any other code.

@@ -23,6 +23,27 @@ template <bool White> struct Side {
     static constexpr int higherCapture = White ? 9 : -7;
 };
 
+// Every move is kept in a plain generation; the check candidates keep fewer.
+struct KeepAll {
+    bool operator()(int, uint8_t) const { return true; }
+};
+
+// Keeps the moves after which a man of `Kind` (or what a pawn becomes) aims at
+// the black king from its new square, whatever stands between.
+template <int Kind> struct AimsAtKing {
+    int kingCol, kingRow;
+    bool operator()(int to, uint8_t promotion) const {
+        const int dc = absInt(kingCol - colOf(to)), dr = kingRow - rowOf(to);
+        switch (promotion ? promotion : Kind) {
+        case KIND_KNIGHT: return dc * absInt(dr) == 2;
+        case KIND_PAWN: return dc == 1 && dr == 1;
+        case KIND_BISHOP: return dc == absInt(dr);
+        case KIND_ROOK: return dc == 0 || dr == 0;
+        default: return dc == 0 || dr == 0 || dc == absInt(dr);
+        }
+    }
+};
+
 inline void push(TMove* out, int& n, int from, int to, uint8_t promotion = 0) {
     out[n].from = static_cast<uint8_t>(from);
     out[n].to = static_cast<uint8_t>(to);
@@ -31,47 +52,50 @@ inline void push(TMove* out, int& n, int from, int to, uint8_t promotion = 0) {
     ++n;
 }
 
-template <bool White> inline void pushPawnMove(TMove* out, int& n, int from, int to) {
+template <bool White, class Keep = KeepAll>
+inline void pushPawnMove(TMove* out, int& n, int from, int to, Keep keep = {}) {
     if (rowOf(from) == Side<White>::lastRowBeforePromotion) {
-        push(out, n, from, to, KIND_QUEEN);
-        push(out, n, from, to, KIND_ROOK);
-        push(out, n, from, to, KIND_BISHOP);
-        push(out, n, from, to, KIND_KNIGHT);
-    } else {
+        for (const uint8_t kind : {KIND_QUEEN, KIND_ROOK, KIND_BISHOP, KIND_KNIGHT})
+            if (keep(to, kind)) push(out, n, from, to, kind);
+    } else if (keep(to, 0)) {
         push(out, n, from, to);
     }
 }
 
-template <bool White, int Step> inline void rayMoves(const uint8_t* s, int from, TMove* out, int& n) {
+template <bool White, int Step, class Keep>
+inline void rayMoves(const uint8_t* s, int from, TMove* out, int& n, Keep keep) {
     int sq = from;
     while (CanStep<Step>(sq)) {
         sq += Step;
         const uint8_t target = s[sq];
         if (target & Side<White>::own) return;
-        push(out, n, from, sq);
+        if (keep(sq, 0)) push(out, n, from, sq);
         if (target) return;
     }
 }
 
-template <bool White> inline void rookMoves(const uint8_t* s, int from, TMove* out, int& n) {
-    rayMoves<White, 8>(s, from, out, n);
-    rayMoves<White, -8>(s, from, out, n);
-    rayMoves<White, 1>(s, from, out, n);
-    rayMoves<White, -1>(s, from, out, n);
+template <bool White, class Keep = KeepAll>
+inline void rookMoves(const uint8_t* s, int from, TMove* out, int& n, Keep keep = {}) {
+    rayMoves<White, 8>(s, from, out, n, keep);
+    rayMoves<White, -8>(s, from, out, n, keep);
+    rayMoves<White, 1>(s, from, out, n, keep);
+    rayMoves<White, -1>(s, from, out, n, keep);
 }
 
-template <bool White> inline void bishopMoves(const uint8_t* s, int from, TMove* out, int& n) {
-    rayMoves<White, 9>(s, from, out, n);
-    rayMoves<White, 7>(s, from, out, n);
-    rayMoves<White, -7>(s, from, out, n);
-    rayMoves<White, -9>(s, from, out, n);
+template <bool White, class Keep = KeepAll>
+inline void bishopMoves(const uint8_t* s, int from, TMove* out, int& n, Keep keep = {}) {
+    rayMoves<White, 9>(s, from, out, n, keep);
+    rayMoves<White, 7>(s, from, out, n, keep);
+    rayMoves<White, -7>(s, from, out, n, keep);
+    rayMoves<White, -9>(s, from, out, n, keep);
 }
 
-template <bool White> inline void knightMoves(const uint8_t* s, int from, TMove* out, int& n) {
+template <bool White, class Keep = KeepAll>
+inline void knightMoves(const uint8_t* s, int from, TMove* out, int& n, Keep keep = {}) {
     const int8_t* jumps = KnightJumps(from);
     for (int i = 0, count = KnightJumpCount(from); i < count; ++i) {
         const int to = from + jumps[i];
-        if (!(s[to] & Side<White>::own)) push(out, n, from, to);
+        if (!(s[to] & Side<White>::own) && keep(to, 0)) push(out, n, from, to);
     }
 }
 
@@ -110,22 +134,25 @@ template <bool White> inline bool enPassantPossible(const TChessboard& b, int fr
     return b.m_LastMove.to == beside && b.m_LastMove.from == beside + 2 * Side<White>::forward;
 }
 
-template <bool White> inline void pawnMoves(const TChessboard& b, int from, TMove* out, int& n) {
+// En passant is always kept: the taken pawn's square may open a line.
+template <bool White, class Keep = KeepAll>
+inline void pawnMoves(const TChessboard& b, int from, TMove* out, int& n, Keep keep = {}) {
     using S = Side<White>;
     const uint8_t* s = b.m_aSquares;
     const int ahead = from + S::forward;
     if (!s[ahead]) {
-        pushPawnMove<White>(out, n, from, ahead);
-        if (rowOf(from) == S::startRow && !s[ahead + S::forward]) push(out, n, from, ahead + S::forward);
+        pushPawnMove<White>(out, n, from, ahead, keep);
+        const int twoAhead = ahead + S::forward;
+        if (rowOf(from) == S::startRow && !s[twoAhead] && keep(twoAhead, 0)) push(out, n, from, twoAhead);
     }
     if (colOf(from) > 0) {
         const int to = from + S::lowerCapture;
-        if (s[to] & S::enemy) pushPawnMove<White>(out, n, from, to);
+        if (s[to] & S::enemy) pushPawnMove<White>(out, n, from, to, keep);
         else if (enPassantPossible<White>(b, from, from - 1)) push(out, n, from, to);
     }
     if (colOf(from) < 7) {
         const int to = from + S::higherCapture;
-        if (s[to] & S::enemy) pushPawnMove<White>(out, n, from, to);
+        if (s[to] & S::enemy) pushPawnMove<White>(out, n, from, to, keep);
         else if (enPassantPossible<White>(b, from, from + 1)) push(out, n, from, to);
     }
 }
@@ -206,7 +233,32 @@ template <bool White> int evasions(const TChessboard& b, TMove* out) {
     return n;
 }
 
+// The moves of a White man that does not screen the black king and may give
+// check: those that bring it to aim at him, and castling, which brings a rook.
+int whiteCheckCandidates(const TChessboard& b, int from, TMove* out) {
+    const uint8_t* s = b.m_aSquares;
+    const int kc = b.m_cBlackKingCol, kr = b.m_cBlackKingRow;
+    int n = 0;
+    switch (s[from]) {
+    case WK: castlings<true>(b, from, out, n); break;
+    case WP: pawnMoves<true>(b, from, out, n, AimsAtKing<KIND_PAWN>{kc, kr}); break;
+    case WB: bishopMoves<true>(s, from, out, n, AimsAtKing<KIND_BISHOP>{kc, kr}); break;
+    case WR: rookMoves<true>(s, from, out, n, AimsAtKing<KIND_ROOK>{kc, kr}); break;
+    case WQ:
+        rookMoves<true>(s, from, out, n, AimsAtKing<KIND_QUEEN>{kc, kr});
+        bishopMoves<true>(s, from, out, n, AimsAtKing<KIND_QUEEN>{kc, kr});
+        break;
+    case WN: knightMoves<true>(s, from, out, n, AimsAtKing<KIND_KNIGHT>{kc, kr}); break;
+    default: break;
+    }
+    return n;
+}
+
 } // namespace
+
+int GenerateWhiteCheckCandidates(const TChessboard& b, int square, bool screensKing, TMove* out) {
+    return screensKing ? manMoves<true>(b, square, out) : whiteCheckCandidates(b, square, out);
+}
 
 int GenerateWhiteManMoves(const TChessboard& b, int square, TMove* out) { return manMoves<true>(b, square, out); }
 int GenerateBlackManMoves(const TChessboard& b, int square, TMove* out) { return manMoves<false>(b, square, out); }

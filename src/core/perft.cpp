@@ -8,7 +8,7 @@ namespace zorvane {
 namespace {
 
 uint64_t perftNode(const TChessboard& b, int depth) {
-    TMove moves[MAX_MOVES];
+    MoveBuffer moves;
     const bool white = b.whiteToMove();
     const int n = white ? GenerateWhiteMovesOrEvasions(b, moves) : GenerateBlackMovesOrEvasions(b, moves);
     uint64_t leaves = 0;

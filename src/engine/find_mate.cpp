@@ -102,64 +102,6 @@ template <class Config> struct Steps {
     static int8_t blackStep(TChessboard& b);
 };
 
-// Whether a White move could give check: the moved man aims at the king from
-// `to`, it leaves a line on which a White slider stands behind it, or it takes
-// en passant and so may open a line through the taken pawn's square.
-inline bool mayCheck(const TChessboard& b, const TMove& m, int kind, bool discoverer) {
-    if (discoverer) return true;
-    if (kind == KIND_PAWN && ((m.from ^ m.to) & 7) && !b.m_aSquares[m.to]) return true;
-    const int king = b.blackKing();
-    const int dc = absInt(colOf(king) - colOf(m.to)), dr = rowOf(king) - rowOf(m.to);
-    const int movedKind = (m.promotion & KIND_MASK) ? (m.promotion & KIND_MASK) : kind;
-    switch (movedKind) {
-    case KIND_KNIGHT: return dc * absInt(dr) == 2;
-    case KIND_PAWN: return dc == 1 && dr == 1;
-    case KIND_BISHOP: return dc == absInt(dr);
-    case KIND_ROOK: return dc == 0 || dr == 0;
-    case KIND_QUEEN: return dc == 0 || dr == 0 || dc == absInt(dr);
-    case KIND_KING: return absInt(colOf(m.to) - colOf(m.from)) >= 2; // castling brings a rook
-    default: return false;
-    }
-}
-
-// Whether the man on `square` screens the black king from a White slider.
-inline bool screensKing(const TChessboard& b, int square) {
-    const int king = b.blackKing();
-    const int step = LineStep(king, square);
-    if (step == 0 || FirstManOnLine(b.m_aSquares, king, step) != square) return false;
-    const int behind = FirstManOnLine(b.m_aSquares, square, step);
-    const uint8_t mask = IsDiagonalStep(step) ? WHITE_DIAGONAL : WHITE_LINE;
-    return behind >= 0 && (b.m_aSquares[behind] & mask) == mask;
-}
-
-bool mateInOne(TChessboard& b, TMove* mateMove) {
-    TThreadContext& ctx = *b.m_pThread;
-    TChessboard& child = ctx.m_aBoards[b.m_shPliesLeft];
-    TMove moves[MAX_MOVES];
-    auto found = [&](const TMove& move) {
-        if (mateMove) *mateMove = move;
-        return true;
-    };
-    if (b.m_cWhiteChecker >= 0) {
-        const int count = GenerateWhiteEvasions(b, moves);
-        for (int i = 0; i < count; ++i)
-            if (MatesAtOnce(b, child, moves[i])) return found(moves[i]);
-        return false;
-    }
-    // Only moves that can give check are played, man by man in square order.
-    for (int sq = 0; sq < 64; ++sq) {
-        const uint8_t man = b.m_aSquares[sq];
-        if (!isWhite(man)) continue;
-        const int count = GenerateWhiteManMoves(b, sq, moves);
-        if (count == 0) continue;
-        const bool discoverer = screensKing(b, sq);
-        const int kind = man & KIND_MASK;
-        for (int i = 0; i < count; ++i)
-            if (mayCheck(b, moves[i], kind, discoverer) && MatesAtOnce(b, child, moves[i])) return found(moves[i]);
-    }
-    return false;
-}
-
 template <class Config> int8_t Steps<Config>::whiteStep(TChessboard& b, bool bProbe) {
     TThreadContext& ctx = *b.m_pThread;
     TChessProblem& problem = *b.m_pProblem;
@@ -188,13 +130,13 @@ template <class Config> int8_t Steps<Config>::whiteStep(TChessboard& b, bool bPr
         problem.m_nNodes.fetch_add(1, std::memory_order_relaxed);
         if (n == 1) {
             TMove mate;
-            if (!mateInOne(b, &mate)) return RESULT_NO_MATE;
+            if (!FindMateInOne(b, &mate)) return RESULT_NO_MATE;
             ctx.m_bRecaptured = mate.to == b.m_LastMove.to;
             return RESULT_MATE;
         }
         // Mate in two starts by looking for a mate at once.
         TMove mate;
-        if (mateInOne(b, &mate)) {
+        if (FindMateInOne(b, &mate)) {
             ctx.m_bRecaptured = mate.to == b.m_LastMove.to;
             return RESULT_MATE;
         }
@@ -206,7 +148,7 @@ template <class Config> int8_t Steps<Config>::whiteStep(TChessboard& b, bool bPr
     // 7. The moves, by stages: one man at a time from a1 at moderate depths, so
     // that a mate by the first men costs no generation of the rest; in check
     // the evasions; deep down all moves at once, ordered.
-    TMove moves[MAX_MOVES];
+    MoveBuffer moves;
     const bool incremental = b.m_cWhiteChecker < 0 && incrementalStages(b, n);
     int count = 0;
     int nextSquare = 0;
@@ -337,7 +279,7 @@ template <class Config> int8_t Steps<Config>::blackStep(TChessboard& b) {
 
     // 3. Replies: all at once deeper down, ordered when ordering is on; one man
     // at a time near the leaves, where the first refutation usually ends the node.
-    TMove moves[MAX_MOVES];
+    MoveBuffer moves;
     const bool lazy = n < SHALLOW_PLIES && b.m_cBlackChecker < 0;
     int count = 0;
     int nextSquare = 0;
@@ -426,12 +368,6 @@ template <class Config> int8_t Steps<Config>::blackStep(TChessboard& b) {
 
 } // namespace
 
-bool MatesAtOnce(const TChessboard& position, TChessboard& child, TMove& move) {
-    CopyToChild(child, position);
-    return MakeWhiteMove(child, move) && child.m_cBlackChecker >= 0 && !BlackHasLegalMove(child);
-}
-
-bool FindMateInOne(TChessboard& position, TMove* mateMove) { return mateInOne(position, mateMove); }
 // The configuration is chosen once, at the entry: the steps below it test nothing for it.
 template <class Search> auto dispatch(const TChessProblem& problem, Search&& search) {
     if (problem.m_pRegister)

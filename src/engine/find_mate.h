@@ -8,6 +8,7 @@
 // m_shPliesLeft odd for White's step, even for Black's.
 #include "core/chessboard.h"
 #include "core/move.h"
+#include "engine/mate_in_one.h"
 #include "engine/result_code.h"
 
 namespace zorvane {
@@ -16,9 +17,5 @@ namespace zorvane {
 int8_t FindMate(TChessboard& position, bool bProbe);
 // Black to move: do all of Black's replies lose within m_shPliesLeft plies?
 int8_t FindMateBlackStep(TChessboard& position);
-// Plays White's `move` on `child`, a fresh copy of `position`: does it mate at once?
-bool MatesAtOnce(const TChessboard& position, TChessboard& child, TMove& move);
-// White to move with one ply left: is there a mate at once?
-bool FindMateInOne(TChessboard& position, TMove* mateMove = nullptr);
 
 } // namespace zorvane

@@ -1,0 +1,158 @@
+#pragma once
+// Sets of squares as 64-bit words (bit n is square n, a1 = 0), for the mate
+// test of the last ply: there one question, "is this square attacked after
+// that move?", is asked millions of times, and a word per kind of man answers
+// it with a few masks instead of walking the board byte by byte.
+#include "chessboard.h"
+
+#include <array>
+#include <cstdint>
+
+namespace zorvane {
+
+using SquareSet = uint64_t;
+
+constexpr SquareSet SquareBit(int square) { return SquareSet{1} << square; }
+
+namespace square_set_detail {
+
+constexpr int DIRECTION_COL[8] = {0, 0, 1, -1, 1, -1, 1, -1};
+constexpr int DIRECTION_ROW[8] = {1, -1, 0, 0, 1, 1, -1, -1};
+
+constexpr SquareSet ray(int square, int direction) {
+    SquareSet set = 0;
+    for (int c = colOf(square) + DIRECTION_COL[direction], r = rowOf(square) + DIRECTION_ROW[direction];
+         c >= 0 && c < 8 && r >= 0 && r < 8; c += DIRECTION_COL[direction], r += DIRECTION_ROW[direction])
+        set |= SquareBit(squareOf(c, r));
+    return set;
+}
+
+constexpr SquareSet jumps(int square, const int (&cols)[8], const int (&rows)[8]) {
+    SquareSet set = 0;
+    for (int i = 0; i < 8; ++i) {
+        const int c = colOf(square) + cols[i], r = rowOf(square) + rows[i];
+        if (c >= 0 && c < 8 && r >= 0 && r < 8) set |= SquareBit(squareOf(c, r));
+    }
+    return set;
+}
+
+template <class Make> constexpr std::array<SquareSet, 64> table(Make make) {
+    std::array<SquareSet, 64> sets{};
+    for (int square = 0; square < 64; ++square) sets[square] = make(square);
+    return sets;
+}
+
+constexpr int KNIGHT_COLS[8] = {1, 2, 2, 1, -1, -2, -2, -1};
+constexpr int KNIGHT_ROWS[8] = {2, 1, -1, -2, -2, -1, 1, 2};
+constexpr int KING_COLS[8] = {0, 0, 1, -1, 1, -1, 1, -1};
+constexpr int KING_ROWS[8] = {1, -1, 0, 0, 1, 1, -1, -1};
+
+} // namespace square_set_detail
+
+// Rays in the directions up, down, right, left, up-right, up-left, down-right, down-left.
+enum RayDirection { RAY_UP, RAY_DOWN, RAY_RIGHT, RAY_LEFT, RAY_UP_RIGHT, RAY_UP_LEFT, RAY_DOWN_RIGHT, RAY_DOWN_LEFT };
+
+inline constexpr std::array<std::array<SquareSet, 64>, 8> RAYS = [] {
+    std::array<std::array<SquareSet, 64>, 8> rays{};
+    for (int direction = 0; direction < 8; ++direction)
+        for (int square = 0; square < 64; ++square) rays[direction][square] = square_set_detail::ray(square, direction);
+    return rays;
+}();
+
+inline constexpr std::array<SquareSet, 64> KNIGHT_REACH = square_set_detail::table(
+    [](int square) { return square_set_detail::jumps(square, square_set_detail::KNIGHT_COLS, square_set_detail::KNIGHT_ROWS); });
+inline constexpr std::array<SquareSet, 64> KING_REACH = square_set_detail::table(
+    [](int square) { return square_set_detail::jumps(square, square_set_detail::KING_COLS, square_set_detail::KING_ROWS); });
+// The squares from which a white pawn attacks the square.
+inline constexpr std::array<SquareSet, 64> WHITE_PAWN_ATTACKERS = square_set_detail::table([](int square) {
+    SquareSet set = 0;
+    if (rowOf(square) > 0 && colOf(square) > 0) set |= SquareBit(square - 9);
+    if (rowOf(square) > 0 && colOf(square) < 7) set |= SquareBit(square - 7);
+    return set;
+});
+// Whole lines through a square, the square itself left out.
+inline constexpr std::array<SquareSet, 64> LINES = square_set_detail::table(
+    [](int square) { return RAYS[RAY_UP][square] | RAYS[RAY_DOWN][square] | RAYS[RAY_RIGHT][square] | RAYS[RAY_LEFT][square]; });
+inline constexpr std::array<SquareSet, 64> DIAGONALS = square_set_detail::table([](int square) {
+    return RAYS[RAY_UP_RIGHT][square] | RAYS[RAY_UP_LEFT][square] | RAYS[RAY_DOWN_RIGHT][square] |
+           RAYS[RAY_DOWN_LEFT][square];
+});
+
+// The square nearest to the ray's start among `men` (not empty) on a ray of
+// that direction: rays up and right run to higher squares, so it is the lowest bit.
+template <int Direction> inline int NearestOnRay(SquareSet men) {
+    constexpr bool upward = Direction == RAY_UP || Direction == RAY_RIGHT || Direction == RAY_UP_RIGHT ||
+                            Direction == RAY_UP_LEFT;
+    return upward ? __builtin_ctzll(men) : 63 - __builtin_clzll(men);
+}
+
+// The squares of a ray up to and with the first man on it.
+template <int Direction> inline SquareSet RayReach(int square, SquareSet occupied) {
+    const SquareSet ray = RAYS[Direction][square];
+    const SquareSet blockers = ray & occupied;
+    if (!blockers) return ray;
+    return ray ^ RAYS[Direction][NearestOnRay<Direction>(blockers)];
+}
+
+inline SquareSet LineReach(int square, SquareSet occupied) {
+    return RayReach<RAY_UP>(square, occupied) | RayReach<RAY_DOWN>(square, occupied) |
+           RayReach<RAY_RIGHT>(square, occupied) | RayReach<RAY_LEFT>(square, occupied);
+}
+
+inline SquareSet DiagonalReach(int square, SquareSet occupied) {
+    return RayReach<RAY_UP_RIGHT>(square, occupied) | RayReach<RAY_UP_LEFT>(square, occupied) |
+           RayReach<RAY_DOWN_RIGHT>(square, occupied) | RayReach<RAY_DOWN_LEFT>(square, occupied);
+}
+
+// The men of a position as sets: every man, the black men, and the White men
+// by what they attack. A queen is in both slider sets.
+struct BoardSets {
+    SquareSet occupied = 0;
+    SquareSet black = 0;
+    SquareSet whiteKing = 0;
+    SquareSet whitePawns = 0;
+    SquareSet whiteKnights = 0;
+    SquareSet whiteDiagonal = 0; // bishops and queens
+    SquareSet whiteLine = 0;     // rooks and queens
+
+    static BoardSets Of(const TChessboard& b);
+
+    // Whether a White man attacks `square` with the men on `men` in the way.
+    bool WhiteAttacks(int square, SquareSet men) const {
+        if ((KNIGHT_REACH[square] & whiteKnights) || (KING_REACH[square] & whiteKing) ||
+            (WHITE_PAWN_ATTACKERS[square] & whitePawns))
+            return true;
+        if ((LINES[square] & whiteLine) && (LineReach(square, men) & whiteLine)) return true;
+        return (DIAGONALS[square] & whiteDiagonal) && (DiagonalReach(square, men) & whiteDiagonal);
+    }
+
+    // The sets after a White man of `kind` goes from `from` to `to`, becoming
+    // `newKind` (itself, or what a pawn promotes to). Castling and en passant
+    // move a second man and are not told here.
+    BoardSets AfterWhiteMove(int from, int to, int kind, int newKind) const {
+        BoardSets after = *this;
+        const SquareSet gone = ~SquareBit(from), arrived = SquareBit(to);
+        after.occupied = (occupied & gone) | arrived;
+        after.black &= ~arrived;
+        switch (kind) {
+        case KIND_KING: after.whiteKing = arrived; return after;
+        case KIND_KNIGHT: after.whiteKnights = (whiteKnights & gone) | arrived; return after;
+        case KIND_PAWN: after.whitePawns &= gone; break;
+        default:
+            after.whiteDiagonal &= gone;
+            after.whiteLine &= gone;
+            break;
+        }
+        switch (newKind) {
+        case KIND_PAWN: after.whitePawns |= arrived; break;
+        case KIND_KNIGHT: after.whiteKnights |= arrived; break;
+        default:
+            if (newKind & KIND_BISHOP) after.whiteDiagonal |= arrived;
+            if (newKind & KIND_ROOK) after.whiteLine |= arrived;
+            break;
+        }
+        return after;
+    }
+};
+
+} // namespace zorvane
