@@ -14,8 +14,8 @@ constexpr auto PAUSE_POLL = std::chrono::milliseconds(100);
 
 } // namespace
 
-Command PollCommand(TChessProblem& problem, const TThreadContext& ctx, int n, TMove* moves, int count, int& index,
-                    int8_t& result) {
+Command AnswerCommand(TChessProblem& problem, const TThreadContext& ctx, int n, TMove* moves, int count, int& index,
+                      int8_t& result) {
     for (;;) {
         const uint8_t command = problem.m_nCommand.load(std::memory_order_acquire);
         if (command == COMMAND_RUN) return Command::Go;

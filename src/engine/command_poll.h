@@ -14,7 +14,15 @@ enum class Command { Go, Return, Jumped };
 // thread here (the first thread counts the time held, which the clock of the
 // solve leaves out); a jump unwinds to its ply, where the list of `count`
 // moves is rearranged so that the step goes on with another move at `index`.
-Command PollCommand(TChessProblem& problem, const TThreadContext& ctx, int n, TMove* moves, int count, int& index,
-                    int8_t& result);
+// The word says anything but "run": the slow path of PollCommand.
+Command AnswerCommand(TChessProblem& problem, const TThreadContext& ctx, int n, TMove* moves, int count, int& index,
+                      int8_t& result);
+
+// A running search pays one load here and calls nothing.
+inline Command PollCommand(TChessProblem& problem, const TThreadContext& ctx, int n, TMove* moves, int count,
+                           int& index, int8_t& result) {
+    if (problem.m_nCommand.load(std::memory_order_acquire) == COMMAND_RUN) return Command::Go;
+    return AnswerCommand(problem, ctx, n, moves, count, index, result);
+}
 
 } // namespace zorvane

@@ -1,6 +1,7 @@
 #include "engine/mate_in_one.h"
 
 #include "core/make_move.h"
+#include "core/knight_table.h"
 #include "core/movegen.h"
 #include "core/square_sets.h"
 #include "core/thread_context.h"
@@ -69,20 +70,86 @@ private:
     const int m_king;
 };
 
-// Whether a man that does not screen the king can check him at all: a slider
-// or knight with no square in reach from which it would aim at him has no
-// candidate, and its moves need not be listed.
-inline bool mayAim(const BoardSets& sets, uint8_t man, int square, int king) {
-    const SquareSet open = ~(sets.occupied & ~sets.black);
-    switch (man) {
-    case WN: return KNIGHT_REACH[square] & KNIGHT_REACH[king] & open;
-    case WB: return DiagonalReach(square, sets.occupied) & DIAGONALS[king] & open;
-    case WR: return LineReach(square, sets.occupied) & LINES[king] & open;
-    case WQ:
-        return (LineReach(square, sets.occupied) | DiagonalReach(square, sets.occupied)) &
-               (LINES[king] | DIAGONALS[king]) & open;
-    default: return true;
+inline bool onOneLine(int a, int b) {
+    const int dc = absInt(colOf(a) - colOf(b)), dr = absInt(rowOf(a) - rowOf(b));
+    return dc == 0 || dr == 0 || dc == dr;
+}
+
+// The squares from which a man of `kind` (knight, bishop, rook, queen) would
+// attack `square`, with `men` in the way.
+inline SquareSet attackingSquares(int kind, int square, SquareSet men) {
+    switch (kind) {
+    case KIND_KNIGHT: return KNIGHT_REACH[square];
+    case KIND_BISHOP: return DiagonalReach(square, men);
+    case KIND_ROOK: return LineReach(square, men);
+    default: return LineReach(square, men) | DiagonalReach(square, men);
     }
+}
+
+// The squares a knight or slider of White on `from` may go to, in no order.
+inline SquareSet reachOf(int kind, int from, const BoardSets& sets) {
+    return attackingSquares(kind, from, sets.occupied) & ~(sets.occupied & ~sets.black);
+}
+
+// The targets of one ray of a slider, near to far, as moves from `from`.
+template <int Direction> inline void addRayTargets(int from, SquareSet targets, TMove* out, int& count) {
+    for (SquareSet ray = targets & RAYS[Direction][from]; ray;) {
+        const int to = NearestOnRay<Direction>(ray);
+        ray &= ~SquareBit(to);
+        out[count++] = TMove{static_cast<uint8_t>(from), static_cast<uint8_t>(to), 0, 0};
+    }
+}
+
+// Moves to `targets` in the base order of the generator: the rook's rays, then
+// the bishop's, each near to far; a knight's jumps in the order of its table.
+int movesToTargets(int kind, int from, SquareSet targets, TMove* out) {
+    int count = 0;
+    if (kind == KIND_KNIGHT) {
+        const int8_t* jumps = KnightJumps(from);
+        for (int i = 0, n = KnightJumpCount(from); i < n; ++i)
+            if (targets & SquareBit(from + jumps[i]))
+                out[count++] = TMove{static_cast<uint8_t>(from), static_cast<uint8_t>(from + jumps[i]), 0, 0};
+        return count;
+    }
+    if (kind & KIND_ROOK) {
+        addRayTargets<RAY_UP>(from, targets, out, count);
+        addRayTargets<RAY_DOWN>(from, targets, out, count);
+        addRayTargets<RAY_RIGHT>(from, targets, out, count);
+        addRayTargets<RAY_LEFT>(from, targets, out, count);
+    }
+    if (kind & KIND_BISHOP) {
+        addRayTargets<RAY_UP_RIGHT>(from, targets, out, count);
+        addRayTargets<RAY_UP_LEFT>(from, targets, out, count);
+        addRayTargets<RAY_DOWN_RIGHT>(from, targets, out, count);
+        addRayTargets<RAY_DOWN_LEFT>(from, targets, out, count);
+    }
+    return count;
+}
+
+// The moves of a knight or slider that does not screen the king and could
+// mate: it must check him from its new square, and from there attack every
+// square he could flee to now, unless a line through the square it leaves may
+// open onto that square. `flights` holds those squares.
+int mateCandidates(const BoardSets& sets, int kind, int from, int king, SquareSet flights, TMove* out) {
+    const SquareSet without = sets.occupied & ~SquareBit(from);
+    SquareSet targets = reachOf(kind, from, sets) & attackingSquares(kind, king, without);
+    // The king leaves his square when he flees, so a line through it runs on.
+    const SquareSet withoutKing = without & ~SquareBit(king);
+    for (SquareSet squares = flights; squares && targets; squares &= squares - 1) {
+        const int flight = __builtin_ctzll(squares);
+        if (!onOneLine(from, flight)) targets &= attackingSquares(kind, flight, withoutKing);
+    }
+    return targets ? movesToTargets(kind, from, targets, out) : 0;
+}
+
+// A king that screens nothing checks only by castling, from his first square;
+// a pawn only from two or three rows below the king and at most two columns
+// off, or by promoting, or by taking en passant (which may open a line).
+inline bool mayCheckAtAll(int kind, int square, int king) {
+    if (kind == KIND_KING) return square == 4;
+    if (kind != KIND_PAWN) return true;
+    const int row = rowOf(square), dr = rowOf(king) - row;
+    return row == 6 || row == 4 || ((dr == 2 || dr == 3) && absInt(colOf(king) - colOf(square)) <= 2);
 }
 
 } // namespace
@@ -116,14 +183,23 @@ bool FindMateInOne(TChessboard& b, TMove* mateMove) {
             if (mates(moves[i])) return true;
         return false;
     }
-    // Only the moves that may give check are tried, man by man from a1.
+    // Only the moves that may mate are tried, man by man from a1.
     const int king = b.blackKing();
     const SquareSet screens = kingScreens(sets, king);
+    const SquareSet withoutKing = sets.occupied & ~SquareBit(king);
+    SquareSet flights = 0;
+    for (SquareSet squares = KING_REACH[king] & ~sets.black; squares; squares &= squares - 1) {
+        const int square = __builtin_ctzll(squares);
+        if (!sets.WhiteAttacks(square, withoutKing)) flights |= SquareBit(square);
+    }
     for (SquareSet white = sets.occupied & ~sets.black; white; white &= white - 1) {
         const int square = __builtin_ctzll(white);
+        const int kind = b.m_aSquares[square] & KIND_MASK;
         const bool screening = (screens >> square) & 1;
-        if (!screening && !mayAim(sets, b.m_aSquares[square], square, king)) continue;
-        const int count = GenerateWhiteCheckCandidates(b, square, screening, moves);
+        if (!screening && !mayCheckAtAll(kind, square, king)) continue;
+        const int count = screening || kind == KIND_PAWN || kind == KIND_KING
+                              ? GenerateWhiteCheckCandidates(b, square, screening, moves)
+                              : mateCandidates(sets, kind, square, king, flights, moves);
         for (int i = 0; i < count; ++i)
             if (mates(moves[i])) return true;
     }
