@@ -4,6 +4,7 @@
 #include "castling.h"
 #include "check_detection.h"
 #include "movegen.h"
+#include "square_sets.h"
 #include "thread_context.h"
 
 #include <cstring>
@@ -161,23 +162,12 @@ inline bool weakWhiteFlagMayChange(const TChessboard& b) {
 
 } // namespace
 
-int CountBlackKingFlights(TChessboard& b, int limit) {
-    const int king = b.blackKing();
-    const int kc = b.m_cBlackKingCol, kr = b.m_cBlackKingRow;
-    b.m_aSquares[king] = 0;
-    int flights = 0;
-    for (int dr = -1; dr <= 1 && flights < limit; ++dr)
-        for (int dc = -1; dc <= 1 && flights < limit; ++dc) {
-            const int c = kc + dc, r = kr + dr;
-            if ((dc == 0 && dr == 0) || c < 0 || c > 7 || r < 0 || r > 7) continue;
-            if (isBlack(b.m_aSquares[squareOf(c, r)])) continue;
-            if (!IsAttackedByWhite(b, c, r)) ++flights;
-        }
-    b.m_aSquares[king] = BK;
-    return flights;
+int CountBlackKingFlights(const TChessboard& b, int limit) {
+    const int flights = __builtin_popcountll(BoardSets::Of(b).BlackKingFlights(b.blackKing()));
+    return flights < limit ? flights : limit;
 }
 
-bool BlackKingHasFlight(TChessboard& b) { return CountBlackKingFlights(b, 1) > 0; }
+bool BlackKingHasFlight(const TChessboard& b) { return CountBlackKingFlights(b, 1) > 0; }
 
 bool BlackHasLegalMove(TChessboard& b) { return BlackKingHasFlight(b) || BlackManAnswersCheck(b); }
 

@@ -17,9 +17,9 @@ int MakeBlackMove(TChessboard& child, TMove& move, bool bLegal);
 
 // Whether the black king has a flight: a neighbour free of black men and not
 // attacked by White once the king is lifted off his square.
-bool BlackKingHasFlight(TChessboard& b);
+bool BlackKingHasFlight(const TChessboard& b);
 // The number of such flights, counted up to `limit`.
-int CountBlackKingFlights(TChessboard& b, int limit = 8);
+int CountBlackKingFlights(const TChessboard& b, int limit = 8);
 
 // Black in check: has he any legal move? Stops at the first one; no means mate.
 bool BlackHasLegalMove(TChessboard& b);

@@ -42,7 +42,8 @@ BoardSets BoardSets::Of(const TChessboard& b) {
         empty |= SquareSet{static_cast<uint16_t>(_mm_movemask_epi8(_mm_cmpeq_epi8(rows[i], zero)))} << (16 * i);
     }
     sets.occupied = ~empty;
-    sets.black = squaresWithBits(rows, BLACK);
+    // Black is the byte's top bit, which is what a byte mask reads.
+    for (int i = 0; i < 4; ++i) sets.black |= SquareSet{static_cast<uint16_t>(_mm_movemask_epi8(rows[i]))} << (16 * i);
     sets.whiteKing = squaresHolding(rows, WK);
     sets.whitePawns = squaresHolding(rows, WP);
     sets.whiteKnights = squaresHolding(rows, WN);

@@ -104,6 +104,13 @@ inline SquareSet DiagonalReach(int square, SquareSet occupied) {
            RayReach<RAY_DOWN_RIGHT>(square, occupied) | RayReach<RAY_DOWN_LEFT>(square, occupied);
 }
 
+// Whether the first man on the ray from `square` is one of `sliders`, which
+// stand among `men`.
+template <int Direction> inline bool SliderOnRay(int square, SquareSet men, SquareSet sliders) {
+    const SquareSet ray = RAYS[Direction][square];
+    return (ray & sliders) && (sliders & SquareBit(NearestOnRay<Direction>(ray & men)));
+}
+
 // The men of a position as sets: every man, the black men, and the White men
 // by what they attack. A queen is in both slider sets.
 struct BoardSets {
@@ -122,8 +129,24 @@ struct BoardSets {
         if ((KNIGHT_REACH[square] & whiteKnights) || (KING_REACH[square] & whiteKing) ||
             (WHITE_PAWN_ATTACKERS[square] & whitePawns))
             return true;
-        if ((LINES[square] & whiteLine) && (LineReach(square, men) & whiteLine)) return true;
-        return (DIAGONALS[square] & whiteDiagonal) && (DiagonalReach(square, men) & whiteDiagonal);
+        return SliderOnRay<RAY_UP>(square, men, whiteLine) || SliderOnRay<RAY_DOWN>(square, men, whiteLine) ||
+               SliderOnRay<RAY_RIGHT>(square, men, whiteLine) || SliderOnRay<RAY_LEFT>(square, men, whiteLine) ||
+               SliderOnRay<RAY_UP_RIGHT>(square, men, whiteDiagonal) ||
+               SliderOnRay<RAY_UP_LEFT>(square, men, whiteDiagonal) ||
+               SliderOnRay<RAY_DOWN_RIGHT>(square, men, whiteDiagonal) ||
+               SliderOnRay<RAY_DOWN_LEFT>(square, men, whiteDiagonal);
+    }
+
+    // The squares beside the black king on `king` that hold no black man and
+    // that no White man attacks once the king has left his square.
+    SquareSet BlackKingFlights(int king) const {
+        const SquareSet withoutKing = occupied & ~SquareBit(king);
+        SquareSet flights = 0;
+        for (SquareSet squares = KING_REACH[king] & ~black; squares; squares &= squares - 1) {
+            const int square = __builtin_ctzll(squares);
+            if (!WhiteAttacks(square, withoutKing)) flights |= SquareBit(square);
+        }
+        return flights;
     }
 
     // The sets after a White man of `kind` goes from `from` to `to`, becoming

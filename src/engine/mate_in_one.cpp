@@ -186,12 +186,7 @@ bool FindMateInOne(TChessboard& b, TMove* mateMove) {
     // Only the moves that may mate are tried, man by man from a1.
     const int king = b.blackKing();
     const SquareSet screens = kingScreens(sets, king);
-    const SquareSet withoutKing = sets.occupied & ~SquareBit(king);
-    SquareSet flights = 0;
-    for (SquareSet squares = KING_REACH[king] & ~sets.black; squares; squares &= squares - 1) {
-        const int square = __builtin_ctzll(squares);
-        if (!sets.WhiteAttacks(square, withoutKing)) flights |= SquareBit(square);
-    }
+    const SquareSet flights = sets.BlackKingFlights(king);
     for (SquareSet white = sets.occupied & ~sets.black; white; white &= white - 1) {
         const int square = __builtin_ctzll(white);
         const int kind = b.m_aSquares[square] & KIND_MASK;
