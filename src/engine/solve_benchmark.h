@@ -1,5 +1,5 @@
 #pragma once
-// The solve benchmark: a fixed list of direct mates (#3 to #5) from the shared
+// The solve benchmark: a fixed list of direct mates (#3 to #6) from the shared
 // corpus, solved one by one. Its total node count is the signature of the
 // search: it changes only when the search itself changes.
 #include "core/move.h"
