@@ -7,7 +7,7 @@
 namespace zorvane {
 namespace {
 
-constexpr uint64_t EXPECTED_NODES = 9147111;
+constexpr uint64_t EXPECTED_NODES = 8924963;
 
 TEST(SolveBenchmark, KeysAndNodeSignature) {
     if (!CorpusPresent()) GTEST_SKIP() << "corpus not found at " << CORPUS << " (../shared is absent)";

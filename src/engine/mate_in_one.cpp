@@ -13,15 +13,14 @@ namespace {
 // The White man nearest to the black king on a ray screens him when a White
 // slider of that ray's kind stands next behind it: moving it may uncover check.
 template <int Direction> inline void addScreen(const BoardSets& sets, int king, SquareSet& screens) {
+    constexpr bool diagonal = Direction >= RAY_UP_RIGHT;
+    const SquareSet sliders = diagonal ? sets.whiteDiagonal : sets.whiteLine;
+    if (!(RAYS[Direction][king] & sliders)) return;
     const SquareSet men = RAYS[Direction][king] & sets.occupied;
-    if (!men) return;
     const int first = NearestOnRay<Direction>(men);
     if (sets.black & SquareBit(first)) return;
     const SquareSet beyond = RAYS[Direction][first] & sets.occupied;
-    if (!beyond) return;
-    constexpr bool diagonal = Direction >= RAY_UP_RIGHT;
-    const SquareSet sliders = diagonal ? sets.whiteDiagonal : sets.whiteLine;
-    if (sliders & SquareBit(NearestOnRay<Direction>(beyond))) screens |= SquareBit(first);
+    if (beyond && (sliders & SquareBit(NearestOnRay<Direction>(beyond)))) screens |= SquareBit(first);
 }
 
 SquareSet kingScreens(const BoardSets& sets, int king) {
@@ -51,15 +50,17 @@ public:
         return kind != KIND_PAWN || !((m.from ^ m.to) & 7) || m_board.m_aSquares[m.to];
     }
 
-    // For a move that it judges: check, and no flight for the king.
-    bool ChecksWithoutFlight(const TMove& m) const {
+    // For a move that it judges: check, and no flight for the king. What the
+    // caller knows already is not looked at again: that the move checks, and
+    // which squares beside the king it takes.
+    bool ChecksWithoutFlight(const TMove& m, bool checks, SquareSet taken) const {
         const int kind = m_board.m_aSquares[m.from] & KIND_MASK;
         const int newKind = (m.promotion & KIND_MASK) ? (m.promotion & KIND_MASK) : kind;
         const BoardSets after = m_sets.AfterWhiteMove(m.from, m.to, kind, newKind);
-        if (!after.WhiteAttacks(m_king, after.occupied)) return false;
+        if (!checks && !after.WhiteAttacks(m_king, after.occupied)) return false;
         // The king steps off his square, so a checking line runs on through it.
         const SquareSet occupiedWithoutKing = after.occupied & ~SquareBit(m_king);
-        for (SquareSet squares = KING_REACH[m_king] & ~after.black; squares; squares &= squares - 1)
+        for (SquareSet squares = KING_REACH[m_king] & ~after.black & ~taken; squares; squares &= squares - 1)
             if (!after.WhiteAttacks(__builtin_ctzll(squares), occupiedWithoutKing)) return false;
         return true;
     }
@@ -128,16 +129,21 @@ int movesToTargets(int kind, int from, SquareSet targets, TMove* out) {
 
 // The moves of a knight or slider that does not screen the king and could
 // mate: it must check him from its new square, and from there attack every
-// square he could flee to now, unless a line through the square it leaves may
-// open onto that square. `flights` holds those squares.
-int mateCandidates(const BoardSets& sets, int kind, int from, int king, SquareSet flights, TMove* out) {
+// square he could flee to now (`flights`), unless a line through the square
+// it leaves may open onto that square. The flights that every such move takes
+// go to `taken`.
+int mateCandidates(const BoardSets& sets, int kind, int from, int king, SquareSet flights, TMove* out,
+                   SquareSet& taken) {
     const SquareSet without = sets.occupied & ~SquareBit(from);
     SquareSet targets = reachOf(kind, from, sets) & attackingSquares(kind, king, without);
     // The king leaves his square when he flees, so a line through it runs on.
     const SquareSet withoutKing = without & ~SquareBit(king);
+    taken = 0;
     for (SquareSet squares = flights; squares && targets; squares &= squares - 1) {
         const int flight = __builtin_ctzll(squares);
-        if (!onOneLine(from, flight)) targets &= attackingSquares(kind, flight, withoutKing);
+        if (onOneLine(from, flight)) continue;
+        targets &= attackingSquares(kind, flight, withoutKing);
+        taken |= SquareBit(flight);
     }
     return targets ? movesToTargets(kind, from, targets, out) : 0;
 }
@@ -166,11 +172,11 @@ bool FindMateInOne(TChessboard& b, TMove* mateMove) {
     MoveBuffer moves;
     // A move that the filter passes still has to be legal, and no other black
     // man may answer its check; the king's flights are known already.
-    auto mates = [&](TMove& move) {
+    auto mates = [&](TMove& move, bool checks, SquareSet taken) {
         if (!filter.Judges(move)) {
             if (!MatesAtOnce(b, child, move)) return false;
         } else {
-            if (!filter.ChecksWithoutFlight(move)) return false;
+            if (!filter.ChecksWithoutFlight(move, checks, taken)) return false;
             CopyToChild(child, b);
             if (!MakeWhiteMove(child, move) || child.m_cBlackChecker < 0 || BlackManAnswersCheck(child)) return false;
         }
@@ -180,7 +186,7 @@ bool FindMateInOne(TChessboard& b, TMove* mateMove) {
     if (b.m_cWhiteChecker >= 0) {
         const int count = GenerateWhiteEvasions(b, moves);
         for (int i = 0; i < count; ++i)
-            if (mates(moves[i])) return true;
+            if (mates(moves[i], false, 0)) return true;
         return false;
     }
     // Only the moves that may mate are tried, man by man from a1.
@@ -192,11 +198,13 @@ bool FindMateInOne(TChessboard& b, TMove* mateMove) {
         const int kind = b.m_aSquares[square] & KIND_MASK;
         const bool screening = (screens >> square) & 1;
         if (!screening && !mayCheckAtAll(kind, square, king)) continue;
-        const int count = screening || kind == KIND_PAWN || kind == KIND_KING
-                              ? GenerateWhiteCheckCandidates(b, square, screening, moves)
-                              : mateCandidates(sets, kind, square, king, flights, moves);
+        // The candidates of a knight or slider check, and take some flights.
+        const bool listed = !screening && kind != KIND_PAWN && kind != KIND_KING;
+        SquareSet taken = 0;
+        const int count = listed ? mateCandidates(sets, kind, square, king, flights, moves, taken)
+                                 : GenerateWhiteCheckCandidates(b, square, screening, moves);
         for (int i = 0; i < count; ++i)
-            if (mates(moves[i])) return true;
+            if (mates(moves[i], listed, taken)) return true;
     }
     return false;
 }

@@ -23,13 +23,12 @@ constexpr int CAPTURE_BONUS = 3;
 constexpr int IDLE_KING_PENALTY = 6;
 // A man put where a black man takes it for nothing is rarely the key.
 constexpr int HANGING_PENALTY = 3;
-// Black's qualities: a check, a capture by the value of the man, a promotion,
-// a king move by the flights it leaves.
+// Black's qualities: a check, a capture by the value of the man, a promotion.
+// (Counting a king move's flights cost a sixth of the time on a #5 and ordered
+// the replies no better.)
 constexpr int BLACK_CHECK_KEY = -60;
 constexpr int BLACK_CAPTURE_STEP = -8;
 constexpr int BLACK_PROMOTION_KEY = -40;
-constexpr int BLACK_KING_MOVE_KEY = 0;
-constexpr int BLACK_FLIGHT_STEP = -2;
 constexpr int STRONG_REPLY_BONUS = -5;
 // Taking the man that White has just moved answers most of its ideas.
 constexpr int BLACK_RECAPTURE_KEY = -20;
@@ -195,8 +194,6 @@ int SortBlackMoves(const TChessboard& position, TMove* moves, int count, const T
                 if (moves[i].to == position.m_LastMove.to) score += BLACK_RECAPTURE_KEY;
             }
             if (moves[i].promotion & KIND_MASK) score += BLACK_PROMOTION_KEY;
-            if ((position.m_aSquares[moves[i].from] & KIND_MASK) == KIND_KING)
-                score += BLACK_KING_MOVE_KEY + BLACK_FLIGHT_STEP * CountBlackKingFlights(child);
             // Men that come near the white king tend to spoil White's plans.
             score -= 7 - kingDistance(moves[i].to, whiteKing);
             if (score < -123) score = BLACK_KEY_FIRST;
