@@ -94,5 +94,25 @@ TEST(MateInOne, EnPassantThatMates) {
     EXPECT_EQ(mate, mv("e5", "d6"));
 }
 
+TEST(MateInOne, APinnedManDoesNotAnswerTheCheck) {
+    // The knight on e6 could take on a8 or step between, but the bishop on c4
+    // pins it to the king.
+    auto context = std::make_unique<TThreadContext>();
+    TChessboard b = boardFromFen("6k1/6pp/3Nn3/8/2B5/8/8/RK6 w - -", 1, context.get());
+    TMove mate;
+    ASSERT_TRUE(FindMateInOne(b, &mate));
+    EXPECT_EQ(mate, mv("a1", "a8"));
+}
+
+TEST(MateInOne, ADoubleStepBetweenAnswersTheCheck) {
+    // After Bb2+ only e7-e5 comes between, and it does.
+    auto context = std::make_unique<TThreadContext>();
+    TChessboard b = boardFromFen("7k/4p2p/8/8/8/B7/8/2K3R1 w - -", 1, context.get());
+    TMove played = mv("a3", "b2");
+    TChessboard child;
+    EXPECT_FALSE(MatesAtOnce(b, child, played));
+    EXPECT_FALSE(FindMateInOne(b));
+}
+
 } // namespace
 } // namespace zorvane

@@ -66,4 +66,31 @@ BoardSets BoardSets::Of(const TChessboard& b) {
     return sets;
 }
 
+BlackMen BlackMen::Of(const TChessboard& b) {
+    BlackMen men;
+#if defined(__SSE2__)
+    __m128i rows[4];
+    for (int i = 0; i < 4; ++i) rows[i] = _mm_loadu_si128(reinterpret_cast<const __m128i*>(b.m_aSquares + 16 * i));
+    men.king = squaresHolding(rows, BK);
+    men.freePawns = squaresHolding(rows, BP);
+    men.pawns = men.freePawns | squaresHolding(rows, BP | PAWN_BLOCK_MARK);
+    men.knights = squaresHolding(rows, BN);
+    men.diagonal = squaresWithBits(rows, BLACK_DIAGONAL);
+    men.line = squaresWithBits(rows, BLACK_LINE);
+#else
+    for (int square = 0; square < 64; ++square) {
+        const uint8_t man = b.m_aSquares[square];
+        if (!isBlack(man)) continue;
+        const SquareSet bit = SquareBit(square);
+        if (man == BK) men.king |= bit;
+        if (man == BP) men.freePawns |= bit;
+        if ((man & KIND_MASK) == KIND_PAWN) men.pawns |= bit;
+        if (man == BN) men.knights |= bit;
+        if ((man & BLACK_DIAGONAL) == BLACK_DIAGONAL) men.diagonal |= bit;
+        if ((man & BLACK_LINE) == BLACK_LINE) men.line |= bit;
+    }
+#endif
+    return men;
+}
+
 } // namespace zorvane

@@ -70,6 +70,13 @@ inline constexpr std::array<SquareSet, 64> WHITE_PAWN_ATTACKERS = square_set_det
     if (rowOf(square) > 0 && colOf(square) < 7) set |= SquareBit(square - 7);
     return set;
 });
+// The squares from which a black pawn attacks the square.
+inline constexpr std::array<SquareSet, 64> BLACK_PAWN_ATTACKERS = square_set_detail::table([](int square) {
+    SquareSet set = 0;
+    if (rowOf(square) < 7 && colOf(square) > 0) set |= SquareBit(square + 7);
+    if (rowOf(square) < 7 && colOf(square) < 7) set |= SquareBit(square + 9);
+    return set;
+});
 // Whole lines through a square, the square itself left out.
 inline constexpr std::array<SquareSet, 64> LINES = square_set_detail::table(
     [](int square) { return RAYS[RAY_UP][square] | RAYS[RAY_DOWN][square] | RAYS[RAY_RIGHT][square] | RAYS[RAY_LEFT][square]; });
@@ -149,6 +156,13 @@ struct BoardSets {
         return flights;
     }
 
+    // The White men that attack `square`, with `men` in the way.
+    SquareSet WhiteAttackers(int square, SquareSet men) const {
+        return (KNIGHT_REACH[square] & whiteKnights) | (KING_REACH[square] & whiteKing) |
+               (WHITE_PAWN_ATTACKERS[square] & whitePawns) | (LineReach(square, men) & whiteLine) |
+               (DiagonalReach(square, men) & whiteDiagonal);
+    }
+
     // The sets after a White man of `kind` goes from `from` to `to`, becoming
     // `newKind` (itself, or what a pawn promotes to). Castling and en passant
     // move a second man and are not told here.
@@ -175,6 +189,32 @@ struct BoardSets {
             break;
         }
         return after;
+    }
+};
+
+// The black men by what they do, for the answers to a check. A pawn marked
+// as blocked still takes, but may not step straight on.
+struct BlackMen {
+    SquareSet king = 0;
+    SquareSet pawns = 0;        // every pawn, marked or not
+    SquareSet freePawns = 0;    // the pawns that may step straight on
+    SquareSet knights = 0;
+    SquareSet diagonal = 0;     // bishops and queens
+    SquareSet line = 0;         // rooks and queens
+
+    static BlackMen Of(const TChessboard& b);
+
+    // Whether a black man attacks `square`, with `men` in the way.
+    bool Attack(int square, SquareSet men) const {
+        return (KNIGHT_REACH[square] & knights) || (KING_REACH[square] & king) ||
+               (BLACK_PAWN_ATTACKERS[square] & pawns) || (LineReach(square, men) & line) ||
+               (DiagonalReach(square, men) & diagonal);
+    }
+
+    // The same men once White has taken on `square`.
+    BlackMen Without(int square) const {
+        const SquareSet keep = ~SquareBit(square);
+        return BlackMen{king, pawns & keep, freePawns & keep, knights & keep, diagonal & keep, line & keep};
     }
 };
 

@@ -3,6 +3,7 @@
 #include "core/make_move.h"
 #include "core/knight_table.h"
 #include "core/movegen.h"
+#include "core/rays.h"
 #include "core/square_sets.h"
 #include "core/thread_context.h"
 
@@ -10,30 +11,79 @@ namespace zorvane {
 
 namespace {
 
-// The White man nearest to the black king on a ray screens him when a White
-// slider of that ray's kind stands next behind it: moving it may uncover check.
-template <int Direction> inline void addScreen(const BoardSets& sets, int king, SquareSet& screens) {
-    constexpr bool diagonal = Direction >= RAY_UP_RIGHT;
-    const SquareSet sliders = diagonal ? sets.whiteDiagonal : sets.whiteLine;
+// The man nearest to the king on a ray, when it is one of `own` and a slider
+// of `sliders` (of that ray's kind) stands next behind it: a White man there
+// screens the black king, a black man is pinned to him.
+template <int Direction>
+inline void addShielded(int king, SquareSet occupied, SquareSet own, SquareSet diagonal, SquareSet line,
+                        SquareSet& shields) {
+    const SquareSet sliders = Direction >= RAY_UP_RIGHT ? diagonal : line;
     if (!(RAYS[Direction][king] & sliders)) return;
-    const SquareSet men = RAYS[Direction][king] & sets.occupied;
-    const int first = NearestOnRay<Direction>(men);
-    if (sets.black & SquareBit(first)) return;
-    const SquareSet beyond = RAYS[Direction][first] & sets.occupied;
-    if (beyond && (sliders & SquareBit(NearestOnRay<Direction>(beyond)))) screens |= SquareBit(first);
+    const int first = NearestOnRay<Direction>(RAYS[Direction][king] & occupied);
+    if (!(own & SquareBit(first))) return;
+    const SquareSet beyond = RAYS[Direction][first] & occupied;
+    if (beyond && (sliders & SquareBit(NearestOnRay<Direction>(beyond)))) shields |= SquareBit(first);
 }
 
-SquareSet kingScreens(const BoardSets& sets, int king) {
-    SquareSet screens = 0;
-    addScreen<RAY_UP>(sets, king, screens);
-    addScreen<RAY_DOWN>(sets, king, screens);
-    addScreen<RAY_RIGHT>(sets, king, screens);
-    addScreen<RAY_LEFT>(sets, king, screens);
-    addScreen<RAY_UP_RIGHT>(sets, king, screens);
-    addScreen<RAY_UP_LEFT>(sets, king, screens);
-    addScreen<RAY_DOWN_RIGHT>(sets, king, screens);
-    addScreen<RAY_DOWN_LEFT>(sets, king, screens);
-    return screens;
+SquareSet shieldsOfKing(int king, const BoardSets& sets, SquareSet own) {
+    SquareSet shields = 0;
+    const SquareSet d = sets.whiteDiagonal, l = sets.whiteLine, o = sets.occupied;
+    addShielded<RAY_UP>(king, o, own, d, l, shields);
+    addShielded<RAY_DOWN>(king, o, own, d, l, shields);
+    addShielded<RAY_RIGHT>(king, o, own, d, l, shields);
+    addShielded<RAY_LEFT>(king, o, own, d, l, shields);
+    addShielded<RAY_UP_RIGHT>(king, o, own, d, l, shields);
+    addShielded<RAY_UP_LEFT>(king, o, own, d, l, shields);
+    addShielded<RAY_DOWN_RIGHT>(king, o, own, d, l, shields);
+    addShielded<RAY_DOWN_LEFT>(king, o, own, d, l, shields);
+    return shields;
+}
+
+// The squares strictly between two squares of one line; none if they share none.
+inline SquareSet between(int from, int to) {
+    int direction;
+    switch (LineStep(from, to)) {
+    case 8: direction = RAY_UP; break;
+    case -8: direction = RAY_DOWN; break;
+    case 1: direction = RAY_RIGHT; break;
+    case -1: direction = RAY_LEFT; break;
+    case 9: direction = RAY_UP_RIGHT; break;
+    case 7: direction = RAY_UP_LEFT; break;
+    case -7: direction = RAY_DOWN_RIGHT; break;
+    case -9: direction = RAY_DOWN_LEFT; break;
+    default: return 0;
+    }
+    return RAYS[direction][from] & ~RAYS[direction][to] & ~SquareBit(to);
+}
+
+// The black men other than the king that could move to the empty `square`.
+inline SquareSet blackMenReaching(const BlackMen& black, int square, SquareSet occupied) {
+    SquareSet men = (KNIGHT_REACH[square] & black.knights) | (LineReach(square, occupied) & black.line) |
+                    (DiagonalReach(square, occupied) & black.diagonal);
+    if (square < 56) {
+        men |= black.freePawns & SquareBit(square + 8);
+        if (rowOf(square) == 4 && !(occupied & SquareBit(square + 8))) men |= black.freePawns & SquareBit(square + 16);
+    }
+    return men;
+}
+
+// After a White move that checks the black king and leaves him no square:
+// whether the move was legal and no other black man takes the checker or
+// steps between. En passant is not looked at: the caller leaves a pawn's
+// double step to the maker.
+bool unanswered(const BoardSets& after, const BlackMen& black, int king, int whiteKing) {
+    if (black.Attack(whiteKing, after.occupied)) return false;
+    const SquareSet checkers = after.WhiteAttackers(king, after.occupied);
+    if (checkers & (checkers - 1)) return true;
+    const int checker = __builtin_ctzll(checkers);
+    SquareSet answers = (KNIGHT_REACH[checker] & black.knights) | (BLACK_PAWN_ATTACKERS[checker] & black.pawns) |
+                        (LineReach(checker, after.occupied) & black.line) |
+                        (DiagonalReach(checker, after.occupied) & black.diagonal);
+    for (SquareSet squares = between(checker, king); squares && !answers; squares &= squares - 1)
+        answers |= blackMenReaching(black, __builtin_ctzll(squares), after.occupied);
+    // A pinned man stays on its line through the king, which crosses the line
+    // of the check only on the king's square: it never answers.
+    return !answers || !(answers & ~shieldsOfKing(king, after, after.black));
 }
 
 // Judges White's moves in one position by sets of squares, before any is
@@ -50,10 +100,11 @@ public:
         return kind != KIND_PAWN || !((m.from ^ m.to) & 7) || m_board.m_aSquares[m.to];
     }
 
-    // For a move that it judges: check, and no flight for the king. What the
-    // caller knows already is not looked at again: that the move checks, and
-    // which squares beside the king it takes.
-    bool ChecksWithoutFlight(const TMove& m, bool checks, SquareSet taken) const {
+    // For a move that it judges: whether it may mate. It must check, leave
+    // the king no square, be legal, and leave no other black man an answer.
+    // What the caller knows already is not looked at again: that the move
+    // checks, and which squares beside the king it takes.
+    bool MayMate(const TMove& m, bool checks, SquareSet taken) {
         const int kind = m_board.m_aSquares[m.from] & KIND_MASK;
         const int newKind = (m.promotion & KIND_MASK) ? (m.promotion & KIND_MASK) : kind;
         const BoardSets after = m_sets.AfterWhiteMove(m.from, m.to, kind, newKind);
@@ -62,13 +113,22 @@ public:
         const SquareSet occupiedWithoutKing = after.occupied & ~SquareBit(m_king);
         for (SquareSet squares = KING_REACH[m_king] & ~after.black & ~taken; squares; squares &= squares - 1)
             if (!after.WhiteAttacks(__builtin_ctzll(squares), occupiedWithoutKing)) return false;
-        return true;
+        // A pawn's double step may be taken en passant: the maker judges it.
+        if (kind == KIND_PAWN && m.to == m.from + 16) return true;
+        if (!m_blackKnown) {
+            m_black = BlackMen::Of(m_board);
+            m_blackKnown = true;
+        }
+        const int whiteKing = kind == KIND_KING ? m.to : m_board.whiteKing();
+        return unanswered(after, m_black.Without(m.to), m_king, whiteKing);
     }
 
 private:
     const TChessboard& m_board;
     const BoardSets& m_sets;
     const int m_king;
+    BlackMen m_black;
+    bool m_blackKnown = false;
 };
 
 inline bool onOneLine(int a, int b) {
@@ -170,13 +230,13 @@ bool FindMateInOne(TChessboard& b, TMove* mateMove) {
     const BoardSets sets = BoardSets::Of(b);
     MateFilter filter(b, sets);
     MoveBuffer moves;
-    // A move that the filter passes still has to be legal, and no other black
-    // man may answer its check; the king's flights are known already.
+    // The filter lets through only what may mate; the maker and the mate test
+    // have the last word.
     auto mates = [&](TMove& move, bool checks, SquareSet taken) {
         if (!filter.Judges(move)) {
             if (!MatesAtOnce(b, child, move)) return false;
         } else {
-            if (!filter.ChecksWithoutFlight(move, checks, taken)) return false;
+            if (!filter.MayMate(move, checks, taken)) return false;
             CopyToChild(child, b);
             if (!MakeWhiteMove(child, move) || child.m_cBlackChecker < 0 || BlackManAnswersCheck(child)) return false;
         }
@@ -191,7 +251,7 @@ bool FindMateInOne(TChessboard& b, TMove* mateMove) {
     }
     // Only the moves that may mate are tried, man by man from a1.
     const int king = b.blackKing();
-    const SquareSet screens = kingScreens(sets, king);
+    const SquareSet screens = shieldsOfKing(king, sets, sets.occupied & ~sets.black);
     const SquareSet flights = sets.BlackKingFlights(king);
     for (SquareSet white = sets.occupied & ~sets.black; white; white &= white - 1) {
         const int square = __builtin_ctzll(white);
