@@ -65,13 +65,13 @@ TEST(MateInOne, AgreesWithPlayingEveryMoveNearMates) {
     Tally tally;
     compareInTree("7R/8/4Qp2/1p2b3/3rkp2/6P1/1P2P3/5RK1 w - -", 5, 2, tally);
     compareInTree("6k1/5ppp/8/8/8/8/5PPP/R3R1K1 w - -", 5, 2, tally);
-    compareInTree("2k5/1P1P4/K7/8/8/8/8/3R4 w - -", 5, 2, tally);
+    compareInTree("3k4/1P1P4/K7/8/8/8/8/2R5 w - -", 5, 2, tally);
     compareInTree("1k6/1p6/1K6/8/8/8/1B6/1R6 w - -", 5, 2, tally);
     compareInTree("4k3/8/8/8/8/8/8/4K2R w K -", 3, 2, tally);
     compareInTree("4rkr1/4p1p1/8/8/8/8/8/4K2R w K -", 3, 2, tally);
     compareInTree("2N5/3p4/p7/k3P2R/pp6/8/8/7K b - -", 4, 1, tally);
     EXPECT_GT(tally.positions, 1000);
-    EXPECT_GT(tally.mates, 100);
+    EXPECT_GT(tally.mates, 50);
 }
 
 TEST(MateInOne, CastlingThatMates) {
@@ -112,6 +112,17 @@ TEST(MateInOne, ADoubleStepBetweenAnswersTheCheck) {
     TChessboard child;
     EXPECT_FALSE(MatesAtOnce(b, child, played));
     EXPECT_FALSE(FindMateInOne(b));
+}
+
+TEST(MateInOne, AKingLeftToBeTakenDoesNoHarm) {
+    // No search reaches such a position, but a board being set up may show
+    // one: Black stands in check with White to move. The answer is whatever
+    // playing every move gives, and nothing reads outside its tables.
+    auto context = std::make_unique<TThreadContext>();
+    TChessboard b = boardFromFen("2k5/1P1P4/K7/8/8/8/8/3R4 w - -", 1, context.get());
+    TMove fast, played;
+    const bool found = FindMateInOne(b, &fast);
+    EXPECT_EQ(found, firstMateByPlayingAll(b, played));
 }
 
 } // namespace

@@ -85,12 +85,15 @@ inline constexpr std::array<SquareSet, 64> DIAGONALS = square_set_detail::table(
            RAYS[RAY_DOWN_LEFT][square];
 });
 
-// The square nearest to the ray's start among `men` (not empty) on a ray of
-// that direction: rays up and right run to higher squares, so it is the lowest bit.
+// The square nearest to the ray's start among `men` on a ray of that
+// direction: rays up and right run to higher squares, so it is the lowest bit.
+// With no man at all the answer is the far corner, a square on the board: a
+// caller that expects a man there (a slider left out of `men` in a position
+// with a king to be taken) gets a wrong answer, never a wild index.
 template <int Direction> inline int NearestOnRay(SquareSet men) {
     constexpr bool upward = Direction == RAY_UP || Direction == RAY_RIGHT || Direction == RAY_UP_RIGHT ||
                             Direction == RAY_UP_LEFT;
-    return upward ? __builtin_ctzll(men) : 63 - __builtin_clzll(men);
+    return upward ? __builtin_ctzll(men | SquareBit(63)) : 63 - __builtin_clzll(men | SquareBit(0));
 }
 
 // The squares of a ray up to and with the first man on it.
@@ -111,8 +114,7 @@ inline SquareSet DiagonalReach(int square, SquareSet occupied) {
            RayReach<RAY_DOWN_RIGHT>(square, occupied) | RayReach<RAY_DOWN_LEFT>(square, occupied);
 }
 
-// Whether the first man on the ray from `square` is one of `sliders`, which
-// stand among `men`.
+// Whether the first man of `men` on the ray from `square` is one of `sliders`.
 template <int Direction> inline bool SliderOnRay(int square, SquareSet men, SquareSet sliders) {
     const SquareSet ray = RAYS[Direction][square];
     return (ray & sliders) && (sliders & SquareBit(NearestOnRay<Direction>(ray & men)));

@@ -74,6 +74,7 @@ inline SquareSet blackMenReaching(const BlackMen& black, int square, SquareSet o
 bool unanswered(const BoardSets& after, const BlackMen& black, int king, int whiteKing) {
     if (black.Attack(whiteKing, after.occupied)) return false;
     const SquareSet checkers = after.WhiteAttackers(king, after.occupied);
+    if (!checkers) return false;
     if (checkers & (checkers - 1)) return true;
     const int checker = __builtin_ctzll(checkers);
     SquareSet answers = (KNIGHT_REACH[checker] & black.knights) | (BLACK_PAWN_ATTACKERS[checker] & black.pawns) |
