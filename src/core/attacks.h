@@ -14,6 +14,15 @@ template <int Step> inline bool sliderOnRay(const uint8_t* squares, int sq, uint
     return hit >= 0 && (squares[hit] & mask) == mask;
 }
 
+// Whether the White slider on `from` (NO_SQUARE for an empty slot) reaches `sq`,
+// moving along diagonals and lines as told.
+inline bool listedSliderReaches(const uint8_t* squares, int from, int sq, bool diagonal, bool line) {
+    if (from == NO_SQUARE) return false;
+    const int step = LineStep(sq, from);
+    if (step == 0 || !(IsDiagonalStep(step) ? diagonal : line)) return false;
+    return FirstManOnLine(squares, sq, step) == from;
+}
+
 } // namespace attack_detail
 
 // Whether Black attacks the square (col, row).
@@ -51,6 +60,13 @@ inline bool IsAttackedByWhite(const TChessboard& b, int col, int row) {
         if (col < 7 && s[sq - 7] == WP) return true;
     }
     if (b.m_nWhiteKnights && KnightOnJump(s, sq, WN)) return true;
+    // With the lists of White's men at hand only the lines to the sliders are walked.
+    if (b.m_bWhiteListsValid)
+        return listedSliderReaches(s, b.m_cWhiteQueen, sq, true, true) ||
+               listedSliderReaches(s, b.m_aWhiteRooks[0], sq, false, true) ||
+               listedSliderReaches(s, b.m_aWhiteRooks[1], sq, false, true) ||
+               listedSliderReaches(s, b.m_aWhiteBishops[0], sq, true, false) ||
+               listedSliderReaches(s, b.m_aWhiteBishops[1], sq, true, false);
     if (b.m_nWhiteBishops + b.m_nWhiteQueens) {
         if (sliderOnRay<9>(s, sq, WHITE_DIAGONAL) || sliderOnRay<7>(s, sq, WHITE_DIAGONAL) ||
             sliderOnRay<-7>(s, sq, WHITE_DIAGONAL) || sliderOnRay<-9>(s, sq, WHITE_DIAGONAL))
