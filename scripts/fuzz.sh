@@ -11,7 +11,7 @@ seconds="${1:-60}"
 shift || true
 targets=("$@")
 if [ ${#targets[@]} -eq 0 ]; then
-    targets=(fen_reader_fuzz move_text_fuzz problem_file_fuzz options_reader_fuzz)
+    targets=(fen_reader_fuzz move_text_fuzz problem_file_fuzz options_reader_fuzz mate_in_one_fuzz)
 fi
 
 CXX="${CXX:-clang++-14}" cmake -S . -B build-fuzz -G Ninja -DZORVANE_FUZZ=ON -DZORVANE_TESTS=OFF \
@@ -45,6 +45,9 @@ for target in "${targets[@]}"; do
                 $'UTF-8\n//!default #3 AllSolutions\n1 #3 NoMirror THREADS 4^2 GUICHECK 2 Requires x SH_KEYLINE ( a ) SH_ZUGZWANG OFF\n//#TAGS\n//#tag\n//!VARIANTS\n//!{Main variant} d1-d7[key] e8-f8\n//!ENDVARIANTS\n//@SortIndications: 1.Qd7; ~a2-a3\n{\n\tDescription: text\n\tFEN: 4k3/8/8/8/8/8/P7/3QK3\n\tAnswer: Qd1-d7, 0-0\n}\n' \
                 $'7 s#2\n{\n\tD: lists\n\tWhite: Ke1, Ra1, Rh1, e2\n\tBlack: Ke8, d7\n\tMoves: e2-e4 d7-d5 e4-e5 0-0-0\n\tExpectedSortWhiteMoves: e5-e6\n}\n' \
                 $'9 NoMirror\r\n{\r\n\tFEN: r3k2r/pppppppp/8/8/8/8/PPPPPPPP/R3K2R\r\n\tMoves: e2-e4 d7-d5 e4-e5 f7-f5 e5:f6 0-0-0 0-0\r\n}\r\n' ;;
+        mate_in_one_fuzz)
+            seed "$out/corpus" "7R/8/4Qp2/1p2b3/3rkp2/6P1/1P2P3/5RK1 w" "3R4/4p3/3P2B1/8/3P4/KQP5/ppp1p3/qkrbN3 w" \
+                "4rkr1/4p1p1/8/8/8/8/8/4K2R w K -" "6k1/6pp/3Nn3/8/2B5/8/8/RK6 w" "3k4/1P1P4/K7/8/8/8/8/2R5 w" ;;
         options_reader_fuzz)
             seed "$out/corpus" $'[chess]\nQuickMode=0\nSchedulerLevels=5\nLichessLevels=-1\n' \
                 $'\xEF\xBB\xBF; mine\r\n[Chess]\r\n LogMoves = 1 \r\nPrecalcPath="D:\\T"\r\n\r\n[other]\r\nA=1' ;;

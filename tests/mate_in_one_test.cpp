@@ -4,6 +4,7 @@
 #include "core/fen.h"
 #include "core/thread_context.h"
 #include "engine/mate_in_one.h"
+#include "mate_oracle.h"
 #include "position_walk.h"
 #include "test_positions.h"
 #include "test_squares.h"
@@ -14,18 +15,6 @@
 
 namespace zorvane {
 namespace {
-
-bool firstMateByPlayingAll(const TChessboard& b, TMove& mate) {
-    MoveBuffer moves;
-    const int count = GenerateWhiteMovesOrEvasions(b, moves);
-    TChessboard child;
-    for (int i = 0; i < count; ++i)
-        if (MatesAtOnce(b, child, moves[i])) {
-            mate = moves[i];
-            return true;
-        }
-    return false;
-}
 
 struct Tally {
     int positions = 0;
@@ -40,7 +29,7 @@ void compareInTree(const char* fen, int plies, int depth, Tally& tally) {
         TChessboard probe = b;
         TMove fast, played;
         const bool found = FindMateInOne(probe, &fast);
-        ASSERT_EQ(found, firstMateByPlayingAll(b, played)) << fen << " after " << FormatLogMove(b.m_LastMove);
+        ASSERT_EQ(found, FirstMateByPlayingAll(b, played)) << fen << " after " << FormatLogMove(b.m_LastMove);
         if (found) {
             ASSERT_EQ(fast, played) << fen;
             ++tally.mates;
@@ -122,7 +111,7 @@ TEST(MateInOne, AKingLeftToBeTakenDoesNoHarm) {
     TChessboard b = boardFromFen("2k5/1P1P4/K7/8/8/8/8/3R4 w - -", 1, context.get());
     TMove fast, played;
     const bool found = FindMateInOne(b, &fast);
-    EXPECT_EQ(found, firstMateByPlayingAll(b, played));
+    EXPECT_EQ(found, FirstMateByPlayingAll(b, played));
 }
 
 } // namespace
