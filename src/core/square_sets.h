@@ -146,12 +146,30 @@ struct BoardSets {
                SliderOnRay<RAY_DOWN_LEFT>(square, men, whiteDiagonal);
     }
 
+    // Every square that a White man attacks, with `men` in the way.
+    SquareSet WhiteAttackMap(SquareSet men) const {
+        constexpr SquareSet NOT_FILE_A = 0xfefefefefefefefeULL, NOT_FILE_H = 0x7f7f7f7f7f7f7f7fULL;
+        SquareSet map = ((whitePawns << 7) & NOT_FILE_H) | ((whitePawns << 9) & NOT_FILE_A);
+        if (whiteKing) map |= KING_REACH[__builtin_ctzll(whiteKing)];
+        for (SquareSet knights = whiteKnights; knights; knights &= knights - 1)
+            map |= KNIGHT_REACH[__builtin_ctzll(knights)];
+        for (SquareSet sliders = whiteDiagonal; sliders; sliders &= sliders - 1)
+            map |= DiagonalReach(__builtin_ctzll(sliders), men);
+        for (SquareSet sliders = whiteLine; sliders; sliders &= sliders - 1)
+            map |= LineReach(__builtin_ctzll(sliders), men);
+        return map;
+    }
+
     // The squares beside the black king on `king` that hold no black man and
     // that no White man attacks once the king has left his square.
     SquareSet BlackKingFlights(int king) const {
+        const SquareSet free = KING_REACH[king] & ~black;
         const SquareSet withoutKing = occupied & ~SquareBit(king);
+        // One or two squares are cheaper to ask one by one than to map.
+        const SquareSet beyondFirst = free & (free - 1);
+        if (beyondFirst & (beyondFirst - 1)) return free & ~WhiteAttackMap(withoutKing);
         SquareSet flights = 0;
-        for (SquareSet squares = KING_REACH[king] & ~black; squares; squares &= squares - 1) {
+        for (SquareSet squares = free; squares; squares &= squares - 1) {
             const int square = __builtin_ctzll(squares);
             if (!WhiteAttacks(square, withoutKing)) flights |= SquareBit(square);
         }
