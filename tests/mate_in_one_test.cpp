@@ -16,34 +16,46 @@
 namespace zorvane {
 namespace {
 
+// A tree to walk: the root, its plies left, and how deep to go.
+struct Tree {
+    const char* fen;
+    int plies;
+    int depth;
+};
+
 struct Tally {
     int positions = 0;
     int mates = 0;
 };
 
-void compareInTree(const char* fen, int plies, int depth, Tally& tally) {
+Tally compareInTrees(std::initializer_list<Tree> trees) {
+    Tally tally;
     auto context = std::make_unique<TThreadContext>();
-    const TChessboard root = boardFromFen(fen, plies, context.get());
-    ForEachPosition(root, depth, [&](const TChessboard& b) {
-        if (!b.whiteToMove()) return;
-        TChessboard probe = b;
-        TMove fast, played;
-        const bool found = FindMateInOne(probe, &fast);
-        ASSERT_EQ(found, FirstMateByPlayingAll(b, played)) << fen << " after " << FormatLogMove(b.m_LastMove);
-        if (found) {
-            ASSERT_EQ(fast, played) << fen;
-            ++tally.mates;
-        }
-        ++tally.positions;
-    });
+    for (const Tree& tree : trees) {
+        const TChessboard root = boardFromFen(tree.fen, tree.plies, context.get());
+        ForEachPosition(root, tree.depth, [&](const TChessboard& b) {
+            if (!b.whiteToMove()) return;
+            TChessboard probe = b;
+            TMove fast, played;
+            const bool found = FindMateInOne(probe, &fast);
+            ASSERT_EQ(found, FirstMateByPlayingAll(b, played)) << tree.fen << " after " << FormatLogMove(b.m_LastMove);
+            if (found) {
+                ASSERT_EQ(fast, played) << tree.fen;
+                ++tally.mates;
+            }
+            ++tally.positions;
+        });
+    }
+    return tally;
 }
 
 TEST(MateInOne, AgreesWithPlayingEveryMoveInPublishedTrees) {
-    Tally tally;
-    compareInTree("r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq -", 5, 2, tally);
-    compareInTree("8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8 w - -", 7, 4, tally);
-    compareInTree("r3k2r/Pppp1ppp/1b3nbN/nP6/BBP1P3/q4N2/Pp1P2PP/R2Q1RK1 w kq -", 5, 2, tally);
-    compareInTree("rnbq1k1r/pp1Pbppp/2p5/8/2B5/8/PPP1NnPP/RNBQK2R w KQ -", 5, 2, tally);
+    const Tally tally = compareInTrees({
+        {"r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq -", 5, 2},
+        {"8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8 w - -", 7, 4},
+        {"r3k2r/Pppp1ppp/1b3nbN/nP6/BBP1P3/q4N2/Pp1P2PP/R2Q1RK1 w kq -", 5, 2},
+        {"rnbq1k1r/pp1Pbppp/2p5/8/2B5/8/PPP1NnPP/RNBQK2R w KQ -", 5, 2},
+    });
     EXPECT_GT(tally.positions, 10000);
     EXPECT_GT(tally.mates, 0);
 }
@@ -51,14 +63,15 @@ TEST(MateInOne, AgreesWithPlayingEveryMoveInPublishedTrees) {
 // Positions rich in mates: a queen and rooks round a king, promotions, a
 // discovered check, a mate by castling and one by en passant.
 TEST(MateInOne, AgreesWithPlayingEveryMoveNearMates) {
-    Tally tally;
-    compareInTree("7R/8/4Qp2/1p2b3/3rkp2/6P1/1P2P3/5RK1 w - -", 5, 2, tally);
-    compareInTree("6k1/5ppp/8/8/8/8/5PPP/R3R1K1 w - -", 5, 2, tally);
-    compareInTree("3k4/1P1P4/K7/8/8/8/8/2R5 w - -", 5, 2, tally);
-    compareInTree("1k6/1p6/1K6/8/8/8/1B6/1R6 w - -", 5, 2, tally);
-    compareInTree("4k3/8/8/8/8/8/8/4K2R w K -", 3, 2, tally);
-    compareInTree("4rkr1/4p1p1/8/8/8/8/8/4K2R w K -", 3, 2, tally);
-    compareInTree("2N5/3p4/p7/k3P2R/pp6/8/8/7K b - -", 4, 1, tally);
+    const Tally tally = compareInTrees({
+        {"7R/8/4Qp2/1p2b3/3rkp2/6P1/1P2P3/5RK1 w - -", 5, 2},
+        {"6k1/5ppp/8/8/8/8/5PPP/R3R1K1 w - -", 5, 2},
+        {"3k4/1P1P4/K7/8/8/8/8/2R5 w - -", 5, 2},
+        {"1k6/1p6/1K6/8/8/8/1B6/1R6 w - -", 5, 2},
+        {"4k3/8/8/8/8/8/8/4K2R w K -", 3, 2},
+        {"4rkr1/4p1p1/8/8/8/8/8/4K2R w K -", 3, 2},
+        {"2N5/3p4/p7/k3P2R/pp6/8/8/7K b - -", 4, 1},
+    });
     EXPECT_GT(tally.positions, 1000);
     EXPECT_GT(tally.mates, 50);
 }
