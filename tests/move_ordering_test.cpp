@@ -91,12 +91,14 @@ TEST(SortBlackMoves, OnlyAnIllegalReplyGivesZero) {
     EXPECT_EQ(SortBlackMoves(root.board, moves, generated, TMove{}), BLACK_SORT_NO_REPLY);
 }
 
-TEST(SortBlackMoves, TheReplyThatRefutedLastTimeGoesFirst) {
-    Root root("8/8/8/8/8/4K3/2R5/k7", 4);
+TEST(SortBlackMoves, TheReplyThatRefutedLastTimeComesRightAfterTheChecks) {
+    // Black's rook checks on e2 or h1; the king's step to b8 refuted last time.
+    Root root("k7/8/8/8/8/8/7r/4K3", 4);
     TMove moves[MAX_MOVES];
     const int generated = GenerateBlackMovesOrEvasions(root.board, moves);
-    const int count = SortBlackMoves(root.board, moves, generated, mv("a1", "b1"));
-    ASSERT_GT(count, 0);
-    EXPECT_EQ(moves[0], mv("a1", "b1"));
-    EXPECT_EQ(static_cast<int8_t>(moves[0].enPassant), BLACK_KEY_FIRST);
+    const int count = SortBlackMoves(root.board, moves, generated, mv("a8", "b8"));
+    ASSERT_GT(count, 3);
+    EXPECT_EQ(moves[0], mv("h2", "e2")); // a check beside the king, nearer to him
+    EXPECT_EQ(moves[1], mv("h2", "h1"));
+    EXPECT_EQ(moves[2], mv("a8", "b8"));
 }

@@ -29,6 +29,11 @@ constexpr int HANGING_PENALTY = 3;
 constexpr int BLACK_CHECK_KEY = -60;
 constexpr int BLACK_CAPTURE_STEP = -8;
 constexpr int BLACK_PROMOTION_KEY = -40;
+// The reply that refuted last time at this depth goes before every quiet
+// reply, but after checks and most captures: put first outright, it cost twice
+// the nodes on the #5s, since a check or a capture restricts White far more.
+constexpr int STRONG_REPLY_KEY = -15;
+// Another reply of the man that refuted last time.
 constexpr int STRONG_REPLY_BONUS = -5;
 // Taking the man that White has just moved answers most of its ideas.
 constexpr int BLACK_RECAPTURE_KEY = -20;
@@ -185,20 +190,17 @@ int SortBlackMoves(const TChessboard& position, TMove* moves, int count, const T
         }
         // 3. The reply's qualities.
         int score = 0;
-        if (moves[i] == strongReply) {
-            score = BLACK_KEY_FIRST;
-        } else {
-            if (child.m_cWhiteChecker >= 0) score += BLACK_CHECK_KEY;
-            if (const uint8_t taken = position.m_aSquares[moves[i].to]) {
-                score += BLACK_CAPTURE_STEP * manValue(taken);
-                if (moves[i].to == position.m_LastMove.to) score += BLACK_RECAPTURE_KEY;
-            }
-            if (moves[i].promotion & KIND_MASK) score += BLACK_PROMOTION_KEY;
-            // Men that come near the white king tend to spoil White's plans.
-            score -= 7 - kingDistance(moves[i].to, whiteKing);
-            if (score < -123) score = BLACK_KEY_FIRST;
-            else if (strongReply.from == moves[i].from) score += STRONG_REPLY_BONUS;
+        if (child.m_cWhiteChecker >= 0) score += BLACK_CHECK_KEY;
+        if (const uint8_t taken = position.m_aSquares[moves[i].to]) {
+            score += BLACK_CAPTURE_STEP * manValue(taken);
+            if (moves[i].to == position.m_LastMove.to) score += BLACK_RECAPTURE_KEY;
         }
+        if (moves[i].promotion & KIND_MASK) score += BLACK_PROMOTION_KEY;
+        // Men that come near the white king tend to spoil White's plans.
+        score -= 7 - kingDistance(moves[i].to, whiteKing);
+        if (score < -123) score = BLACK_KEY_FIRST;
+        else if (moves[i] == strongReply) score += STRONG_REPLY_KEY;
+        else if (strongReply.from == moves[i].from) score += STRONG_REPLY_BONUS;
         moves[i].enPassant = static_cast<uint8_t>(static_cast<int8_t>(std::clamp(score, -128, 126)));
     }
     // 4. Sort by signed key and count off the illegal tail.
