@@ -120,6 +120,21 @@ template <int Direction> inline bool SliderOnRay(int square, SquareSet men, Squa
     return (ray & sliders) && (sliders & SquareBit(NearestOnRay<Direction>(ray & men)));
 }
 
+// The sliders that stand first on the rays from `square`, among `men`: those
+// of `line` on the straight rays, those of `diagonal` on the slanting ones.
+// A ray that holds none of them is not walked.
+template <int Direction> inline SquareSet sliderHit(int square, SquareSet men, SquareSet sliders) {
+    const SquareSet ray = RAYS[Direction][square];
+    return (ray & sliders) ? sliders & SquareBit(NearestOnRay<Direction>(ray & men)) : 0;
+}
+
+inline SquareSet SlidersReaching(int square, SquareSet men, SquareSet line, SquareSet diagonal) {
+    return sliderHit<RAY_UP>(square, men, line) | sliderHit<RAY_DOWN>(square, men, line) |
+           sliderHit<RAY_RIGHT>(square, men, line) | sliderHit<RAY_LEFT>(square, men, line) |
+           sliderHit<RAY_UP_RIGHT>(square, men, diagonal) | sliderHit<RAY_UP_LEFT>(square, men, diagonal) |
+           sliderHit<RAY_DOWN_RIGHT>(square, men, diagonal) | sliderHit<RAY_DOWN_LEFT>(square, men, diagonal);
+}
+
 // The men of a position as sets: every man, the black men, and the White men
 // by what they attack. A queen is in both slider sets.
 struct BoardSets {
@@ -179,8 +194,7 @@ struct BoardSets {
     // The White men that attack `square`, with `men` in the way.
     SquareSet WhiteAttackers(int square, SquareSet men) const {
         return (KNIGHT_REACH[square] & whiteKnights) | (KING_REACH[square] & whiteKing) |
-               (WHITE_PAWN_ATTACKERS[square] & whitePawns) | (LineReach(square, men) & whiteLine) |
-               (DiagonalReach(square, men) & whiteDiagonal);
+               (WHITE_PAWN_ATTACKERS[square] & whitePawns) | SlidersReaching(square, men, whiteLine, whiteDiagonal);
     }
 
     // The sets after a White man of `kind` goes from `from` to `to`, becoming
@@ -227,8 +241,7 @@ struct BlackMen {
     // Whether a black man attacks `square`, with `men` in the way.
     bool Attack(int square, SquareSet men) const {
         return (KNIGHT_REACH[square] & knights) || (KING_REACH[square] & king) ||
-               (BLACK_PAWN_ATTACKERS[square] & pawns) || (LineReach(square, men) & line) ||
-               (DiagonalReach(square, men) & diagonal);
+               (BLACK_PAWN_ATTACKERS[square] & pawns) || SlidersReaching(square, men, line, diagonal);
     }
 
     // The same men once White has taken on `square`.

@@ -58,8 +58,7 @@ inline SquareSet between(int from, int to) {
 
 // The black men other than the king that could move to the empty `square`.
 inline SquareSet blackMenReaching(const BlackMen& black, int square, SquareSet occupied) {
-    SquareSet men = (KNIGHT_REACH[square] & black.knights) | (LineReach(square, occupied) & black.line) |
-                    (DiagonalReach(square, occupied) & black.diagonal);
+    SquareSet men = (KNIGHT_REACH[square] & black.knights) | SlidersReaching(square, occupied, black.line, black.diagonal);
     if (square < 56) {
         men |= black.freePawns & SquareBit(square + 8);
         if (rowOf(square) == 4 && !(occupied & SquareBit(square + 8))) men |= black.freePawns & SquareBit(square + 16);
@@ -78,8 +77,7 @@ bool unanswered(const BoardSets& after, const BlackMen& black, int king, int whi
     if (checkers & (checkers - 1)) return true;
     const int checker = __builtin_ctzll(checkers);
     SquareSet answers = (KNIGHT_REACH[checker] & black.knights) | (BLACK_PAWN_ATTACKERS[checker] & black.pawns) |
-                        (LineReach(checker, after.occupied) & black.line) |
-                        (DiagonalReach(checker, after.occupied) & black.diagonal);
+                        SlidersReaching(checker, after.occupied, black.line, black.diagonal);
     for (SquareSet squares = between(checker, king); squares && !answers; squares &= squares - 1)
         answers |= blackMenReaching(black, __builtin_ctzll(squares), after.occupied);
     // A pinned man stays on its line through the king, which crosses the line
