@@ -92,13 +92,13 @@ TEST(SortBlackMoves, OnlyAnIllegalReplyGivesZero) {
 }
 
 TEST(SortBlackMoves, TheReplyThatRefutedLastTimeComesRightAfterTheChecks) {
-    // Black's rook checks on e2 or h1; the king's step to b8 refuted last time.
-    Root root("k7/8/8/8/8/8/7r/4K3", 4);
+    // Black's rook checks on e2 or h1; the pawn's step to c4 refuted last time.
+    Root root("k7/8/8/2p5/8/8/7r/4K3", 4);
     TMove moves[MAX_MOVES];
     const int generated = GenerateBlackMovesOrEvasions(root.board, moves);
-    const int count = SortBlackMoves(root.board, moves, generated, mv("a8", "b8"));
+    const int count = SortBlackMoves(root.board, moves, generated, mv("c5", "c4"));
     ASSERT_GT(count, 3);
     EXPECT_EQ(moves[0], mv("h2", "e2")); // a check beside the king, nearer to him
     EXPECT_EQ(moves[1], mv("h2", "h1"));
-    EXPECT_EQ(moves[2], mv("a8", "b8"));
+    EXPECT_EQ(moves[2], mv("c5", "c4"));
 }

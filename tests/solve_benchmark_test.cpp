@@ -7,7 +7,7 @@
 namespace zorvane {
 namespace {
 
-constexpr uint64_t EXPECTED_NODES = 5335752;
+constexpr uint64_t EXPECTED_NODES = 5095484;
 
 TEST(SolveBenchmark, KeysAndNodeSignature) {
     if (!CorpusPresent()) GTEST_SKIP() << "corpus not found at " << CORPUS << " (../shared is absent)";
