@@ -81,7 +81,8 @@ int nextManStage(const TChessboard& b, TMove* moves, int first, int skip, int& n
     }
     while (nextSquare < 64) {
         const int square = nextSquare++;
-        if (square == skip) continue;
+        const uint8_t man = b.m_aSquares[square];
+        if (square == skip || !(White ? isWhite(man) : isBlack(man))) continue;
         if (const int count = generate(square)) return count;
     }
     return 0;
