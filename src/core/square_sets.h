@@ -135,6 +135,9 @@ inline SquareSet SlidersReaching(int square, SquareSet men, SquareSet line, Squa
            sliderHit<RAY_DOWN_RIGHT>(square, men, diagonal) | sliderHit<RAY_DOWN_LEFT>(square, men, diagonal);
 }
 
+// The squares that hold a man of `colour` (WHITE or BLACK).
+SquareSet MenOfColour(const TChessboard& b, uint8_t colour);
+
 // The men of a position as sets: every man, the black men, and the White men
 // by what they attack. A queen is in both slider sets.
 struct BoardSets {

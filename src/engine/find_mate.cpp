@@ -4,6 +4,7 @@
 #include "core/make_move.h"
 #include "core/movegen.h"
 #include "core/rays.h"
+#include "core/square_sets.h"
 #include "core/thread_context.h"
 #include "engine/command_poll.h"
 #include "engine/heuristic_bits.h"
@@ -79,12 +80,16 @@ int nextManStage(const TChessboard& b, TMove* moves, int first, int skip, int& n
             }
         if (count) return count;
     }
-    while (nextSquare < 64) {
-        const int square = nextSquare++;
-        const uint8_t man = b.m_aSquares[square];
-        if (square == skip || !(White ? isWhite(man) : isBlack(man))) continue;
+    if (nextSquare >= 64) return 0;
+    // The men of the side from `nextSquare` on, lowest square first.
+    SquareSet men = MenOfColour(b, White ? WHITE : BLACK) & (~SquareSet{0} << nextSquare);
+    for (; men; men &= men - 1) {
+        const int square = __builtin_ctzll(men);
+        nextSquare = square + 1;
+        if (square == skip) continue;
         if (const int count = generate(square)) return count;
     }
+    nextSquare = 64;
     return 0;
 }
 
