@@ -69,10 +69,11 @@ inline SquareSet blackMenReaching(const BlackMen& black, int square, SquareSet o
 // After a White move that checks the black king and leaves him no square:
 // whether the move was legal and no other black man takes the checker or
 // steps between. En passant is not looked at: the caller leaves a pawn's
-// double step to the maker.
-bool unanswered(const BoardSets& after, const BlackMen& black, int king, int whiteKing) {
+// double step to the maker. `knownCheckers`, when not empty, are the men that
+// give the check, as the caller knows them.
+bool unanswered(const BoardSets& after, const BlackMen& black, int king, int whiteKing, SquareSet knownCheckers) {
     if (black.Attack(whiteKing, after.occupied)) return false;
-    const SquareSet checkers = after.WhiteAttackers(king, after.occupied);
+    const SquareSet checkers = knownCheckers ? knownCheckers : after.WhiteAttackers(king, after.occupied);
     if (!checkers) return false;
     if (checkers & (checkers - 1)) return true;
     const int checker = __builtin_ctzll(checkers);
@@ -119,7 +120,8 @@ public:
             m_blackKnown = true;
         }
         const int whiteKing = kind == KIND_KING ? m.to : m_board.whiteKing();
-        return unanswered(after, m_black.Without(m.to), m_king, whiteKing);
+        // A listed move checks with the moved man alone: its man screens nothing.
+        return unanswered(after, m_black.Without(m.to), m_king, whiteKing, checks ? SquareBit(m.to) : 0);
     }
 
 private:
