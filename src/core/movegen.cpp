@@ -28,15 +28,15 @@ struct KeepAll {
     bool operator()(int, uint8_t) const { return true; }
 };
 
-// Keeps the moves after which a man of `Kind` (or what a pawn becomes) aims at
-// the black king from its new square, whatever stands between.
-template <int Kind> struct AimsAtKing {
+// Keeps the pawn moves after which the pawn, or what it becomes, aims at the
+// black king from its new square, whatever stands between.
+struct PawnAimsAtKing {
     int kingCol, kingRow;
     bool operator()(int to, uint8_t promotion) const {
         const int dc = absInt(kingCol - colOf(to)), dr = kingRow - rowOf(to);
-        switch (promotion ? promotion : Kind) {
+        switch (promotion) {
+        case 0: return dc == 1 && dr == 1;
         case KIND_KNIGHT: return dc * absInt(dr) == 2;
-        case KIND_PAWN: return dc == 1 && dr == 1;
         case KIND_BISHOP: return dc == absInt(dr);
         case KIND_ROOK: return dc == 0 || dr == 0;
         default: return dc == 0 || dr == 0 || dc == absInt(dr);
@@ -62,40 +62,36 @@ inline void pushPawnMove(TMove* out, int& n, int from, int to, Keep keep = {}) {
     }
 }
 
-template <bool White, int Step, class Keep>
-inline void rayMoves(const uint8_t* s, int from, TMove* out, int& n, Keep keep) {
+template <bool White, int Step> inline void rayMoves(const uint8_t* s, int from, TMove* out, int& n) {
     int sq = from;
     while (CanStep<Step>(sq)) {
         sq += Step;
         const uint8_t target = s[sq];
         if (target & Side<White>::own) return;
-        if (keep(sq, 0)) push(out, n, from, sq);
+        push(out, n, from, sq);
         if (target) return;
     }
 }
 
-template <bool White, class Keep = KeepAll>
-inline void rookMoves(const uint8_t* s, int from, TMove* out, int& n, Keep keep = {}) {
-    rayMoves<White, 8>(s, from, out, n, keep);
-    rayMoves<White, -8>(s, from, out, n, keep);
-    rayMoves<White, 1>(s, from, out, n, keep);
-    rayMoves<White, -1>(s, from, out, n, keep);
+template <bool White> inline void rookMoves(const uint8_t* s, int from, TMove* out, int& n) {
+    rayMoves<White, 8>(s, from, out, n);
+    rayMoves<White, -8>(s, from, out, n);
+    rayMoves<White, 1>(s, from, out, n);
+    rayMoves<White, -1>(s, from, out, n);
 }
 
-template <bool White, class Keep = KeepAll>
-inline void bishopMoves(const uint8_t* s, int from, TMove* out, int& n, Keep keep = {}) {
-    rayMoves<White, 9>(s, from, out, n, keep);
-    rayMoves<White, 7>(s, from, out, n, keep);
-    rayMoves<White, -7>(s, from, out, n, keep);
-    rayMoves<White, -9>(s, from, out, n, keep);
+template <bool White> inline void bishopMoves(const uint8_t* s, int from, TMove* out, int& n) {
+    rayMoves<White, 9>(s, from, out, n);
+    rayMoves<White, 7>(s, from, out, n);
+    rayMoves<White, -7>(s, from, out, n);
+    rayMoves<White, -9>(s, from, out, n);
 }
 
-template <bool White, class Keep = KeepAll>
-inline void knightMoves(const uint8_t* s, int from, TMove* out, int& n, Keep keep = {}) {
+template <bool White> inline void knightMoves(const uint8_t* s, int from, TMove* out, int& n) {
     const int8_t* jumps = KnightJumps(from);
     for (int i = 0, count = KnightJumpCount(from); i < count; ++i) {
         const int to = from + jumps[i];
-        if (!(s[to] & Side<White>::own) && keep(to, 0)) push(out, n, from, to);
+        if (!(s[to] & Side<White>::own)) push(out, n, from, to);
     }
 }
 
@@ -233,25 +229,17 @@ template <bool White> int evasions(const TChessboard& b, TMove* out) {
     return n;
 }
 
-// The moves of a White man that does not screen the black king and may give
-// check: those that bring it to aim at him, and castling, which brings a rook.
+// The moves of a White pawn or king that does not screen the black king and
+// may give check: the pawn's that bring it, or what it becomes, to aim at him
+// (and en passant), the king's castlings, which bring a rook. Other men give
+// all their moves.
 int whiteCheckCandidates(const TChessboard& b, int from, TMove* out) {
-    const uint8_t* s = b.m_aSquares;
-    const int kc = b.m_cBlackKingCol, kr = b.m_cBlackKingRow;
     int n = 0;
-    switch (s[from]) {
-    case WK: castlings<true>(b, from, out, n); break;
-    case WP: pawnMoves<true>(b, from, out, n, AimsAtKing<KIND_PAWN>{kc, kr}); break;
-    case WB: bishopMoves<true>(s, from, out, n, AimsAtKing<KIND_BISHOP>{kc, kr}); break;
-    case WR: rookMoves<true>(s, from, out, n, AimsAtKing<KIND_ROOK>{kc, kr}); break;
-    case WQ:
-        rookMoves<true>(s, from, out, n, AimsAtKing<KIND_QUEEN>{kc, kr});
-        bishopMoves<true>(s, from, out, n, AimsAtKing<KIND_QUEEN>{kc, kr});
-        break;
-    case WN: knightMoves<true>(s, from, out, n, AimsAtKing<KIND_KNIGHT>{kc, kr}); break;
-    default: break;
+    switch (b.m_aSquares[from]) {
+    case WK: castlings<true>(b, from, out, n); return n;
+    case WP: pawnMoves<true>(b, from, out, n, PawnAimsAtKing{b.m_cBlackKingCol, b.m_cBlackKingRow}); return n;
+    default: return manMoves<true>(b, from, out);
     }
-    return n;
 }
 
 } // namespace

@@ -17,8 +17,9 @@ int GenerateBlackManMoves(const TChessboard& b, int square, TMove* out);
 
 // The moves of the White man on `square` that may check the black king, in
 // the base order: all of them when the man screens the king from a White
-// slider, else those after which it aims at him (blockers aside), castling,
-// and en passant. The maker decides whether a check is given.
+// slider; else a pawn's after which it aims at him (blockers aside) and en
+// passant, a king's castlings, and every move of another man. The maker
+// decides whether a check is given.
 int GenerateWhiteCheckCandidates(const TChessboard& b, int square, bool screensKing, TMove* out);
 
 // Moves of all men, square by square from a1.

@@ -44,8 +44,6 @@ template <class Make> constexpr std::array<SquareSet, 64> table(Make make) {
 
 constexpr int KNIGHT_COLS[8] = {1, 2, 2, 1, -1, -2, -2, -1};
 constexpr int KNIGHT_ROWS[8] = {2, 1, -1, -2, -2, -1, 1, 2};
-constexpr int KING_COLS[8] = {0, 0, 1, -1, 1, -1, 1, -1};
-constexpr int KING_ROWS[8] = {1, -1, 0, 0, 1, 1, -1, -1};
 
 } // namespace square_set_detail
 
@@ -62,7 +60,7 @@ inline constexpr std::array<std::array<SquareSet, 64>, 8> RAYS = [] {
 inline constexpr std::array<SquareSet, 64> KNIGHT_REACH = square_set_detail::table(
     [](int square) { return square_set_detail::jumps(square, square_set_detail::KNIGHT_COLS, square_set_detail::KNIGHT_ROWS); });
 inline constexpr std::array<SquareSet, 64> KING_REACH = square_set_detail::table(
-    [](int square) { return square_set_detail::jumps(square, square_set_detail::KING_COLS, square_set_detail::KING_ROWS); });
+    [](int square) { return square_set_detail::jumps(square, square_set_detail::DIRECTION_COL, square_set_detail::DIRECTION_ROW); });
 // The squares from which a white pawn attacks the square.
 inline constexpr std::array<SquareSet, 64> WHITE_PAWN_ATTACKERS = square_set_detail::table([](int square) {
     SquareSet set = 0;
@@ -114,25 +112,21 @@ inline SquareSet DiagonalReach(int square, SquareSet occupied) {
            RayReach<RAY_DOWN_RIGHT>(square, occupied) | RayReach<RAY_DOWN_LEFT>(square, occupied);
 }
 
-// Whether the first man of `men` on the ray from `square` is one of `sliders`.
-template <int Direction> inline bool SliderOnRay(int square, SquareSet men, SquareSet sliders) {
-    const SquareSet ray = RAYS[Direction][square];
-    return (ray & sliders) && (sliders & SquareBit(NearestOnRay<Direction>(ray & men)));
-}
-
-// The sliders that stand first on the rays from `square`, among `men`: those
-// of `line` on the straight rays, those of `diagonal` on the slanting ones.
-// A ray that holds none of them is not walked.
-template <int Direction> inline SquareSet sliderHit(int square, SquareSet men, SquareSet sliders) {
+// The slider of `sliders` that stands first among `men` on the ray from
+// `square`, as a set of one square or none. A ray that holds none of them is
+// not walked.
+template <int Direction> inline SquareSet SliderHit(int square, SquareSet men, SquareSet sliders) {
     const SquareSet ray = RAYS[Direction][square];
     return (ray & sliders) ? sliders & SquareBit(NearestOnRay<Direction>(ray & men)) : 0;
 }
 
+// The sliders that stand first on the rays from `square`, among `men`: those
+// of `line` on the straight rays, those of `diagonal` on the slanting ones.
 inline SquareSet SlidersReaching(int square, SquareSet men, SquareSet line, SquareSet diagonal) {
-    return sliderHit<RAY_UP>(square, men, line) | sliderHit<RAY_DOWN>(square, men, line) |
-           sliderHit<RAY_RIGHT>(square, men, line) | sliderHit<RAY_LEFT>(square, men, line) |
-           sliderHit<RAY_UP_RIGHT>(square, men, diagonal) | sliderHit<RAY_UP_LEFT>(square, men, diagonal) |
-           sliderHit<RAY_DOWN_RIGHT>(square, men, diagonal) | sliderHit<RAY_DOWN_LEFT>(square, men, diagonal);
+    return SliderHit<RAY_UP>(square, men, line) | SliderHit<RAY_DOWN>(square, men, line) |
+           SliderHit<RAY_RIGHT>(square, men, line) | SliderHit<RAY_LEFT>(square, men, line) |
+           SliderHit<RAY_UP_RIGHT>(square, men, diagonal) | SliderHit<RAY_UP_LEFT>(square, men, diagonal) |
+           SliderHit<RAY_DOWN_RIGHT>(square, men, diagonal) | SliderHit<RAY_DOWN_LEFT>(square, men, diagonal);
 }
 
 // The squares that hold a man of `colour` (WHITE or BLACK).
@@ -156,12 +150,13 @@ struct BoardSets {
         if ((KNIGHT_REACH[square] & whiteKnights) || (KING_REACH[square] & whiteKing) ||
             (WHITE_PAWN_ATTACKERS[square] & whitePawns))
             return true;
-        return SliderOnRay<RAY_UP>(square, men, whiteLine) || SliderOnRay<RAY_DOWN>(square, men, whiteLine) ||
-               SliderOnRay<RAY_RIGHT>(square, men, whiteLine) || SliderOnRay<RAY_LEFT>(square, men, whiteLine) ||
-               SliderOnRay<RAY_UP_RIGHT>(square, men, whiteDiagonal) ||
-               SliderOnRay<RAY_UP_LEFT>(square, men, whiteDiagonal) ||
-               SliderOnRay<RAY_DOWN_RIGHT>(square, men, whiteDiagonal) ||
-               SliderOnRay<RAY_DOWN_LEFT>(square, men, whiteDiagonal);
+        // Ray by ray, so that the first slider found ends the test.
+        return SliderHit<RAY_UP>(square, men, whiteLine) || SliderHit<RAY_DOWN>(square, men, whiteLine) ||
+               SliderHit<RAY_RIGHT>(square, men, whiteLine) || SliderHit<RAY_LEFT>(square, men, whiteLine) ||
+               SliderHit<RAY_UP_RIGHT>(square, men, whiteDiagonal) ||
+               SliderHit<RAY_UP_LEFT>(square, men, whiteDiagonal) ||
+               SliderHit<RAY_DOWN_RIGHT>(square, men, whiteDiagonal) ||
+               SliderHit<RAY_DOWN_LEFT>(square, men, whiteDiagonal);
     }
 
     // Every square that a White man attacks, with `men` in the way.
