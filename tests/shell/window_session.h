@@ -25,7 +25,7 @@ struct Session {
     QString path(const QString& name) const { return dir.filePath(name); }
     QString sample() const { return path(QStringLiteral("sample_problems.cp")); }
     void copySample() const {
-        QFile::copy(QStringLiteral(ZORVANE_SOURCE_DIR "/data/sample_problems.cp"), sample());
+        QFile::copy(QStringLiteral(ZORVANE_SOURCE_DIR "/tests/data/rook_mates.cp"), sample());
         QFile(sample()).setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
     }
     int current() const { return window->problems().Current()->id; }
