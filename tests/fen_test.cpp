@@ -4,6 +4,8 @@
 #include "core/chess_exception.h"
 #include "core/fen.h"
 #include "core/make_move.h"
+#include "core/movegen.h"
+#include "core/thread_context.h"
 #include "test_positions.h"
 #include "test_squares.h"
 
@@ -11,6 +13,7 @@
 
 #include <cstring>
 #include <deque>
+#include <memory>
 #include <string>
 
 namespace zorvane {
@@ -268,6 +271,82 @@ TEST(Letters, UnknownLetterNamesIt) {
             EXPECT_EQ(std::string(e.what()), std::string("Unknown figure letter: ") + c);
         }
     }
+}
+
+
+TEST(FenReader, NotesNameEachDeniedRightTheSquareAndTheSide) {
+    const std::string board = "r3k2r/8/8/8/8/8/8/R3K2R";
+    FenNotes notes;
+    ASSERT_TRUE(reads(board + " w Kq - 0 1", &notes));
+    EXPECT_EQ(notes.deniedCastling, WHITE_LONG_CASTLING | BLACK_SHORT_CASTLING);
+    EXPECT_EQ(notes.sideToMove, 'w');
+    EXPECT_EQ(notes.enPassantSquare, -1);
+    ASSERT_TRUE(reads(board + " b - - 0 1", &notes));
+    EXPECT_EQ(notes.deniedCastling, WHITE_SHORT_CASTLING | WHITE_LONG_CASTLING | BLACK_SHORT_CASTLING |
+                                        BLACK_LONG_CASTLING);
+    EXPECT_EQ(notes.sideToMove, 'b');
+    ASSERT_TRUE(reads(board, &notes));
+    EXPECT_EQ(notes.deniedCastling, 0);
+    EXPECT_EQ(notes.sideToMove, 0);
+    ASSERT_TRUE(reads("4k3/8/8/3pP3/8/8/8/4K3 w - d6 0 1", &notes));
+    EXPECT_TRUE(notes.enPassantNamed);
+    EXPECT_EQ(notes.enPassantSquare, sq("d6"));
+    // A field that names no square is noted, with no square.
+    ASSERT_TRUE(reads("4k3/8/8/3pP3/8/8/8/4K3 w - x9 0 1", &notes));
+    EXPECT_TRUE(notes.enPassantNamed);
+    EXPECT_EQ(notes.enPassantSquare, -1);
+}
+
+TEST(DoubleStepHistory, MakesTheCaptureOnTheNamedSquarePossible) {
+    TChessboard b = freshBoard(1);
+    ASSERT_TRUE(ReadFen("4k3/8/8/3pP3/8/8/8/4K3", b));
+    TMove moves[MAX_MOVES];
+    auto hasCapture = [&](const TChessboard& position) {
+        const int count = GenerateWhiteMoves(position, moves);
+        for (int i = 0; i < count; ++i)
+            if (moves[i].from == sq("e5") && moves[i].to == sq("d6")) return true;
+        return false;
+    };
+    EXPECT_FALSE(hasCapture(b));
+    TChessboard parent;
+    ASSERT_TRUE(SetUpDoubleStepHistory(b, parent, sq("d6")));
+    EXPECT_EQ(b.m_pParent, &parent);
+    EXPECT_EQ(parent.m_aSquares[sq("d7")], BP);
+    EXPECT_EQ(parent.m_aSquares[sq("d5")], 0);
+    EXPECT_EQ(b.m_aSquares[sq("d5")], BP);
+    EXPECT_TRUE(hasCapture(b));
+    EXPECT_EQ(WriteFen(b, false).substr(0, 28), "4k3/8/8/3pP3/8/8/8/4K3 w - d");
+}
+
+TEST(DoubleStepHistory, RefusesASquareThatDoesNotFit) {
+    TChessboard b = freshBoard(1);
+    ASSERT_TRUE(ReadFen("4k3/3p4/8/3pP3/8/8/8/4K3", b));
+    TChessboard parent;
+    const TChessboard before = b;
+    EXPECT_FALSE(SetUpDoubleStepHistory(b, parent, sq("e6")));  // no black pawn in front
+    EXPECT_FALSE(SetUpDoubleStepHistory(b, parent, sq("d3")));  // not the sixth row
+    EXPECT_FALSE(SetUpDoubleStepHistory(b, parent, sq("d6")));  // d7 is taken: the pawn did not pass
+    EXPECT_FALSE(SetUpDoubleStepHistory(b, parent, 64));
+    EXPECT_EQ(b.m_pParent, nullptr);
+    EXPECT_EQ(std::memcmp(b.m_aSquares, before.m_aSquares, 64), 0);
+}
+
+TEST(DeniedCastling, TheSolvesMaskKillsTheRightWithoutTouchingThePosition) {
+    TChessboard b = freshBoard(1);
+    ASSERT_TRUE(ReadFen("r3k2r/8/8/8/8/8/8/R3K2R", b));
+    auto context = std::make_unique<TThreadContext>();
+    b.m_pThread = context.get();
+    EXPECT_TRUE(WhiteCanCastle(b, QUEEN_SIDE));
+    context->m_bDeniedCastling = WHITE_LONG_CASTLING | BLACK_SHORT_CASTLING;
+    EXPECT_FALSE(WhiteCastlingRight(b, QUEEN_SIDE));
+    EXPECT_FALSE(WhiteCanCastle(b, QUEEN_SIDE));
+    EXPECT_TRUE(WhiteCastlingRight(b, KING_SIDE));
+    EXPECT_FALSE(BlackCastlingRight(b, KING_SIDE));
+    EXPECT_TRUE(BlackCastlingRight(b, QUEEN_SIDE));
+    EXPECT_EQ(WriteFen(b, false), "r3k2r/8/8/8/8/8/8/R3K2R w Kq - 0 1");
+    // The position itself is as the placement gives it.
+    b.m_pThread = nullptr;
+    EXPECT_TRUE(WhiteCastlingRight(b, QUEEN_SIDE));
 }
 
 } // namespace

@@ -582,11 +582,40 @@ TEST(ProblemFileWriter, GuiCheckCountIsAlwaysWrittenSoTheFileReadsBack) {
     EXPECT_EQ(WriteProblemFileText(readText(text), true), text);
 }
 
-TEST(ProblemFileWriter, DirectMateWithMovesKeepsItsStipulation) {
-    const ProblemMap problems = readText("1 #2\n{\n\tFEN: 4k3/8/8/8/8/8/8/R3K3\n\tMoves: a1-a2 e8-e7\n}\n");
-    EXPECT_EQ(problems.at(1)->plies, 255);
+TEST(ProblemFileWriter, DirectMateWithMovesKeepsItsStipulationAndItsMoves) {
+    const ProblemMap problems =
+        readText("1 #3\n{\n\tFEN: 4k3/8/8/8/8/8/8/R3K3\n\tMoves: a1-a2 e8-e7\n\tAnswer: Ra1-a7\n}\n");
+    const TChessProblem& problem = *problems.at(1);
+    EXPECT_EQ(problem.plies, 5);
+    EXPECT_EQ(problem.stipulationPlies, 5);
+    EXPECT_EQ(problem.stipulationMoves(), 3);
+    EXPECT_EQ(problem.startPosition.m_shPliesLeft, 5);
+    ASSERT_EQ(problem.playedPositions.size(), 2u);
+    EXPECT_EQ(problem.currentPosition().m_aSquares[52], BK);
     const std::string text = WriteProblemFileText(problems, true);
-    EXPECT_EQ(text, "UTF-8\n\n\n1 #2\n{\n\tFEN: 4k3/8/8/8/8/8/8/R3K3\n}\n");
+    EXPECT_EQ(text, "UTF-8\n\n\n1 #3\n{\n\tFEN: 4k3/8/8/8/8/8/8/R3K3\n   Moves:     Ra1-a2 Ke8-e7\n"
+                    "\tAnswer:  Ra1-a7\n}\n");
+    // Every later round trip keeps both.
+    EXPECT_EQ(WriteProblemFileText(readText(text), true), text);
+}
+
+TEST(ProblemFileWriter, SelfmateWithMovesKeepsItsStipulation) {
+    const ProblemMap problems = readText("4 s#2\n{\n\tFEN: 4k3/8/8/8/8/8/8/R3K3\n\tMoves: a1-a2\n}\n");
+    EXPECT_EQ(problems.at(4)->plies, 5);
+    const std::string text = WriteProblemFileText(problems, true);
+    EXPECT_EQ(text, "UTF-8\n\n\n4 s#2\n{\n\tFEN: 4k3/8/8/8/8/8/8/R3K3\n   Moves:     Ra1-a2\n}\n");
+    EXPECT_EQ(WriteProblemFileText(readText(text), true), text);
+}
+
+TEST(ProblemFile, ByteOrderMarkSaysUtf8) {
+    const ProblemMap problems = readText("\xEF\xBB\xBF" "1 #2\n{\n\tDesc: \xC5\x81\xC3\xB3" "d\xC5\xBA\n\tFEN: 4k3/8/8/8/8/8/8/4K3\n}\n");
+    ASSERT_EQ(problems.size(), 1u);
+    EXPECT_EQ(problems.at(1)->description, L"\u0141\u00f3d\u017a");
+    // With the "UTF-8" line behind it, the same.
+    const ProblemMap both = readText("\xEF\xBB\xBFUTF-8\n1 #2\n{\n\tDesc: \xC3\xB3\n\tFEN: 4k3/8/8/8/8/8/8/4K3\n}\n");
+    ASSERT_EQ(both.size(), 1u);
+    EXPECT_EQ(both.at(1)->description, L"\u00f3");
+    EXPECT_EQ(errorOf("\xEF\xBB\xBF"), "Unexpected end of file.");
 }
 
 TEST(ProblemFileWriter, NewRecordDefaults) {

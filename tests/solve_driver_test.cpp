@@ -306,3 +306,49 @@ TEST(SolveDriver, ExpectedSortMovesAreMarkedWhenMet) {
     EXPECT_GE(problem.expectedSortWhiteMoves[0].to, EXPECTED_MOVE_MET);
     EXPECT_LT(problem.expectedSortWhiteMoves[1].from, EXPECTED_MOVE_MET);
 }
+
+// The problem's sort indications reach the root list at the start of a solve.
+namespace {
+
+SolveResult firstKeyOf(TChessProblem& problem) {
+    SolveDriver driver;
+    return driver.SolveProblem(problem, SolveOptions{});
+}
+
+} // namespace
+
+TEST(SolveDriver, SortIndicationPutsItsMoveFirstInTheRootList) {
+    TChessProblem plain;
+    setUp(plain, FIVE_KEYS, 5);
+    const SolveResult without = firstKeyOf(plain);
+    ASSERT_EQ(without.moves.size(), 1u);
+    ASSERT_NE(without.texts[0], "Ke3-d3");
+    EXPECT_GT(without.keyPositions[0], 1);
+
+    TChessProblem indicated;
+    setUp(indicated, FIVE_KEYS, 5);
+    // An indication without a number is never in force (the highest key, 0,
+    // lies below the first move): it needs "1.".
+    ParseSortIndications(indicated.sortIndications, "1.Ke3-d3", 1);
+    const SolveResult with = firstKeyOf(indicated);
+    EXPECT_EQ(with.texts, (std::vector<std::string>{"Ke3-d3"}));
+    EXPECT_EQ(with.keyPositions, (std::vector<int>{1}));
+    EXPECT_EQ(indicated.activeSortIndications.size(), 1u);
+}
+
+TEST(SolveDriver, MainVariantServesAsSortIndicationWhenTheProblemAsks) {
+    TChessProblem problem;
+    setUp(problem, FIVE_KEYS, 5);
+    const TVariant variant = ParseVariantText(L"{Main variant} Ke3-d3 Ka1-b1", false, 1);
+    problem.variants[variant.name] = variant;
+    // Without the option the variant is only a variant.
+    EXPECT_NE(firstKeyOf(problem).keyPositions, (std::vector<int>{1}));
+
+    TChessProblem asking;
+    setUp(asking, FIVE_KEYS, 5);
+    asking.variants[variant.name] = variant;
+    asking.useMainVariantAsSortIndications = 1;
+    const SolveResult with = firstKeyOf(asking);
+    EXPECT_EQ(with.texts, (std::vector<std::string>{"Ke3-d3"}));
+    EXPECT_EQ(with.keyPositions, (std::vector<int>{1}));
+}

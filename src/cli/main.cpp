@@ -1,5 +1,6 @@
 #include "cli/commands.h"
 
+#include <cstdio>
 #include <map>
 #include <string>
 
@@ -11,6 +12,17 @@ int main(int argc, char** argv) {
         {"format", zorvane::cli::AddFormatCommand(app)}, {"mate", zorvane::cli::AddMateCommand(app)},
         {"bench", zorvane::cli::AddBenchCommand(app)},
     };
-    CLI11_PARSE(app, argc, argv);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::CallForHelp& e) {
+        return app.exit(e);
+    } catch (const CLI::CallForAllHelp& e) {
+        return app.exit(e);
+    } catch (const CLI::ParseError& e) {
+        // Bad input on the command line is bad input like any other: its
+        // message on stderr and exit code 2, as the README says.
+        std::fprintf(stderr, "%s\n", e.what());
+        return 2;
+    }
     return commands.at(app.get_subcommands().front()->get_name())();
 }

@@ -1,5 +1,6 @@
 // zorvane-cli mate --fen PLACEMENT --moves N: the keys of a direct mate.
 #include "cli/commands.h"
+#include "cli/number_option.h"
 #include "core/chess_exception.h"
 #include "core/fen.h"
 #include "engine/mate_search.h"
@@ -19,22 +20,42 @@ struct MateOptions {
 };
 
 int runMate(const MateOptions& options) {
-    if (options.moves < 1 || options.moves > MAX_STIPULATION_MOVES) {
-        std::fprintf(stderr, "Improper number of moves: %d (a direct mate takes 1 to %d moves)\n", options.moves,
-                     MAX_STIPULATION_MOVES);
-        return 2;
-    }
     TChessboard board = EmptyChessboard();
-    const std::string placement = options.fen.substr(0, options.fen.find(' '));
+    const size_t first = options.fen.find_first_not_of(' ');
+    const std::string placement =
+        first == std::string::npos ? std::string() : options.fen.substr(first, options.fen.find(' ', first) - first);
     if (options.fen.find('{') != std::string::npos || !ReadFenPlacement(placement, board.m_aSquares)) {
         std::fprintf(stderr, "Improper FEN code.\n");
         return 2;
     }
+    try {
+        // The set-up's own message says what is wrong with the men.
+        SetupChessboard(board, true);
+    } catch (const ChessException& e) {
+        std::fprintf(stderr, "%s\n", e.what());
+        return 2;
+    }
+    // The fields beyond the placement; the men are read and checked above.
+    FenNotes notes;
+    TChessboard scratch = EmptyChessboard();
+    ReadFen(options.fen, scratch, &notes);
+    if (notes.sideToMove == 'b') {
+        std::fprintf(stderr, "The FEN gives Black the move; a direct mate starts with White (\"w\").\n");
+        return 2;
+    }
+    if (notes.enPassantNamed && notes.enPassantSquare < 0) {
+        std::fprintf(stderr, "Improper FEN code.\n");
+        return 2;
+    }
+    // A placement alone allows every castling the board allows; a full FEN
+    // is obeyed: its castling field and en passant square hold for the solve.
+    StartConditions start;
+    start.deniedCastling = notes.deniedCastling;
+    start.enPassantSquare = notes.enPassantSquare;
     MateProof proof(options.safeMode, !options.noRegister);
     MateKeys keys;
     try {
-        SetupChessboard(board, true);
-        keys = proof.FindKeys(board, options.moves);
+        keys = proof.FindKeys(board, options.moves, start);
     } catch (const ChessException& e) {
         std::fprintf(stderr, "%s\n", e.what());
         return 2;
@@ -50,9 +71,12 @@ int runMate(const MateOptions& options) {
 Runner AddMateCommand(CLI::App& app) {
     auto options = std::make_shared<MateOptions>();
     CLI::App* mate = app.add_subcommand("mate", "Print every key of a direct mate in N moves, White to move");
-    mate->add_option("--fen", options->fen, "Placement of the men, as in FEN (the other fields are ignored)")
+    mate->add_option("--fen", options->fen,
+                     "The position as FEN: the placement alone (every castling the board allows), or a full FEN "
+                     "whose castling rights and en passant square are obeyed; White to move")
         ->required();
-    mate->add_option("--moves", options->moves, "Number of moves of the stipulation (1 to 255)")->required();
+    AddWholeNumber(mate, "--moves", options->moves, 1, MAX_STIPULATION_MOVES, "Number of moves of the stipulation")
+        ->required();
     mate->add_flag("--safe-mode", options->safeMode, "Search repeated positions again instead of pruning them");
     mate->add_flag("--no-register", options->noRegister, "Search without the memory of solved positions");
     return [options] { return runMate(*options); };

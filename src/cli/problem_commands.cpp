@@ -1,5 +1,6 @@
 // zorvane-cli check, format and solve: whole problem files from scripts.
 #include "cli/commands.h"
+#include "cli/number_option.h"
 #include "core/chess_exception.h"
 #include "engine/solve_driver.h"
 #include "engine/solve_texts.h"
@@ -7,6 +8,7 @@
 #include "problems/text_encoding.h"
 
 #include <algorithm>
+#include <climits>
 #include <chrono>
 #include <condition_variable>
 #include <cstdio>
@@ -24,10 +26,12 @@ struct FileOptions {
     std::string output;
     int problem = 0;
     bool json = false;
-    double timeout = 0; // seconds per problem, 0 for none
-    bool allSolutions = false;
+    bool brief = false;     // one line per problem
+    double timeout = 0;     // seconds per problem, 0 for none
+    bool first = false;     // stop at the first key: quick, but proves no soundness
+    bool allSolutions = false; // every key: the default, named for scripts that say so
     bool stopOnDual = false;
-    int repeat = 1;     // solves of each problem; the later ones start from a warm register
+    int repeat = 1;         // solves of each problem; the later ones start from a warm register
 };
 
 constexpr auto PROGRESS_INTERVAL = std::chrono::seconds(1);
@@ -57,12 +61,16 @@ private:
             auto wakeAt = start + PROGRESS_INTERVAL * (m_lines + 1);
             const auto deadline = start + std::chrono::duration_cast<std::chrono::steady_clock::duration>(
                                               std::chrono::duration<double>(m_timeout));
-            if (m_timeout > 0 && deadline < wakeAt) wakeAt = deadline;
+            // Once the stop is given, the deadline no longer wakes the watch:
+            // the solve unwinds, and the line is not written again meanwhile.
+            const bool timing = m_timeout > 0 && !m_timedOut;
+            if (timing && deadline < wakeAt) wakeAt = deadline;
             if (m_wake.wait_until(lock, wakeAt, [this] { return m_done; })) return;
             const auto now = std::chrono::steady_clock::now();
-            if (m_timeout > 0 && now >= deadline && !m_timedOut) {
+            if (timing && now >= deadline) {
                 m_timedOut = true;
                 m_problem.SetCommand(COMMAND_STOP);
+                if (now < start + PROGRESS_INTERVAL * (m_lines + 1)) continue;
             }
             const int begun = m_problem.m_nRootMovesBegun.load(), total = m_problem.m_nRootMoves.load();
             const double seconds = std::chrono::duration<double>(now - start).count();
@@ -121,9 +129,27 @@ int runFormat(const FileOptions& options) {
     return 0;
 }
 
+// A JSON string: quotes, backslashes and control bytes escaped.
+std::string jsonText(const std::string& text) {
+    std::string out = "\"";
+    for (const char c : text) {
+        if (c == '"' || c == '\\') {
+            out += '\\';
+            out += c;
+        } else if (static_cast<unsigned char>(c) < 0x20) {
+            char escaped[8];
+            std::snprintf(escaped, sizeof escaped, "\\u%04x", c);
+            out += escaped;
+        } else {
+            out += c;
+        }
+    }
+    return out + "\"";
+}
+
 std::string jsonList(const std::vector<std::string>& items) {
     std::string text = "[";
-    for (size_t i = 0; i < items.size(); ++i) text += (i ? ",\"" : "\"") + items[i] + "\"";
+    for (size_t i = 0; i < items.size(); ++i) text += (i ? "," : "") + jsonText(items[i]);
     return text + "]";
 }
 
@@ -144,43 +170,142 @@ std::vector<std::string> expectedTexts(const TChessProblem& problem) {
     return texts;
 }
 
-// The keys with their threats: "Rd1-d8, Qh5-f7 threat: Qf7-g8".
-std::string keysText(const SolveResult& result) {
-    std::string text;
-    for (size_t i = 0; i < result.moves.size(); ++i) {
-        if (i) text += ", ";
-        text += result.texts[i];
-        const std::vector<std::string>& threats = result.solutions.at(result.moves[i]).threats;
-        if (!threats.empty()) text += " " + WideToUtf8(ThreatLabel(1)) + joined(threats);
-    }
-    return text;
+const std::vector<std::string>& threatsOf(const SolveResult& result, size_t key) {
+    return result.solutions.at(result.moves[key]).threats;
 }
 
-// What a solve found, as the line shows it.
-std::string foundText(const SolveResult& result, const std::string& stipulation) {
-    if (result.stopped)
-        return result.moves.empty() ? WideToUtf8(AnalysisStoppedText(1))
-                                    : keysText(result) + WideToUtf8(StoppedByUserSuffix(1));
-    if (result.moves.empty()) return "Not found any solutions for " + stipulation;
-    std::string text = keysText(result);
+// What ended or marked the run, behind the verdict.
+std::string runNotes(const SolveResult& result) {
+    std::string text;
+    if (result.stopped && !result.moves.empty()) text += WideToUtf8(StoppedByUserSuffix(1));
     if (result.fromRegister) text += WideToUtf8(FromRegisterSuffix(1));
     if (result.stoppedOnDual) text += "  " + WideToUtf8(DualStopText(1));
     if (result.stoppedOnThree) text += "  " + WideToUtf8(ThreeSolutionsStopText(1));
     return text;
 }
 
-// passed: all solutions found equal the answer, or the first one found is in it.
-std::string verdictOf(const SolveResult& result, const TChessProblem& problem, bool allSolutions) {
-    if (result.stopped) return "stopped";
-    if (!(problem.flags & HasAnswer)) return "unchecked";
-    if (allSolutions && !result.stoppedOnDual && !result.stoppedOnThree)
-        return SameMoveSet(result.moves, problem.expectedAnswers) ? "passed" : "failed";
-    if (result.moves.empty()) return problem.expectedAnswers.empty() ? "passed" : "failed";
-    for (const TMove& move : result.moves)
-        if (std::find(problem.expectedAnswers.begin(), problem.expectedAnswers.end(), move) ==
-            problem.expectedAnswers.end())
-            return "failed";
-    return "passed";
+// The verdicts of a solve, against the problem's Answer line.
+enum class Verdict { Passed, Failed, Cooked, Unchecked, KeyFound, Stopped, Skipped };
+
+const char* verdictName(Verdict verdict) {
+    switch (verdict) {
+    case Verdict::Passed: return "passed";
+    case Verdict::Failed: return "failed";
+    case Verdict::Cooked: return "cooked";
+    case Verdict::Unchecked: return "unchecked";
+    case Verdict::KeyFound: return "key found";
+    case Verdict::Stopped: return "stopped";
+    case Verdict::Skipped: return "skipped";
+    }
+    return "";
+}
+
+bool inAnswer(const TChessProblem& problem, const TMove& move) {
+    return std::find(problem.expectedAnswers.begin(), problem.expectedAnswers.end(), move) !=
+           problem.expectedAnswers.end();
+}
+
+// Soundness needs every key: "passed" only when the keys found are exactly
+// the answer, "cooked" when they hold it and more. A run that stopped early
+// on purpose (the first key, a dual) can only say that its keys are right.
+Verdict verdictOf(const SolveResult& result, const TChessProblem& problem, bool first) {
+    if (result.stopped) return Verdict::Stopped;
+    if (!(problem.flags & HasAnswer)) return Verdict::Unchecked;
+    const bool allInAnswer =
+        std::all_of(result.moves.begin(), result.moves.end(), [&](const TMove& m) { return inAnswer(problem, m); });
+    if (first) {
+        if (result.moves.empty()) return problem.expectedAnswers.empty() ? Verdict::Passed : Verdict::Failed;
+        return allInAnswer ? Verdict::KeyFound : Verdict::Failed;
+    }
+    if (result.stoppedOnDual || result.stoppedOnThree) return allInAnswer ? Verdict::Passed : Verdict::Failed;
+    if (SameMoveSet(result.moves, problem.expectedAnswers)) return Verdict::Passed;
+    const bool holdsAnswer = std::all_of(problem.expectedAnswers.begin(), problem.expectedAnswers.end(),
+                                         [&](const TMove& m) {
+                                             return std::find(result.moves.begin(), result.moves.end(), m) !=
+                                                    result.moves.end();
+                                         });
+    return holdsAnswer ? Verdict::Cooked : Verdict::Failed;
+}
+
+// The counts of the summary line.
+struct Tally {
+    int passed = 0, failed = 0, skipped = 0, unchecked = 0, cooked = 0, keyFound = 0;
+
+    void add(Verdict verdict) {
+        switch (verdict) {
+        case Verdict::Passed: ++passed; break;
+        case Verdict::Failed: ++failed; break;
+        case Verdict::Cooked: ++cooked; break;
+        case Verdict::Unchecked: ++unchecked; break;
+        case Verdict::KeyFound: ++keyFound; break;
+        case Verdict::Stopped:
+        case Verdict::Skipped: ++skipped; break;
+        }
+    }
+    std::string line() const {
+        std::string text = std::to_string(passed) + " passed, " + std::to_string(failed) + " failed, " +
+                           std::to_string(skipped) + " skipped";
+        if (unchecked) text += ", " + std::to_string(unchecked) + " unchecked";
+        if (cooked) text += ", " + std::to_string(cooked) + " cooked";
+        if (keyFound) text += ", " + std::to_string(keyFound) + " key found";
+        return text;
+    }
+};
+
+std::string stipulationOf(const TChessProblem& problem) {
+    const int moves = problem.stipulationMoves();
+    if (problem.type == PROBLEM_SELFMATE) return "s#" + std::to_string(moves);
+    if (problem.type == PROBLEM_DIRECT_MATE) return "#" + std::to_string(moves);
+    return "";
+}
+
+struct SolveReport {
+    const TChessProblem& problem;
+    const SolveResult& result;
+    Verdict verdict;
+    const std::vector<std::string>& expected;
+};
+
+void printJson(const SolveReport& report) {
+    const SolveResult& result = report.result;
+    std::string threats = "{";
+    for (size_t i = 0; i < result.moves.size(); ++i)
+        threats += (i ? "," : "") + jsonText(result.texts[i]) + ":" + jsonList(threatsOf(result, i));
+    threats += "}";
+    const bool hasAnswer = (report.problem.flags & HasAnswer) != 0;
+    std::printf("{\"id\":%d,\"stipulation\":%s,\"keys\":%s,\"threats\":%s,\"expected\":%s,\"verdict\":\"%s\","
+                "\"time_ms\":%.0f,\"nodes\":%llu}\n",
+                report.problem.id, jsonText(stipulationOf(report.problem)).c_str(), jsonList(result.texts).c_str(),
+                threats.c_str(), hasAnswer ? jsonList(report.expected).c_str() : "null", verdictName(report.verdict),
+                result.milliseconds, static_cast<unsigned long long>(result.nodes));
+}
+
+// The whole report: a head line, then each key on a line of its own with its
+// threat below it.
+void printFull(const SolveReport& report) {
+    const SolveResult& result = report.result;
+    const std::string stipulation = stipulationOf(report.problem);
+    std::printf("%d %s: %s%s  [%.0f ms, %llu nodes]\n", report.problem.id, stipulation.c_str(),
+                verdictName(report.verdict), runNotes(result).c_str(), result.milliseconds,
+                static_cast<unsigned long long>(result.nodes));
+    if (result.moves.empty())
+        std::printf("    %s\n", result.stopped ? WideToUtf8(AnalysisStoppedText(1)).c_str()
+                                               : ("Not found any solutions for " + stipulation).c_str());
+    for (size_t i = 0; i < result.moves.size(); ++i) {
+        std::printf("    %s\n", result.texts[i].c_str());
+        const std::vector<std::string>& threats = threatsOf(result, i);
+        if (!threats.empty()) std::printf("        %s%s\n", WideToUtf8(ThreatLabel(1)).c_str(), joined(threats).c_str());
+    }
+    if ((report.verdict == Verdict::Failed || report.verdict == Verdict::Cooked) && (report.problem.flags & HasAnswer))
+        std::printf("    expected: %s\n", report.expected.empty() ? "no solution" : joined(report.expected).c_str());
+}
+
+// One line a problem, to read a collection at a glance.
+void printBrief(const SolveReport& report) {
+    const SolveResult& result = report.result;
+    std::string keys = result.moves.empty() ? (result.stopped ? "(stopped)" : "(no solution)") : joined(result.texts);
+    std::printf("%4d  %-4s %-10s %7.0f ms  %s\n", report.problem.id, stipulationOf(report.problem).c_str(),
+                verdictName(report.verdict), result.milliseconds, keys.c_str());
 }
 
 int runSolve(const FileOptions& options) {
@@ -192,58 +317,43 @@ int runSolve(const FileOptions& options) {
     }
     SolveDriver driver;
     SolveOptions solveOptions;
-    solveOptions.allSolutions = options.allSolutions;
-    int passed = 0, failed = 0, skipped = 0;
+    solveOptions.allSolutions = !options.first;
+    Tally tally;
     for (const auto& [id, problem] : problems) {
         if (options.problem != 0 && id != options.problem) continue;
-        const int moves = problem->stipulationMoves();
-        const std::string stipulation =
-            problem->type == PROBLEM_SELFMATE ? "s#" + std::to_string(moves)
-            : problem->type == PROBLEM_DIRECT_MATE ? "#" + std::to_string(moves) : "";
         if (options.stopOnDual) problem->flags |= StopOnDual;
         problem->m_bSafeMode = (problem->flags & SafeMode) ? 1 : 0;
-        const bool allSolutions = options.allSolutions || (problem->flags & AllSolutions);
-        const bool hasAnswer = (problem->flags & HasAnswer) != 0;
-        const std::vector<std::string> expected = hasAnswer ? expectedTexts(*problem) : std::vector<std::string>{};
+        // A problem that asks for all its solutions gets them even with --first.
+        const bool first = options.first && !(problem->flags & AllSolutions);
+        const std::vector<std::string> expected =
+            (problem->flags & HasAnswer) ? expectedTexts(*problem) : std::vector<std::string>{};
         for (int round = 0; round < std::max(options.repeat, 1); ++round) {
             SolveResult result;
-            std::string verdict;
-            if (problem->type != PROBLEM_DIRECT_MATE) {
-                verdict = "skipped";
-            } else {
+            Verdict verdict = Verdict::Skipped;
+            if (problem->type == PROBLEM_DIRECT_MATE) {
                 try {
                     problem->SetCommand(COMMAND_RUN);
                     SolveWatch watch(*problem, options.timeout);
                     result = driver.SolveProblem(*problem, solveOptions);
-                    verdict = verdictOf(result, *problem, allSolutions);
+                    verdict = verdictOf(result, *problem, first);
                 } catch (const ChessException& e) {
                     std::fprintf(stderr, "Problem %d: %s\n", id, e.what());
-                    verdict = "failed";
+                    verdict = Verdict::Failed;
                 }
             }
-            passed += verdict == "passed";
-            failed += verdict == "failed";
-            skipped += verdict == "skipped" || verdict == "unchecked" || verdict == "stopped";
-            if (options.json) {
-                std::printf("{\"id\":%d,\"stipulation\":\"%s\",\"keys\":%s,\"expected\":%s,\"verdict\":\"%s\","
-                            "\"time_ms\":%.0f,\"nodes\":%llu}\n",
-                            id, stipulation.c_str(), jsonList(result.texts).c_str(),
-                            hasAnswer ? jsonList(expected).c_str() : "null", verdict.c_str(), result.milliseconds,
-                            static_cast<unsigned long long>(result.nodes));
-            } else if (verdict == "skipped") {
-                std::printf("%d %s: skipped (only direct mates are solved)\n", id, stipulation.c_str());
-            } else {
-                std::printf("%d %s: %s  [%s, %.0f ms, %llu nodes]\n", id, stipulation.c_str(),
-                            foundText(result, stipulation).c_str(), verdict.c_str(), result.milliseconds,
-                            static_cast<unsigned long long>(result.nodes));
-                if (verdict == "failed" && hasAnswer) std::printf("    expected: %s\n", joined(expected).c_str());
-            }
+            tally.add(verdict);
+            const SolveReport report{*problem, result, verdict, expected};
+            if (options.json) printJson(report);
+            else if (verdict == Verdict::Skipped)
+                std::printf("%d %s: skipped (only direct mates are solved)\n", id, stipulationOf(*problem).c_str());
+            else if (options.brief) printBrief(report);
+            else printFull(report);
             std::fflush(stdout);
-            if (verdict == "skipped") break;
+            if (verdict == Verdict::Skipped) break;
         }
     }
-    if (!options.json) std::printf("%d passed, %d failed, %d skipped\n", passed, failed, skipped);
-    return failed ? 1 : 0;
+    if (!options.json) std::printf("%s\n", tally.line().c_str());
+    return tally.failed || tally.cooked ? 1 : 0;
 }
 
 } // namespace
@@ -265,16 +375,19 @@ Runner AddFormatCommand(CLI::App& app) {
 
 Runner AddSolveCommand(CLI::App& app) {
     auto options = std::make_shared<FileOptions>();
-    CLI::App* solve = app.add_subcommand("solve", "Solve the direct mates of a problem file and check their answers");
+    CLI::App* solve = app.add_subcommand(
+        "solve", "Solve the direct mates of a problem file: every key, compared with the Answer line");
     solve->add_option("file", options->path, "Problem file (.cp)")->required();
-    solve->add_option("--problem", options->problem, "Solve only the problem with this number");
+    AddWholeNumber(solve, "--problem", options->problem, 1, INT_MAX, "Solve only the problem with this number");
     solve->add_flag("--json", options->json, "One JSON object per problem and line");
-    solve->add_option("--timeout", options->timeout, "Stop a problem after this many seconds and print what was found")
-        ->check(CLI::NonNegativeNumber);
-    solve->add_flag("--all-solutions", options->allSolutions, "Find every key, not only the first");
+    solve->add_flag("--brief", options->brief, "One line per problem: stipulation, verdict, keys, time");
+    AddSeconds(solve, "--timeout", options->timeout, "Stop a problem after this many seconds and print what was found");
+    CLI::Option* first = solve->add_flag(
+        "--first", options->first, "Stop a problem at its first key (quick, but cannot tell a sound problem from a cooked one)");
+    solve->add_flag("--all-solutions", options->allSolutions, "Find every key (the default)")->excludes(first);
     solve->add_flag("--stop-on-dual", options->stopOnDual, "Stop a problem when a second key is found");
-    solve->add_option("--repeat", options->repeat, "Solve each problem this many times; later solves use the warm register")
-        ->check(CLI::Range(1, 100));
+    AddWholeNumber(solve, "--repeat", options->repeat, 1, 100,
+                   "Solve each problem this many times; later solves use the warm register");
     return [options] { return runSolve(*options); };
 }
 

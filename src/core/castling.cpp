@@ -1,6 +1,7 @@
 #include "castling.h"
 
 #include "attacks.h"
+#include "thread_context.h"
 
 namespace zorvane {
 
@@ -8,8 +9,9 @@ namespace {
 
 // Walks the chain of parents: false as soon as a move ended on the king's or
 // the rook's square; at the top, the men must have stood there too.
-bool rightAlive(const TChessboard& b, int kingSquare, int rookSquare, uint8_t king, uint8_t rook) {
+bool rightAlive(const TChessboard& b, int kingSquare, int rookSquare, uint8_t king, uint8_t rook, uint8_t bit) {
     if (b.m_aSquares[kingSquare] != king || b.m_aSquares[rookSquare] != rook) return false;
+    if (b.m_pThread && (b.m_pThread->m_bDeniedCastling & bit)) return false;
     const TChessboard* p = &b;
     while (p->m_pParent) {
         if (p->m_LastMove.to == kingSquare || p->m_LastMove.to == rookSquare) return false;
@@ -21,11 +23,13 @@ bool rightAlive(const TChessboard& b, int kingSquare, int rookSquare, uint8_t ki
 } // namespace
 
 bool WhiteCastlingRight(const TChessboard& b, CastlingSide side) {
-    return rightAlive(b, 4, side == KING_SIDE ? 7 : 0, WK, WR);
+    return rightAlive(b, 4, side == KING_SIDE ? 7 : 0, WK, WR,
+                      side == KING_SIDE ? WHITE_SHORT_CASTLING : WHITE_LONG_CASTLING);
 }
 
 bool BlackCastlingRight(const TChessboard& b, CastlingSide side) {
-    return rightAlive(b, 60, side == KING_SIDE ? 63 : 56, BK, BR);
+    return rightAlive(b, 60, side == KING_SIDE ? 63 : 56, BK, BR,
+                      side == KING_SIDE ? BLACK_SHORT_CASTLING : BLACK_LONG_CASTLING);
 }
 
 bool WhiteCanCastle(const TChessboard& b, CastlingSide side) {

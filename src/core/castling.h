@@ -8,8 +8,17 @@ namespace zorvane {
 
 enum CastlingSide { KING_SIDE = 0, QUEEN_SIDE = 1 };
 
+// One bit per right, for a set of rights: K, Q, k, q of FEN.
+enum CastlingRightBit : uint8_t {
+    WHITE_SHORT_CASTLING = 1,
+    WHITE_LONG_CASTLING = 2,
+    BLACK_SHORT_CASTLING = 4,
+    BLACK_LONG_CASTLING = 8,
+};
+
 // Whether White (Black) still has the right to castle on that side; says
-// nothing about attacked or occupied squares.
+// nothing about attacked or occupied squares. A right that the solve of the
+// position denies from its start (TThreadContext::m_bDeniedCastling) is dead.
 bool WhiteCastlingRight(const TChessboard& b, CastlingSide side);
 bool BlackCastlingRight(const TChessboard& b, CastlingSide side);
 

@@ -135,6 +135,12 @@ bool ReadFen(const std::string& text, TChessboard& board, FenNotes* notes) {
     size_t castlingField = 0;
     if (!fields.empty() && fields[0].size() == 1 && std::strchr("wbWB", fields[0][0])) castlingField = 1;
     const bool enPassant = fields.size() > castlingField + 1 && fields[castlingField + 1] != "-";
+    int enPassantSquare = -1;
+    if (enPassant) {
+        const std::string& field = fields[castlingField + 1];
+        if (field.size() == 2 && field[0] >= 'a' && field[0] <= 'h' && field[1] >= '1' && field[1] <= '8')
+            enPassantSquare = squareOf(field[0] - 'a', field[1] - '1');
+    }
 
     uint8_t squares[64];
     if (!ReadFenPlacement(placement, squares)) return false;
@@ -145,11 +151,34 @@ bool ReadFen(const std::string& text, TChessboard& board, FenNotes* notes) {
 
     if (notes) {
         const uint8_t* s = board.m_aSquares;
-        const bool denied = (s[4] == WK && s[7] == WR && !rightK) || (s[4] == WK && s[0] == WR && !rightQ) ||
-                            (s[60] == BK && s[63] == BR && !rightk) || (s[60] == BK && s[56] == BR && !rightq);
-        notes->castlingDenied = denied;
+        uint8_t denied = 0;
+        if (s[4] == WK && s[7] == WR && !rightK) denied |= WHITE_SHORT_CASTLING;
+        if (s[4] == WK && s[0] == WR && !rightQ) denied |= WHITE_LONG_CASTLING;
+        if (s[60] == BK && s[63] == BR && !rightk) denied |= BLACK_SHORT_CASTLING;
+        if (s[60] == BK && s[56] == BR && !rightq) denied |= BLACK_LONG_CASTLING;
+        notes->castlingDenied = denied != 0;
+        notes->deniedCastling = denied;
         notes->enPassantNamed = enPassant;
+        notes->enPassantSquare = enPassantSquare;
+        notes->sideToMove = castlingField ? static_cast<char>(fields[0][0] | 0x20) : 0;
     }
+    return true;
+}
+
+bool SetUpDoubleStepHistory(TChessboard& position, TChessboard& parent, int square) {
+    if (square < 0 || square > 63 || rowOf(square) != 5) return false;
+    const int landed = square - 8, started = square + 8;
+    uint8_t* s = position.m_aSquares;
+    if (s[landed] != BP || s[square] != 0 || s[started] != 0) return false;
+    parent = position;
+    parent.m_aSquares[landed] = 0;
+    parent.m_aSquares[started] = BP;
+    parent.m_pParent = nullptr;
+    parent.m_LastMove = TMove{};
+    position.m_pParent = &parent;
+    position.m_LastMove = TMove{};
+    position.m_LastMove.from = static_cast<uint8_t>(started);
+    position.m_LastMove.to = static_cast<uint8_t>(landed);
     return true;
 }
 

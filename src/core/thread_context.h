@@ -18,6 +18,11 @@ struct TThreadContext {
     TChessboard m_aBoards[MAX_PLIES];
     // Top of the parent chain: castling rights are measured from here.
     const TChessboard* m_pRoot = nullptr;
+    // Castling rights (CastlingRightBit) that the start of the solve denies
+    // though the board would allow them, as a FEN's castling field can. It
+    // lives here, with the solve, so that neither the position record nor the
+    // register's keys change for it.
+    uint8_t m_bDeniedCastling = 0;
     uint16_t m_shThreadId = 0;
 
     uint8_t m_aMoveIndex[MAX_PLIES];

@@ -19,6 +19,12 @@ struct TThreadContext;
 
 constexpr int MAX_STIPULATION_MOVES = 255;
 
+// What a full FEN says beyond the placement, for the start of the solve.
+struct StartConditions {
+    uint8_t deniedCastling = 0; // CastlingRightBit: rights the board allows and the text denies
+    int enPassantSquare = -1;   // a capture on this square is possible at the first move
+};
+
 struct MateKeys {
     std::vector<TMove> keys;
     std::vector<std::string> texts; // long notation, in the order found
@@ -50,7 +56,11 @@ public:
     // Keys of a direct mate in `moves` (1..255) from `root`, White to move. The
     // root is set up strictly; throws ChessException for a bad position or when
     // the black king stands in check.
-    MateKeys FindKeys(const TChessboard& root, int moves);
+    MateKeys FindKeys(const TChessboard& root, int moves) { return FindKeys(root, moves, StartConditions{}); }
+    // The same, with the start's castling rights and en passant square as a
+    // full FEN gives them. Throws ChessException for an en passant square
+    // that does not fit the position.
+    MateKeys FindKeys(const TChessboard& root, int moves, const StartConditions& start);
 
     // The solve-wide record: its command word stops or pauses a running FindKeys
     // from another thread.
@@ -63,6 +73,8 @@ public:
 
 private:
     TChessProblem m_problem;
+    // The position before Black's double step, when the start names an en passant square.
+    TChessboard m_beforeDoubleStep = EmptyChessboard();
     SolveOptions m_options;
     SolveDriver m_driver;
 };

@@ -118,8 +118,9 @@ int rootMoves(TChessboard& root, int plies, TMove* list) {
         TChessboard& child = root.m_pThread->m_aBoards[1];
         int mates = 0;
         for (int i = 0; i < count; ++i) {
+            // The move as made: it carries the maker's notes (an en passant capture).
             TMove move = list[i];
-            if (MatesAtOnce(root, child, move)) list[mates++] = list[i];
+            if (MatesAtOnce(root, child, move)) list[mates++] = move;
         }
         return mates;
     }
@@ -351,7 +352,29 @@ TChessboard rootOf(TChessProblem& problem, TThreadContext& ctx, const TChessboar
     TChessboard root = position;
     root.m_pProblem = &problem;
     root.m_pThread = &ctx;
+    ctx.m_bDeniedCastling = problem.m_bDeniedCastling;
     return root;
+}
+
+// The sort indications in force for this solve: the main variant's moves when
+// the problem asks for them and has one, else its own indications.
+void activateSortIndications(TChessProblem& problem, int languageId) {
+    const TVariant* mainVariant = nullptr;
+    for (const std::wstring& name : MainVariantNames) {
+        const auto found = problem.variants.find(name);
+        if (found != problem.variants.end()) {
+            mainVariant = &found->second;
+            break;
+        }
+    }
+    try {
+        problem.activeSortIndications =
+            ChooseActiveSortIndications(problem.useMainVariantAsSortIndications != 0, mainVariant,
+                                        problem.startPosition, false, problem.sortIndications, languageId);
+    } catch (const ChessException&) {
+        // A variant whose moves make no indication leaves the problem's own.
+        problem.activeSortIndications = problem.sortIndications;
+    }
 }
 
 // Castling rights are measured from the top of the root's chain.
@@ -389,6 +412,7 @@ SolveResult SolveDriver::SolveProblem(TChessProblem& problem, const SolveOptions
     noteChainTop(ctx, root);
     setUpRoot(root, plies);
     prepareRegister(problem, plies, options);
+    activateSortIndications(problem, options.languageId);
     problem.m_shRepetitionLimit = static_cast<uint16_t>(plies);
     Run run = beginRun(problem, ctx, options, result);
     std::vector<TMove> found;
@@ -409,6 +433,7 @@ SolveResult SolveDriver::SolveFromPosition(TChessProblem& problem, const TChessb
     // Black to move is the defence search's task, not this road's.
     if (!(plies & 1)) throw std::invalid_argument("a solve from a position needs White to move");
     prepareRegister(problem, plies, options);
+    activateSortIndications(problem, options.languageId);
     problem.m_shRepetitionLimit = static_cast<uint16_t>(plies);
     Run run = beginRun(problem, ctx, options, result);
 

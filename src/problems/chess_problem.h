@@ -114,6 +114,10 @@ struct TChessProblem {
     uint16_t m_wCommandDepth = 0;
     uint8_t m_nCommandMode = 0;
     uint8_t m_bSafeMode = 0;
+    // Castling rights (CastlingRightBit) that the start position denies though
+    // the board allows them: a FEN's "-" given on the command line. The solve's
+    // threads take it into their context; the position record cannot hold it.
+    uint8_t m_bDeniedCastling = 0;
     // Repetitions count only for positions first reached with at most this many plies left.
     uint16_t m_shRepetitionLimit = 0;
     uint8_t m_nMultithreadingLevels = 0;

@@ -325,9 +325,10 @@ private:
 
     // "Moves:" a chain of positions from the start, White first.
     void readMoves() {
-        // The played line has no stipulation of its own; the header's stays in
-        // stipulationPlies, so that a save does not turn "#2" into "#128".
-        problem_.plies = POSITION_PLIES;
+        // The played line is made without the stipulation's limit on plies,
+        // but a problem with a stipulation keeps it: the moves are a line
+        // played from its diagram, not a new task ("#3" must not become "#128").
+        if (problem_.type == PROBLEM_POSITION) problem_.plies = POSITION_PLIES;
         problem_.playedPositions.clear();
         TChessboard& start = problem_.startPosition;
         start.m_shPliesLeft = start.m_shPliesTotal = POSITION_PLIES;
@@ -526,8 +527,9 @@ void writeProblem(std::string& out, const TChessProblem& problem, bool withComme
     out += "{\n";
     if (!problem.description.empty()) out += "\tDescription: " + WideToUtf8(problem.description) + "\n";
     out += "\tFEN: " + WriteFen(problem.startPosition, true) + "\n";
-    // The moves come ahead of the answer, in the order the reader takes them.
-    if (problem.type == PROBLEM_POSITION && !problem.playedPositions.empty()) {
+    // The moves come ahead of the answer, in the order the reader takes them;
+    // they are written for every type, so that no played line is lost.
+    if (!problem.playedPositions.empty()) {
         out += "   Moves:    ";
         const TChessboard* parent = &problem.startPosition;
         for (const TChessboard& position : problem.playedPositions) {
@@ -605,9 +607,14 @@ void writeConsole(const ProblemFileSettings& settings, const std::string& text) 
 } // namespace
 
 bool ReadEncodingMark(TextCursor& cursor) {
+    // Editors that save UTF-8 often put a byte-order mark first: it says the
+    // same as the "UTF-8" line, which may still follow it.
+    constexpr std::string_view BYTE_ORDER_MARK = "\xEF\xBB\xBF";
+    const bool marked = cursor.text.substr(cursor.pos, BYTE_ORDER_MARK.size()) == BYTE_ORDER_MARK;
+    if (marked) cursor.pos += BYTE_ORDER_MARK.size();
     size_t p = cursor.pos;
     while (p < cursor.text.size() && (cursor.text[p] == ' ' || cursor.text[p] == '\t')) ++p;
-    if (cursor.text.substr(p, 5) != "UTF-8") return false;
+    if (cursor.text.substr(p, 5) != "UTF-8") return marked;
     cursor.pos = p + 5;
     return true;
 }

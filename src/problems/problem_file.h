@@ -54,7 +54,8 @@ struct HeuristicName {
 };
 extern const std::array<HeuristicName, 29> HeuristicNames;
 
-// Skips the encoding mark (blanks and tabs, then "UTF-8") and tells whether it was there.
+// Skips the encoding mark (a UTF-8 byte-order mark, blanks and tabs, then
+// "UTF-8"; either says UTF-8) and tells whether it was there.
 bool ReadEncodingMark(TextCursor& cursor);
 // Reads the default clauses ahead of the first problem; the cursor stops at
 // the first lexem that is no clause.
