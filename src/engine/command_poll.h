@@ -25,4 +25,18 @@ inline Command PollCommand(TChessProblem& problem, const TThreadContext& ctx, in
     return AnswerCommand(problem, ctx, n, moves, count, index, result);
 }
 
+// The command word before the move at `index` of a step, obeyed: true when
+// the step must return `result`. A jump rearranges the list and moves `index`
+// to the move that comes next; the word is then read again there.
+inline bool CommandEndsStep(TChessProblem& problem, const TThreadContext& ctx, int n, TMove* moves, int count,
+                            int& index, int8_t& result) {
+    for (;;) {
+        switch (PollCommand(problem, ctx, n, moves, count, index, result)) {
+        case Command::Go: return false;
+        case Command::Return: return true;
+        case Command::Jumped: break;
+        }
+    }
+}
+
 } // namespace zorvane

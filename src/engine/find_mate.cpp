@@ -26,6 +26,16 @@ namespace {
 constexpr int SHALLOW_PLIES = 4;
 // Repetitions are looked for in safe mode only this deep.
 constexpr int SAFE_MODE_REPETITION_PLIES = 14;
+// In a forced-mate search, up to this many plies left a repetition is pruned
+// only when the position stood twice before.
+constexpr int FORCED_MATE_SINGLE_REPETITION_PLIES = 15;
+// White's lists come man by man below this many plies left in any position,
+// below the second limit in thin positions, and at the third under heuristic 2.
+constexpr int MAN_BY_MAN_BELOW_PLIES = 11;
+constexpr int MAN_BY_MAN_THIN_BELOW_PLIES = 13;
+constexpr int MAN_BY_MAN_HEURISTIC_2_PLIES = 13;
+// A thin position: fewer White heavy men and black bishops together than this.
+constexpr int THIN_POSITION_MEN = 4;
 constexpr auto SUSPEND_POLL = std::chrono::milliseconds(10);
 
 // A ply that can be taken back: no pawn move, no capture, no promotion.
@@ -96,11 +106,11 @@ int nextManStage(const TChessboard& b, TMove* moves, int first, int skip, int& n
 // Whether White's list at `n` plies left comes man by man: at moderate depths
 // always, deeper only in thin positions, where sorting costs more than it gains.
 bool incrementalStages(const TChessboard& b, int n) {
-    if (n < 11) return true;
-    if (n < 13 && !(b.m_wFlags & FLAG_HEURISTIC_32) &&
-        b.m_nWhiteQueens + b.m_nWhiteRooks + b.m_nBlackBishops < 4)
+    if (n < MAN_BY_MAN_BELOW_PLIES) return true;
+    if (n < MAN_BY_MAN_THIN_BELOW_PLIES && !(b.m_wFlags & FLAG_HEURISTIC_32) &&
+        b.m_nWhiteQueens + b.m_nWhiteRooks + b.m_nBlackBishops < THIN_POSITION_MEN)
         return true;
-    return n == 13 && (b.m_wFlags & FLAG_HEURISTIC_2);
+    return n == MAN_BY_MAN_HEURISTIC_2_PLIES && (b.m_wFlags & FLAG_HEURISTIC_2);
 }
 
 template <class Config> struct Steps {
@@ -124,7 +134,7 @@ template <class Config> int8_t Steps<Config>::whiteStep(TChessboard& b, bool bPr
     }
     // 2. The temporary register.
     if constexpr (Config::kTemporaryRegister) {
-        if (bProbe && b.m_shPliesTotal >= 10 && n >= 3) {
+        if (bProbe && RegisterDepth(b, n)) {
             const int8_t known = search_hooks::ProbeTemporaryRegister<Config>(b);
             if (known >= RESULT_DOUBTFUL && (known != RESULT_DOUBTFUL || b.m_bPass < 2)) return known;
         }
@@ -147,11 +157,11 @@ template <class Config> int8_t Steps<Config>::whiteStep(TChessboard& b, bool bPr
             return RESULT_MATE;
         }
     }
-    // 5. The regular visit to the outside world.
+    // 4. The regular visit to the outside world.
     if ((n & 15) == 9 && (n == 9 || pliesDone >= 9) && problem.m_pfnProgress)
         problem.m_pfnProgress(problem, ctx, problem.m_pProgressUser);
 
-    // 7. The moves, by stages: one man at a time from a1 at moderate depths, so
+    // 5. The moves, by stages: one man at a time from a1 at moderate depths, so
     // that a mate by the first men costs no generation of the rest; in check
     // the evasions; deep down all moves at once, ordered.
     MoveBuffer moves;
@@ -174,7 +184,7 @@ template <class Config> int8_t Steps<Config>::whiteStep(TChessboard& b, bool bPr
         const TMove strong = ctx.m_aStrongMove[n];
         if (!strong.isNull() && isWhite(b.m_aSquares[strong.from])) firstMan = strong.from;
     }
-    // 8. Hand-off to the thread levels near the top.
+    // 6. Hand-off to the thread levels near the top.
     if constexpr (Config::kLevels) {
         const int8_t levels = search_hooks::HandToLevels<Config>(b, moves, count);
         if (levels != -128) return levels;
@@ -194,28 +204,24 @@ template <class Config> int8_t Steps<Config>::whiteStep(TChessboard& b, bool bPr
         }
         ctx.m_aMoveCount[n] = static_cast<uint8_t>(count);
     for (int i = 0; i < count; ++i) {
-        // 9. Command word, then the move.
-        int8_t commanded;
-        switch (PollCommand(problem, ctx, n, moves, count, i, commanded)) {
-        case Command::Return: return commanded;
-        case Command::Jumped: --i; continue;
-        case Command::Go: break;
-        }
+        // 7. Command word, then the move.
+        if (int8_t commanded; CommandEndsStep(problem, ctx, n, moves, count, i, commanded)) return commanded;
         ctx.m_aMoveIndex[n] = static_cast<uint8_t>(i);
         CopyToChild(child, b);
         if (!MakeWhiteMove(child, moves[i])) continue;
 
-        // 10. A repeated position is not searched again.
+        // 8. A repeated position is not searched again.
         if (const int first = repetitionOf(child, problem.m_shRepetitionLimit)) {
             const bool skip = !problem.m_bSafeMode ||
-                              (n >= SAFE_MODE_REPETITION_PLIES && (!ctx.m_bForcedMate || n > 15 || repeatedTwice(child)));
+                              (n >= SAFE_MODE_REPETITION_PLIES &&
+                               (!ctx.m_bForcedMate || n > FORCED_MATE_SINGLE_REPETITION_PLIES || repeatedTwice(child)));
             if (skip) {
                 ctx.m_aRepetition[n] = std::max<uint16_t>(ctx.m_aRepetition[n], static_cast<uint16_t>(first));
                 ++repetitions;
                 continue;
             }
         }
-        // 11. The heuristics' bets, then Black's step.
+        // 9. The heuristics' bets, then Black's step.
         if constexpr (Config::kHeuristics) {
             if (b.m_bPass == 1 && search_hooks::HeuristicsRejectChild<Config>(child)) {
                 ++doubtful;
@@ -236,7 +242,7 @@ template <class Config> int8_t Steps<Config>::whiteStep(TChessboard& b, bool bPr
             ctx.m_bRecaptured = moves[i].to == b.m_LastMove.to;
             if constexpr (Config::kTemporaryRegister) {
                 // A line cut short by a stop or held by a pause proves nothing.
-                if (b.m_shPliesTotal >= 10 && n >= 3 && problem.m_nCommand.load(std::memory_order_relaxed) == COMMAND_RUN)
+                if (RegisterDepth(b, n) && problem.m_nCommand.load(std::memory_order_relaxed) == COMMAND_RUN)
                     search_hooks::StoreTemporaryRegister<Config>(b, RESULT_MATE);
             }
             if constexpr (Config::kOrdering) ctx.m_aStrongMove[n] = moves[i];
@@ -245,7 +251,7 @@ template <class Config> int8_t Steps<Config>::whiteStep(TChessboard& b, bool bPr
     }
     }
 
-    // 12. Verdict.
+    // 10. Verdict.
     if (problem.StopMeant(ctx.m_shThreadId)) return RESULT_NO_MATE;
     int8_t verdict;
     if (!problem.m_bSafeMode) {
@@ -260,7 +266,7 @@ template <class Config> int8_t Steps<Config>::whiteStep(TChessboard& b, bool bPr
         verdict = doubtful == 0 && b.m_uHeuristics == 0 ? RESULT_NO_MATE : RESULT_DOUBTFUL;
     }
     if constexpr (Config::kTemporaryRegister) {
-        if (b.m_shPliesTotal >= 10 && n >= 3) {
+        if (RegisterDepth(b, n)) {
             if (!doubtful && (!problem.m_bSafeMode || !repetitions))
                 search_hooks::StoreTemporaryRegister<Config>(b, RESULT_NO_MATE);
             else if (doubtful && (!problem.m_bSafeMode || b.m_uHeuristics))
@@ -317,13 +323,8 @@ template <class Config> int8_t Steps<Config>::blackStep(TChessboard& b) {
             if (count == 0) break;
         }
         for (int i = 0; i < count; ++i) {
-            // 6. Command word, then the reply.
-            int8_t commanded;
-            switch (PollCommand(problem, ctx, n, moves, count, i, commanded)) {
-            case Command::Return: return commanded;
-            case Command::Jumped: --i; continue;
-            case Command::Go: break;
-            }
+            // 4. Command word, then the reply.
+            if (int8_t commanded; CommandEndsStep(problem, ctx, n, moves, count, i, commanded)) return commanded;
             CopyToChild(child, b);
             const int made = MakeBlackMove(child, moves[i], Config::kOrdering && n > 3);
             if (made == BLACK_MOVE_ILLEGAL) continue;
@@ -334,10 +335,10 @@ template <class Config> int8_t Steps<Config>::blackStep(TChessboard& b) {
                 return RESULT_NO_MATE;
             }
 
-            // 8./9. White's step on the child; the register, once asked here, is not asked again there.
+            // 5. White's step on the child; the register, once asked here, is not asked again there.
             bool probeInWhiteStep = true;
             if constexpr (Config::kTemporaryRegister) {
-                if (n >= 3 && b.m_shPliesTotal >= 10) {
+                if (RegisterDepth(b, n)) {
                     const int8_t known = search_hooks::ProbeTemporaryRegister<Config>(child);
                     if (known == RESULT_MATE) continue;
                     if (known >= RESULT_DOUBTFUL && (known != RESULT_DOUBTFUL || b.m_bPass < 2)) return known;
@@ -345,7 +346,7 @@ template <class Config> int8_t Steps<Config>::blackStep(TChessboard& b) {
                 }
             }
             const int8_t result = whiteStep(child, probeInWhiteStep);
-            // 10. One refutation or one doubt settles the node.
+            // 6. One refutation or one doubt settles the node.
             if (result == RESULT_NO_MATE || result == RESULT_DOUBTFUL || result == RESULT_REFUTED_EARLY) {
                 if constexpr (Config::kOrdering) ctx.m_aStrongMove[n] = moves[i];
                 return result;
@@ -367,7 +368,7 @@ template <class Config> int8_t Steps<Config>::blackStep(TChessboard& b) {
         }
         if (!lazy) break;
     }
-    // 11. No legal reply: mate or stalemate.
+    // 7. No legal reply: mate or stalemate.
     if (!anyLegal) return b.m_cBlackChecker >= 0 ? int8_t{RESULT_MATE} : int8_t{RESULT_NO_MATE};
     return RESULT_MATE;
 }

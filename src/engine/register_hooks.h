@@ -7,6 +7,18 @@
 #include "problems/chess_problem.h"
 #include "registers/temporary_register.h"
 
+namespace zorvane {
+
+// The register pays only where a proof is dear: in solves of at least this
+// many plies (a #6 and up), at nodes with at least this many plies left.
+constexpr int REGISTER_MIN_TOTAL_PLIES = 10;
+constexpr int REGISTER_MIN_PLIES_LEFT = 3;
+inline bool RegisterDepth(const TChessboard& position, int pliesLeft) {
+    return position.m_shPliesTotal >= REGISTER_MIN_TOTAL_PLIES && pliesLeft >= REGISTER_MIN_PLIES_LEFT;
+}
+
+} // namespace zorvane
+
 namespace zorvane::search_hooks {
 
 namespace register_detail {

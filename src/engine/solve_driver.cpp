@@ -90,7 +90,7 @@ bool screenedMate(Run& run, TChessboard& child, bool registerOnly) {
     TMove replies[MAX_MOVES];
     const int count = GenerateBlackMovesOrEvasions(child, replies);
     TChessboard& reply = run.ctx.m_aBoards[child.m_shPliesLeft];
-    const bool askRegister = run.problem.m_pRegister && child.m_shPliesTotal >= 10;
+    const bool askRegister = run.problem.m_pRegister && child.m_shPliesTotal >= REGISTER_MIN_TOTAL_PLIES;
     bool anyLegal = false;
     int fromRegister = 0;
     for (int i = 0; i < count; ++i) {

@@ -4,9 +4,11 @@
 // each under its own lock; no operation holds both locks at once.
 //
 // The search asks it at every White node with enough plies left and stores
-// every result it has proven, so look-ups and stores stay free of allocation
-// (a bucket's vector is made once with room for 8), of virtual calls and of
-// any lock but the map's own reader-writer lock.
+// every result it has proven, so look-ups stay free of allocation, of virtual
+// calls and of any lock but the map's own reader-writer lock. A store may
+// allocate: the first entry of a bucket makes its vector (room for 8), and
+// the ninth turns the bucket into a tree; the search pays that only for new
+// positions, and a store beyond the memory limit is dropped instead.
 #include "chessboard_register.h"
 #include "register_combined_map.h"
 #include "register_item.h"
