@@ -4,6 +4,7 @@
 #include "core/chess_exception.h"
 #include "core/fen.h"
 #include "engine/mate_search.h"
+#include "engine/solver.h"
 
 #include <cstdio>
 #include <memory>
@@ -49,20 +50,25 @@ int runMate(const MateOptions& options) {
     }
     // A placement alone allows every castling the board allows; a full FEN
     // is obeyed: its castling field and en passant square hold for the solve.
-    StartConditions start;
-    start.deniedCastling = notes.deniedCastling;
-    start.enPassantSquare = notes.enPassantSquare;
-    MateProof proof(options.safeMode, !options.noRegister);
-    MateKeys keys;
+    TChessProblem problem;
+    problem.startPosition = board;
+    SetStipulation(problem, options.moves);
+    SolveRequest request;
+    request.options.allSolutions = true;
+    request.options.quickMode = !options.safeMode;
+    request.options.useRegister = !options.noRegister;
+    request.options.start.deniedCastling = notes.deniedCastling;
+    request.options.start.enPassantSquare = notes.enPassantSquare;
+    SolveResult result;
     try {
-        keys = proof.FindKeys(board, options.moves, start);
+        result = Solver().Solve(problem, request);
     } catch (const ChessException& e) {
         std::fprintf(stderr, "%s\n", e.what());
         return 2;
     }
-    if (keys.texts.empty()) std::printf("Not found any solutions for #%d\n", options.moves);
-    for (const std::string& key : keys.texts) std::printf("%s\n", key.c_str());
-    std::printf("nodes: %llu\ntime: %.0f ms\n", static_cast<unsigned long long>(keys.nodes), keys.milliseconds);
+    if (result.texts.empty()) std::printf("Not found any solutions for #%d\n", options.moves);
+    for (const std::string& key : result.texts) std::printf("%s\n", key.c_str());
+    std::printf("nodes: %llu\ntime: %.0f ms\n", static_cast<unsigned long long>(result.nodes), result.milliseconds);
     return 0;
 }
 

@@ -2,7 +2,7 @@
 #include "cli/commands.h"
 #include "cli/number_option.h"
 #include "core/chess_exception.h"
-#include "engine/solve_driver.h"
+#include "engine/solver.h"
 #include "engine/solve_texts.h"
 #include "problems/problem_file.h"
 #include "problems/text_encoding.h"
@@ -37,10 +37,11 @@ struct FileOptions {
 constexpr auto PROGRESS_INTERVAL = std::chrono::seconds(1);
 
 // Watches one solve from beside it: a progress line on stderr once a second,
-// and the stop command when the time is up.
+// and the stop when the time is up.
 class SolveWatch {
 public:
-    SolveWatch(TChessProblem& problem, double timeout) : m_problem(problem), m_timeout(timeout) {
+    SolveWatch(Solver& solver, int problemId, double timeout)
+        : m_solver(solver), m_problemId(problemId), m_timeout(timeout) {
         m_thread = std::thread([this] { run(); });
     }
     ~SolveWatch() {
@@ -69,21 +70,23 @@ private:
             const auto now = std::chrono::steady_clock::now();
             if (timing && now >= deadline) {
                 m_timedOut = true;
-                m_problem.SetCommand(COMMAND_STOP);
+                m_solver.Stop();
                 if (now < start + PROGRESS_INTERVAL * (m_lines + 1)) continue;
             }
-            const int begun = m_problem.m_nRootMovesBegun.load(), total = m_problem.m_nRootMoves.load();
+            const SolveProgress progress = m_solver.Progress();
+            const int total = progress.rootMoves;
             const double seconds = std::chrono::duration<double>(now - start).count();
-            std::fprintf(stderr, "\rproblem %d: pass %d, %.1f%% of %d root moves, %llu nodes, %.0f s   ", m_problem.id,
-                         m_problem.m_nPass.load(), total ? 100.0 * std::max(begun - 1, 0) / total : 0.0, total,
-                         static_cast<unsigned long long>(m_problem.m_nNodes.load()), seconds);
+            std::fprintf(stderr, "\rproblem %d: pass %d, %.1f%% of %d root moves, %llu nodes, %.0f s   ", m_problemId,
+                         progress.pass, total ? 100.0 * std::max(progress.rootMovesBegun - 1, 0) / total : 0.0, total,
+                         static_cast<unsigned long long>(progress.nodes), seconds);
             std::fflush(stderr);
             m_printed = true;
             ++m_lines;
         }
     }
 
-    TChessProblem& m_problem;
+    Solver& m_solver;
+    int m_problemId;
     double m_timeout;
     std::thread m_thread;
     std::mutex m_mutex;
@@ -315,14 +318,13 @@ int runSolve(const FileOptions& options) {
         std::fprintf(stderr, "Problem %d is not in %s\n", options.problem, options.path.c_str());
         return 2;
     }
-    SolveDriver driver;
-    SolveOptions solveOptions;
-    solveOptions.allSolutions = !options.first;
+    Solver solver;
+    SolveRequest request;
+    request.options.allSolutions = !options.first;
     Tally tally;
     for (const auto& [id, problem] : problems) {
         if (options.problem != 0 && id != options.problem) continue;
         if (options.stopOnDual) problem->flags |= StopOnDual;
-        problem->m_bSafeMode = (problem->flags & SafeMode) ? 1 : 0;
         // A problem that asks for all its solutions gets them even with --first.
         const bool first = options.first && !(problem->flags & AllSolutions);
         const std::vector<std::string> expected =
@@ -332,9 +334,11 @@ int runSolve(const FileOptions& options) {
             Verdict verdict = Verdict::Skipped;
             if (problem->type == PROBLEM_DIRECT_MATE) {
                 try {
-                    problem->SetCommand(COMMAND_RUN);
-                    SolveWatch watch(*problem, options.timeout);
-                    result = driver.SolveProblem(*problem, solveOptions);
+                    solver.Start(*problem, request);
+                    {
+                        SolveWatch watch(solver, id, options.timeout);
+                        result = solver.Wait();
+                    }
                     verdict = verdictOf(result, *problem, first);
                 } catch (const ChessException& e) {
                     std::fprintf(stderr, "Problem %d: %s\n", id, e.what());

@@ -10,6 +10,8 @@
 
 namespace zorvane {
 
+struct SolveJob;
+
 // Room for the longest stipulation (255 moves = 509 plies) with a margin.
 constexpr int MAX_PLIES = 600;
 
@@ -18,6 +20,8 @@ struct TThreadContext {
     TChessboard m_aBoards[MAX_PLIES];
     // Top of the parent chain: castling rights are measured from here.
     const TChessboard* m_pRoot = nullptr;
+    // The solve this thread works for: its command word, counters and settings.
+    SolveJob* m_pJob = nullptr;
     // Castling rights (CastlingRightBit) that the start of the solve denies
     // though the board would allow them, as a FEN's castling field can. It
     // lives here, with the solve, so that neither the position record nor the

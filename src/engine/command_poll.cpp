@@ -14,12 +14,12 @@ constexpr auto PAUSE_POLL = std::chrono::milliseconds(100);
 
 } // namespace
 
-Command AnswerCommand(TChessProblem& problem, const TThreadContext& ctx, int n, TMove* moves, int count, int& index,
+Command AnswerCommand(SolveJob& job, const TThreadContext& ctx, int n, TMove* moves, int count, int& index,
                       int8_t& result) {
     for (;;) {
-        const uint8_t command = problem.m_nCommand.load(std::memory_order_acquire);
+        const uint8_t command = job.m_nCommand.load(std::memory_order_acquire);
         if (command == COMMAND_RUN) return Command::Go;
-        const uint16_t target = problem.m_wCommandThread.load(std::memory_order_relaxed);
+        const uint16_t target = job.m_wCommandThread.load(std::memory_order_relaxed);
         if (target != ALL_THREADS && target != ctx.m_shThreadId) return Command::Go;
         if (command >= COMMAND_STOP) {
             result = RESULT_NO_MATE;
@@ -29,7 +29,7 @@ Command AnswerCommand(TChessProblem& problem, const TThreadContext& ctx, int n, 
             const auto held = std::chrono::steady_clock::now();
             std::this_thread::sleep_for(PAUSE_POLL);
             if (ctx.m_shThreadId == 0)
-                problem.m_nPausedMicroseconds.fetch_add(
+                job.m_nPausedMicroseconds.fetch_add(
                     static_cast<uint64_t>(std::chrono::duration_cast<std::chrono::microseconds>(
                                               std::chrono::steady_clock::now() - held)
                                               .count()),
@@ -37,29 +37,29 @@ Command AnswerCommand(TChessProblem& problem, const TThreadContext& ctx, int n, 
             continue;
         }
         // A jump.
-        const int depth = problem.m_wCommandDepth;
+        const int depth = job.m_wCommandDepth;
         if (n < depth) {
             // The White step right below the target answers "mate", so that
             // the Black step there simply goes on with its next reply.
             result = (n & 1) && n + 1 == depth ? RESULT_MATE : RESULT_NO_MATE;
             return Command::Return;
         }
-        problem.LockCommand();
-        if (problem.m_nCommand.load(std::memory_order_relaxed) == COMMAND_JUMP) {
+        job.LockCommand();
+        if (job.m_nCommand.load(std::memory_order_relaxed) == COMMAND_JUMP) {
             if (index > 0) {
-                if (problem.m_nCommandMode == 1 && index < count) {
+                if (job.m_nCommandMode == 1 && index < count) {
                     std::swap(moves[index], moves[index - 1]);
-                } else if (problem.m_nCommandMode == 2) {
+                } else if (job.m_nCommandMode == 2) {
                     const TMove interrupted = moves[index - 1];
                     std::memmove(moves + index - 1, moves + index, sizeof(TMove) * static_cast<size_t>(count - index));
                     moves[count - 1] = interrupted;
                 }
                 --index;
             }
-            problem.m_wCommandThread.store(problem.m_wSavedCommandThread, std::memory_order_relaxed);
-            problem.m_nCommand.store(problem.m_nSavedCommand, std::memory_order_release);
+            job.m_wCommandThread.store(job.m_wSavedCommandThread, std::memory_order_relaxed);
+            job.m_nCommand.store(job.m_nSavedCommand, std::memory_order_release);
         }
-        problem.UnlockCommand();
+        job.UnlockCommand();
         return Command::Jumped;
     }
 }

@@ -11,7 +11,7 @@
 #include "engine/move_ordering.h"
 #include "engine/register_hooks.h"
 #include "engine/search_config.h"
-#include "problems/chess_problem.h"
+#include "engine/solve_job.h"
 
 #include <algorithm>
 #include <chrono>
@@ -120,7 +120,7 @@ template <class Config> struct Steps {
 
 template <class Config> int8_t Steps<Config>::whiteStep(TChessboard& b, bool bProbe) {
     TThreadContext& ctx = *b.m_pThread;
-    TChessProblem& problem = *b.m_pProblem;
+    SolveJob& job = *ctx.m_pJob;
     const int n = b.m_shPliesLeft;
     const int pliesDone = b.m_shPliesTotal - n;
 
@@ -143,7 +143,7 @@ template <class Config> int8_t Steps<Config>::whiteStep(TChessboard& b, bool bPr
     }
     // 3. The last plies.
     if (n < SHALLOW_PLIES) {
-        problem.m_nNodes.fetch_add(1, std::memory_order_relaxed);
+        job.m_nNodes.fetch_add(1, std::memory_order_relaxed);
         if (n == 1) {
             TMove mate;
             if (!FindMateInOne(b, &mate)) return RESULT_NO_MATE;
@@ -158,8 +158,7 @@ template <class Config> int8_t Steps<Config>::whiteStep(TChessboard& b, bool bPr
         }
     }
     // 4. The regular visit to the outside world.
-    if ((n & 15) == 9 && (n == 9 || pliesDone >= 9) && problem.m_pfnProgress)
-        problem.m_pfnProgress(problem, ctx, problem.m_pProgressUser);
+    if ((n & 15) == 9 && (n == 9 || pliesDone >= 9) && job.callbacks.onProgress) job.callbacks.onProgress(ctx);
 
     // 5. The moves, by stages: one man at a time from a1 at moderate depths, so
     // that a mate by the first men costs no generation of the rest; in check
@@ -205,14 +204,14 @@ template <class Config> int8_t Steps<Config>::whiteStep(TChessboard& b, bool bPr
         ctx.m_aMoveCount[n] = static_cast<uint8_t>(count);
     for (int i = 0; i < count; ++i) {
         // 7. Command word, then the move.
-        if (int8_t commanded; CommandEndsStep(problem, ctx, n, moves, count, i, commanded)) return commanded;
+        if (int8_t commanded; CommandEndsStep(job, ctx, n, moves, count, i, commanded)) return commanded;
         ctx.m_aMoveIndex[n] = static_cast<uint8_t>(i);
         CopyToChild(child, b);
         if (!MakeWhiteMove(child, moves[i])) continue;
 
         // 8. A repeated position is not searched again.
-        if (const int first = repetitionOf(child, problem.m_shRepetitionLimit)) {
-            const bool skip = !problem.m_bSafeMode ||
+        if (const int first = repetitionOf(child, job.m_shRepetitionLimit)) {
+            const bool skip = !job.m_bSafeMode ||
                               (n >= SAFE_MODE_REPETITION_PLIES &&
                                (!ctx.m_bForcedMate || n > FORCED_MATE_SINGLE_REPETITION_PLIES || repeatedTwice(child)));
             if (skip) {
@@ -242,7 +241,7 @@ template <class Config> int8_t Steps<Config>::whiteStep(TChessboard& b, bool bPr
             ctx.m_bRecaptured = moves[i].to == b.m_LastMove.to;
             if constexpr (Config::kTemporaryRegister) {
                 // A line cut short by a stop or held by a pause proves nothing.
-                if (RegisterDepth(b, n) && problem.m_nCommand.load(std::memory_order_relaxed) == COMMAND_RUN)
+                if (RegisterDepth(b, n) && job.m_nCommand.load(std::memory_order_relaxed) == COMMAND_RUN)
                     search_hooks::StoreTemporaryRegister<Config>(b, RESULT_MATE);
             }
             if constexpr (Config::kOrdering) ctx.m_aStrongMove[n] = moves[i];
@@ -252,9 +251,9 @@ template <class Config> int8_t Steps<Config>::whiteStep(TChessboard& b, bool bPr
     }
 
     // 10. Verdict.
-    if (problem.StopMeant(ctx.m_shThreadId)) return RESULT_NO_MATE;
+    if (job.StopMeant(ctx.m_shThreadId)) return RESULT_NO_MATE;
     int8_t verdict;
-    if (!problem.m_bSafeMode) {
+    if (!job.m_bSafeMode) {
         verdict = repetitions ? RESULT_REPETITION : doubtful ? RESULT_DOUBTFUL : RESULT_NO_MATE;
         if (repetitions) ctx.m_aRepetition[n + 1] = std::max(ctx.m_aRepetition[n + 1], ctx.m_aRepetition[n]);
         // Below the last pass a repetition is a doubt, and so the register keeps it.
@@ -267,9 +266,9 @@ template <class Config> int8_t Steps<Config>::whiteStep(TChessboard& b, bool bPr
     }
     if constexpr (Config::kTemporaryRegister) {
         if (RegisterDepth(b, n)) {
-            if (!doubtful && (!problem.m_bSafeMode || !repetitions))
+            if (!doubtful && (!job.m_bSafeMode || !repetitions))
                 search_hooks::StoreTemporaryRegister<Config>(b, RESULT_NO_MATE);
-            else if (doubtful && (!problem.m_bSafeMode || b.m_uHeuristics))
+            else if (doubtful && (!job.m_bSafeMode || b.m_uHeuristics))
                 search_hooks::StoreTemporaryRegister<Config>(b, RESULT_DOUBTFUL);
         }
     }
@@ -278,12 +277,12 @@ template <class Config> int8_t Steps<Config>::whiteStep(TChessboard& b, bool bPr
 
 template <class Config> int8_t Steps<Config>::blackStep(TChessboard& b) {
     TThreadContext& ctx = *b.m_pThread;
-    TChessProblem& problem = *b.m_pProblem;
+    SolveJob& job = *ctx.m_pJob;
     const int n = b.m_shPliesLeft;
 
     // 1. A held thread waits here; a stopped one unwinds.
     while (uint8_t suspended = ctx.m_nSuspended.load(std::memory_order_acquire)) {
-        if (suspended > 1 || problem.StopMeant(ctx.m_shThreadId)) return RESULT_NO_MATE;
+        if (suspended > 1 || job.StopMeant(ctx.m_shThreadId)) return RESULT_NO_MATE;
         std::this_thread::sleep_for(SUSPEND_POLL);
     }
     // 2. No plies left: mate or not.
@@ -324,7 +323,7 @@ template <class Config> int8_t Steps<Config>::blackStep(TChessboard& b) {
         }
         for (int i = 0; i < count; ++i) {
             // 4. Command word, then the reply.
-            if (int8_t commanded; CommandEndsStep(problem, ctx, n, moves, count, i, commanded)) return commanded;
+            if (int8_t commanded; CommandEndsStep(job, ctx, n, moves, count, i, commanded)) return commanded;
             CopyToChild(child, b);
             const int made = MakeBlackMove(child, moves[i], Config::kOrdering && n > 3);
             if (made == BLACK_MOVE_ILLEGAL) continue;
@@ -376,16 +375,16 @@ template <class Config> int8_t Steps<Config>::blackStep(TChessboard& b) {
 } // namespace
 
 // The configuration is chosen once, at the entry: the steps below it test nothing for it.
-template <class Search> auto dispatch(const TChessProblem& problem, Search&& search) {
-    if (problem.m_pRegister)
-        return problem.m_bMoveOrdering ? search(Steps<OrderedRegisterSearch>{}) : search(Steps<RegisterSearch>{});
-    return problem.m_bMoveOrdering ? search(Steps<OrderedSearch>{}) : search(Steps<PlainSearch>{});
+template <class Search> auto dispatch(const SolveJob& job, Search&& search) {
+    if (job.m_pRegister)
+        return job.m_bMoveOrdering ? search(Steps<OrderedRegisterSearch>{}) : search(Steps<RegisterSearch>{});
+    return job.m_bMoveOrdering ? search(Steps<OrderedSearch>{}) : search(Steps<PlainSearch>{});
 }
 int8_t FindMate(TChessboard& position, bool bProbe) {
-    return dispatch(*position.m_pProblem, [&](auto steps) { return steps.whiteStep(position, bProbe); });
+    return dispatch(*position.m_pThread->m_pJob, [&](auto steps) { return steps.whiteStep(position, bProbe); });
 }
 int8_t FindMateBlackStep(TChessboard& position) {
-    return dispatch(*position.m_pProblem, [&](auto steps) { return steps.blackStep(position); });
+    return dispatch(*position.m_pThread->m_pJob, [&](auto steps) { return steps.blackStep(position); });
 }
 
 } // namespace zorvane

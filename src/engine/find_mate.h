@@ -4,7 +4,8 @@
 // with flat routines for the last plies. A position is never undone: each child
 // is a fresh copy in the slot of its parent's plies left.
 //
-// A position given to these routines has m_pThread and m_pProblem set, and
+// A position given to these routines has m_pThread set, with the solve in its
+// context (m_pJob), and
 // m_shPliesLeft odd for White's step, even for Black's.
 #include "core/chessboard.h"
 #include "core/move.h"

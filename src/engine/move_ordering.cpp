@@ -3,7 +3,8 @@
 #include "core/attacks.h"
 #include "core/make_move.h"
 #include "engine/heuristic_bits.h"
-#include "problems/chess_problem.h"
+#include "core/thread_context.h"
+#include "engine/solve_job.h"
 #include "problems/sort_indication.h"
 
 #include <algorithm>
@@ -120,11 +121,10 @@ void MarkExpectedSortMove(std::vector<TMove>& expected, const TMove& first) {
 }
 
 int SortWhiteMoves(const TChessboard& position, TMove* moves, int count, bool root, WhiteSortOutcome& outcome) {
-    const TChessProblem* problem = position.m_pProblem;
+    SolveJob* job = position.m_pThread ? position.m_pThread->m_pJob : nullptr;
     const int moveNumber = whiteMoveNumber(position);
     const SortIndications* indications =
-        problem && SortIndicationsApply(problem->activeSortIndications, moveNumber) ? &problem->activeSortIndications
-                                                                                    : nullptr;
+        job && SortIndicationsApply(job->activeSortIndications, moveNumber) ? &job->activeSortIndications : nullptr;
     TChessboard scratch = position;
     const int flightsBefore = CountBlackKingFlights(scratch);
     int removed = 0;
@@ -165,8 +165,8 @@ int SortWhiteMoves(const TChessboard& position, TMove* moves, int count, bool ro
     count -= removed;
     // 7. The worst moves may go under the heuristic that allows it.
     if (position.m_uHeuristics & SH_SKIPWORSTWHITEMOVES) count = SkipWorstWhiteMoves(count);
-    if (root && problem && count > 0 && (problem->flags & HasExpectedSortWhiteMoves))
-        MarkExpectedSortMove(const_cast<TChessProblem*>(problem)->expectedSortWhiteMoves, moves[0]);
+    if (root && job && count > 0 && (job->problem.flags & HasExpectedSortWhiteMoves))
+        MarkExpectedSortMove(job->expectedSortWhiteMoves, moves[0]);
     return count;
 }
 

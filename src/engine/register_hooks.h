@@ -4,7 +4,8 @@
 #include "engine/register_eligibility.h"
 #include "engine/result_code.h"
 #include "engine/search_config.h"
-#include "problems/chess_problem.h"
+#include "core/thread_context.h"
+#include "engine/solve_job.h"
 #include "registers/temporary_register.h"
 
 namespace zorvane {
@@ -31,7 +32,7 @@ inline bool playStateAllows(const TChessboard& b) {
 
 template <class Config> int8_t ProbeTemporaryRegister(const TChessboard& position) {
     if (!register_detail::playStateAllows(position) || !RegisterEligible(position)) return RESULT_REFUTED_EARLY;
-    const uint8_t answer = position.m_pProblem->m_pRegister->Lookup(position.m_shPliesLeft,
+    const uint8_t answer = position.m_pThread->m_pJob->m_pRegister->Lookup(position.m_shPliesLeft,
                                                                     TChessboardRegisterItem::FromBoard(position));
     return answer == 1 ? int8_t{RESULT_MATE} : answer == 0 ? int8_t{RESULT_NO_MATE} : int8_t{RESULT_REFUTED_EARLY};
 }
@@ -40,7 +41,7 @@ template <class Config> void StoreTemporaryRegister(const TChessboard& position,
     // Only proofs are kept here; doubts belong to the aggregated register.
     if (result != RESULT_MATE && result != RESULT_NO_MATE) return;
     if (!register_detail::playStateAllows(position) || !RegisterEligible(position)) return;
-    position.m_pProblem->m_pRegister->Store(position.m_shPliesLeft, TChessboardRegisterItem::FromBoard(position),
+    position.m_pThread->m_pJob->m_pRegister->Store(position.m_shPliesLeft, TChessboardRegisterItem::FromBoard(position),
                                             result == RESULT_MATE);
 }
 

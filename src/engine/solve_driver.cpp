@@ -2,6 +2,7 @@
 
 #include "core/castling.h"
 #include "core/chess_exception.h"
+#include "core/fen.h"
 #include "core/make_move.h"
 #include "core/movegen.h"
 #include "core/thread_context.h"
@@ -38,7 +39,8 @@ constexpr auto PAUSE_WAIT = std::chrono::milliseconds(100);
 
 // One run of a solve: the problem, the thread, the options and the result.
 struct Run {
-    TChessProblem& problem;
+    SolveJob& job;
+    const TChessProblem& problem;
     TThreadContext& ctx;
     const SolveOptions& options;
     SolveResult& result;
@@ -49,26 +51,38 @@ struct Run {
     int searched = 0;
 
     double elapsed() const {
-        const double paused = static_cast<double>(problem.m_nPausedMicroseconds.load()) / 1000.0;
+        const double paused = static_cast<double>(job.m_nPausedMicroseconds.load()) / 1000.0;
         return std::chrono::duration<double, std::milli>(Clock::now() - start).count() - paused;
     }
 };
 
-// Sizes (or makes) the problem's register for a run of `plies`.
-void prepareRegister(TChessProblem& problem, int plies, const SolveOptions& options) {
-    if (!options.useRegister) {
-        problem.m_pRegister.reset();
-        return;
+std::string EnPassantMisfitText(int square) {
+    std::string name = "?";
+    if (square >= 0 && square < 64) {
+        name = "a1";
+        name[0] = static_cast<char>('a' + colOf(square));
+        name[1] = static_cast<char>('1' + rowOf(square));
     }
+    return "The en passant square " + name +
+           " does not fit the position: with White to move it lies on the sixth row, behind a black pawn "
+           "that has just made a double step.";
+}
+
+// Sizes (or makes) the problem's register for a run of `plies`, and lends it to the job.
+void prepareRegister(SolveJob& job, int plies, const SolveOptions& options) {
+    TChessProblem& problem = job.problem;
+    job.m_pRegister = nullptr;
+    if (!options.useRegister) return;
     const uint32_t buckets = RegisterBucketCount(static_cast<uint16_t>(plies));
     if (!problem.m_pRegister) {
-        problem.m_pRegister = std::make_unique<TProblemRegister>(buckets);
+        problem.m_pRegister = std::make_shared<TProblemRegister>(buckets);
     } else if (problem.m_pRegister->BucketCount() != buckets) {
         problem.m_pRegister->Resize(buckets, true);
     } else if (options.clearRegisterOnStart) {
         problem.m_pRegister->Clear(true);
     }
     problem.m_pRegister->SetMemoryLimit(options.registerMemoryLimit);
+    job.m_pRegister = problem.m_pRegister.get();
 }
 
 // The task check: the side not to move must not stand in check.
@@ -90,7 +104,7 @@ bool screenedMate(Run& run, TChessboard& child, bool registerOnly) {
     TMove replies[MAX_MOVES];
     const int count = GenerateBlackMovesOrEvasions(child, replies);
     TChessboard& reply = run.ctx.m_aBoards[child.m_shPliesLeft];
-    const bool askRegister = run.problem.m_pRegister && child.m_shPliesTotal >= REGISTER_MIN_TOTAL_PLIES;
+    const bool askRegister = run.job.m_pRegister && child.m_shPliesTotal >= REGISTER_MIN_TOTAL_PLIES;
     bool anyLegal = false;
     int fromRegister = 0;
     for (int i = 0; i < count; ++i) {
@@ -124,7 +138,7 @@ int rootMoves(TChessboard& root, int plies, TMove* list) {
         }
         return mates;
     }
-    if (plies > 3 && root.m_pProblem->m_bMoveOrdering) {
+    if (plies > 3 && root.m_pThread->m_pJob->m_bMoveOrdering) {
         WhiteSortOutcome sorted;
         count = SortWhiteMoves(root, list, count, true, sorted);
     }
@@ -152,9 +166,7 @@ void noteSolution(Run& run, const TChessboard& root, const TMove& move, int plac
     result.moves.push_back(move);
     result.texts.push_back(text);
     result.keyPositions.push_back(place);
-    if (run.problem.m_pfnSolution)
-        run.problem.m_pfnSolution(run.problem, std::bit_cast<uint32_t>(move), text, run.elapsed(),
-                                  run.problem.m_pSolutionUser);
+    if (run.job.callbacks.onSolution) run.job.callbacks.onSolution({move, text, run.elapsed()});
 }
 
 // Whether the flags of the run end it with the solutions found so far.
@@ -176,7 +188,7 @@ bool enoughSolutions(Run& run, size_t found) {
 // heuristics, relaxed in passes 1b, 1c...) and 2 (without). Appends each proved
 // root move to `found`; 1 if at least one exists.
 int passLoop(Run& run, TChessboard& root, int plies, std::vector<TMove>& found) {
-    TChessProblem& problem = run.problem;
+    SolveJob& job = run.job;
     TThreadContext& ctx = run.ctx;
     // 3. The root of this depth.
     root.m_shPliesLeft = static_cast<uint16_t>(plies);
@@ -184,7 +196,7 @@ int passLoop(Run& run, TChessboard& root, int plies, std::vector<TMove>& found) 
     // 5. The list.
     TMove list[MAX_MOVES];
     const int count = rootMoves(root, plies, list);
-    problem.m_nRootMoves.store(static_cast<uint8_t>(plies == 1 ? count : legalCount(root, list, count)));
+    job.m_nRootMoves.store(static_cast<uint8_t>(plies == 1 ? count : legalCount(root, list, count)));
     ctx.m_apMoves[plies] = list;
     ctx.m_aMoveCount[plies] = static_cast<uint8_t>(count);
     // 7. A status per move; a copy of the root to restore.
@@ -230,16 +242,16 @@ int passLoop(Run& run, TChessboard& root, int plies, std::vector<TMove>& found) 
         if (pass == 2 && !run.options.passWithoutHeuristics) break;
         // d. Nothing open: everything is settled.
         if (std::none_of(status, status + count, [](int s) { return s < 0; })) break;
-        problem.m_nPass.store(static_cast<uint8_t>(pass));
+        job.m_nPass.store(static_cast<uint8_t>(pass));
         // With no heuristic in force pass 1 bets on nothing: it searches as
         // the deciding pass, so that no doubt is left for pass 2 to redo.
         root.m_bPass = static_cast<uint8_t>(pass == 2 || root.m_uHeuristics == 0 ? 2 : 1);
-        problem.m_nRootMovesBegun.store(0);
+        job.m_nRootMovesBegun.store(0);
         for (int i = 0; i < count; ++i) {
             if (status[i] >= 0) continue;
             // e. The command word, as at every move of the search.
             int8_t commanded;
-            const Command command = PollCommand(problem, ctx, plies, list, count, i, commanded);
+            const Command command = PollCommand(job, ctx, plies, list, count, i, commanded);
             if (command == Command::Return) {
                 run.result.stopped = true;
                 return finish(found.size() > foundBefore ? 1 : 0);
@@ -249,7 +261,7 @@ int passLoop(Run& run, TChessboard& root, int plies, std::vector<TMove>& found) 
                 continue;
             }
             ctx.m_aMoveIndex[plies] = static_cast<uint8_t>(i);
-            problem.m_nRootMovesBegun.store(static_cast<uint8_t>(i + 1));
+            job.m_nRootMovesBegun.store(static_cast<uint8_t>(i + 1));
             // f. The move.
             CopyToChild(child, root);
             TMove move = list[i];
@@ -263,7 +275,7 @@ int passLoop(Run& run, TChessboard& root, int plies, std::vector<TMove>& found) 
                 answer = screenedMate(run, child, false) ? RESULT_MATE : RESULT_DOUBTFUL;
             } else {
                 answer = FindMateBlackStep(child);
-                if (problem.StopMeant(ctx.m_shThreadId)) {
+                if (job.StopMeant(ctx.m_shThreadId)) {
                     run.result.stopped = true;
                     return finish(found.size() > foundBefore ? 1 : 0);
                 }
@@ -275,7 +287,7 @@ int passLoop(Run& run, TChessboard& root, int plies, std::vector<TMove>& found) 
                 if (pass > 0) ++run.searched;
                 if (enoughSolutions(run, found.size())) return finish(1);
             }
-            if (problem.m_pfnProgress) problem.m_pfnProgress(problem, ctx, problem.m_pProgressUser);
+            if (job.callbacks.onProgress) job.callbacks.onProgress(ctx);
         }
     }
     return finish(found.size() > foundBefore ? 1 : 0);
@@ -290,7 +302,7 @@ std::wstring problemResultText(const Run& run, int moves) {
         NoSolutionNotes notes;
         notes.relaxationOff = !run.options.relaxHeuristics;
         notes.passWithoutHeuristicsOff = !run.options.passWithoutHeuristics;
-        notes.quickMode = !run.problem.m_bSafeMode;
+        notes.quickMode = !run.job.m_bSafeMode;
         return NoSolutionText(moves, result.milliseconds, notes, language);
     }
     std::wstring text;
@@ -326,39 +338,47 @@ void addThreats(Run& run, TChessboard& root) {
     }
 }
 
-// Starts a run: the clock, the counters, the display cleared.
-Run beginRun(TChessProblem& problem, TThreadContext& ctx, const SolveOptions& options, SolveResult& result) {
-    Run run{problem, ctx, options, result, Clock::now(), options.allSolutions || (problem.flags & AllSolutions)};
-    problem.m_bSolving.store(1);
-    problem.m_nNodes.store(0);
-    problem.m_nPausedMicroseconds.store(0);
-    problem.m_nPass.store(0);
-    problem.m_nRootMovesBegun.store(0);
+// Starts a run: the settings of the job, the clock, the counters, the display cleared.
+Run beginRun(SolveJob& job, TThreadContext& ctx, const SolveOptions& options, SolveResult& result) {
+    const TChessProblem& problem = job.problem;
+    Run run{job, problem, ctx, options, result, Clock::now(), options.allSolutions || (problem.flags & AllSolutions)};
+    job.m_bSafeMode = SafeModeFor(problem, options.quickMode) ? 1 : 0;
+    job.m_bMoveOrdering = options.moveOrdering;
+    job.expectedSortWhiteMoves = problem.expectedSortWhiteMoves;
+    job.m_bSolving.store(1);
+    job.m_nNodes.store(0);
+    job.m_nPausedMicroseconds.store(0);
+    job.m_nPass.store(0);
+    job.m_nRootMovesBegun.store(0);
     ctx.ClearPlyArrays();
-    if (problem.m_pfnSolution) problem.m_pfnSolution(problem, 0, std::string(), 0, problem.m_pSolutionUser);
+    if (job.callbacks.onSolution) job.callbacks.onSolution({});
     return run;
 }
 
 void endRun(Run& run) {
-    run.result.nodes = run.problem.m_nNodes.load();
+    run.result.nodes = run.job.m_nNodes.load();
     run.result.milliseconds = run.elapsed();
-    run.result.rootMoves = run.problem.m_nRootMoves.load();
+    run.result.rootMoves = run.job.m_nRootMoves.load();
     run.result.fromRegister = !run.result.moves.empty() && run.searched == 0 && run.fromRegister > 0;
-    run.problem.m_bSolving.store(0);
+    run.result.safeMode = run.job.m_bSafeMode != 0;
+    run.result.expectedSortWhiteMoves = run.job.expectedSortWhiteMoves;
+    run.job.m_bSolving.store(0);
 }
 
-// The root of a run: a copy on the thread.
-TChessboard rootOf(TChessProblem& problem, TThreadContext& ctx, const TChessboard& position) {
+// The root of a run: a copy on the thread, which works for the job.
+TChessboard rootOf(SolveJob& job, TThreadContext& ctx, const TChessboard& position) {
     TChessboard root = position;
-    root.m_pProblem = &problem;
+    root.m_pProblem = &job.problem;
     root.m_pThread = &ctx;
-    ctx.m_bDeniedCastling = problem.m_bDeniedCastling;
+    ctx.m_pJob = &job;
+    ctx.m_bDeniedCastling = job.m_bDeniedCastling;
     return root;
 }
 
 // The sort indications in force for this solve: the main variant's moves when
 // the problem asks for them and has one, else its own indications.
-void activateSortIndications(TChessProblem& problem, int languageId) {
+void activateSortIndications(SolveJob& job, int languageId) {
+    const TChessProblem& problem = job.problem;
     const TVariant* mainVariant = nullptr;
     for (const std::wstring& name : MainVariantNames) {
         const auto found = problem.variants.find(name);
@@ -368,12 +388,12 @@ void activateSortIndications(TChessProblem& problem, int languageId) {
         }
     }
     try {
-        problem.activeSortIndications =
+        job.activeSortIndications =
             ChooseActiveSortIndications(problem.useMainVariantAsSortIndications != 0, mainVariant,
                                         problem.startPosition, false, problem.sortIndications, languageId);
     } catch (const ChessException&) {
         // A variant whose moves make no indication leaves the problem's own.
-        problem.activeSortIndications = problem.sortIndications;
+        job.activeSortIndications = problem.sortIndications;
     }
 }
 
@@ -402,19 +422,26 @@ std::vector<int> DepthsToTry(int plies, int known) {
 SolveDriver::SolveDriver() : m_pContext(std::make_unique<TThreadContext>()) {}
 SolveDriver::~SolveDriver() = default;
 
-SolveResult SolveDriver::SolveProblem(TChessProblem& problem, const SolveOptions& options) {
+SolveResult SolveDriver::SolveProblem(SolveJob& job, const SolveOptions& options) {
     SolveResult result;
     TThreadContext& ctx = *m_pContext;
+    const TChessProblem& problem = job.problem;
     const int plies = problem.plies;
     if (problem.type != PROBLEM_DIRECT_MATE || !(plies & 1))
         throw ChessException("Only mate problems (type=1) supported currently.");
-    TChessboard root = rootOf(problem, ctx, problem.startPosition);
+    job.m_bDeniedCastling = options.start.deniedCastling;
+    TChessboard root = rootOf(job, ctx, problem.startPosition);
+    root.m_pParent = nullptr;
+    root.m_LastMove = TMove{};
+    if (options.start.enPassantSquare >= 0 &&
+        !SetUpDoubleStepHistory(root, m_beforeDoubleStep, options.start.enPassantSquare))
+        throw ChessException(EnPassantMisfitText(options.start.enPassantSquare));
     noteChainTop(ctx, root);
     setUpRoot(root, plies);
-    prepareRegister(problem, plies, options);
-    activateSortIndications(problem, options.languageId);
-    problem.m_shRepetitionLimit = static_cast<uint16_t>(plies);
-    Run run = beginRun(problem, ctx, options, result);
+    prepareRegister(job, plies, options);
+    activateSortIndications(job, options.languageId);
+    job.m_shRepetitionLimit = static_cast<uint16_t>(plies);
+    Run run = beginRun(job, ctx, options, result);
     std::vector<TMove> found;
     passLoop(run, root, plies, found);
     endRun(run);
@@ -423,29 +450,30 @@ SolveResult SolveDriver::SolveProblem(TChessProblem& problem, const SolveOptions
     return result;
 }
 
-SolveResult SolveDriver::SolveFromPosition(TChessProblem& problem, const TChessboard& position, int plies,
+SolveResult SolveDriver::SolveFromPosition(SolveJob& job, const TChessboard& position, int plies,
                                            const SolveOptions& options) {
     SolveResult result;
     TThreadContext& ctx = *m_pContext;
-    TChessboard root = rootOf(problem, ctx, position);
+    job.m_bDeniedCastling = 0;
+    TChessboard root = rootOf(job, ctx, position);
     noteChainTop(ctx, root);
     setUpRoot(root, plies);
     // Black to move is the defence search's task, not this road's.
     if (!(plies & 1)) throw std::invalid_argument("a solve from a position needs White to move");
-    prepareRegister(problem, plies, options);
-    activateSortIndications(problem, options.languageId);
-    problem.m_shRepetitionLimit = static_cast<uint16_t>(plies);
-    Run run = beginRun(problem, ctx, options, result);
+    prepareRegister(job, plies, options);
+    activateSortIndications(job, options.languageId);
+    job.m_shRepetitionLimit = static_cast<uint16_t>(plies);
+    Run run = beginRun(job, ctx, options, result);
 
     // 6./8. The known shortest mate and the depths.
     int known = 0;
     TRegisterMoves numbers;
-    if (problem.m_pRegister && problem.m_pRegister->Numbers(TChessboardRegisterItem::FromBoard(root), numbers))
+    if (job.m_pRegister && job.m_pRegister->Numbers(TChessboardRegisterItem::FromBoard(root), numbers))
         known = numbers.MovesMate;
     const std::vector<int> depths = DepthsToTry(plies, known);
 
     // Sweep 0: what the register already knows, nothing searched.
-    if (problem.m_pRegister && RegisterEligible(root)) {
+    if (job.m_pRegister && RegisterEligible(root)) {
         TMove list[MAX_MOVES];
         for (const int depth : depths) {
             if (depth <= 1) continue;
@@ -464,8 +492,8 @@ SolveResult SolveDriver::SolveFromPosition(TChessProblem& problem, const TChessb
     // Sweep 1: the search, depth by depth.
     for (const int depth : depths) {
         if (!result.moves.empty() && !run.allSolutions) break;
-        while (problem.m_nCommand.load() == COMMAND_PAUSE) std::this_thread::sleep_for(PAUSE_WAIT);
-        if (problem.m_nCommand.load() > COMMAND_JUMP || result.stopped) break;
+        while (job.m_nCommand.load() == COMMAND_PAUSE) std::this_thread::sleep_for(PAUSE_WAIT);
+        if (job.m_nCommand.load() > COMMAND_JUMP || result.stopped) break;
         setUpRoot(root, depth);
         ctx.ClearPlyArrays();
         // A key keeps the depth at which it was first noted: the smallest, as the depths rise.

@@ -7,9 +7,11 @@
 //
 // Two roads lead in: SolveProblem solves a problem's start position at its
 // stipulated depth alone; SolveFromPosition solves a later position with
-// White to move through the ordered set of depths.
+// White to move through the ordered set of depths. Both run on the calling
+// thread for a SolveJob; the front ends reach them through the Solver.
 #include "core/chessboard.h"
 #include "core/move.h"
+#include "engine/solve_job.h"
 #include "problems/chess_problem.h"
 
 #include <cstdint>
@@ -25,6 +27,12 @@ struct TThreadContext;
 // Memory the temporary register of a problem may take before stores are dropped.
 constexpr uint64_t REGISTER_MEMORY_LIMIT = uint64_t{1} << 30;
 
+// What a full FEN says beyond the placement, for the start of a solve.
+struct StartConditions {
+    uint8_t deniedCastling = 0; // CastlingRightBit: rights the board allows and the text denies
+    int enPassantSquare = -1;   // a capture on this square is possible at the first move
+};
+
 // How a run goes, beside the problem's own flags.
 struct SolveOptions {
     bool allSolutions = false;          // else the first solution ends the run, unless the problem asks for all
@@ -32,6 +40,9 @@ struct SolveOptions {
     bool passWithoutHeuristics = true;  // pass 2, the one that decides
     bool clearRegisterOnStart = false;  // start with an empty temporary register and no screen pass
     bool useRegister = true;            // the temporary register at all (off to measure it)
+    bool moveOrdering = true;           // the ordered lists (off to measure what they gain)
+    bool quickMode = true;              // the option; the problem's SAFEMODE still forces safe mode
+    StartConditions start;              // of the start position (SolveProblem only)
     uint64_t registerMemoryLimit = REGISTER_MEMORY_LIMIT; // bytes; a store beyond it is dropped
     int languageId = 1;
 };
@@ -62,7 +73,10 @@ struct SolveResult {
     bool stoppedOnDual = false;
     bool stoppedOnThree = false;
     bool fromRegister = false;          // every solution came from the register without a search
+    bool safeMode = false;              // the run was in safe mode
     std::wstring text;                  // the result text for the user
+    // The problem's expected first moves, each marked (EXPECTED_MOVE_MET) that the root list put first.
+    std::vector<TMove> expectedSortWhiteMoves;
 };
 
 class SolveDriver {
@@ -72,20 +86,21 @@ public:
     SolveDriver(const SolveDriver&) = delete;
     SolveDriver& operator=(const SolveDriver&) = delete;
 
-    // The start position of `problem` at its stipulated depth. Throws
-    // ChessException when the position cannot be set up or the side not to
-    // move stands in check.
-    SolveResult SolveProblem(TChessProblem& problem, const SolveOptions& options);
+    // The start position of the job's problem at its stipulated depth. Throws
+    // ChessException when the position cannot be set up, the side not to
+    // move stands in check, or the start's en passant square does not fit.
+    SolveResult SolveProblem(SolveJob& job, const SolveOptions& options);
 
     // A later position with White to move and `plies` (odd) left, through the
     // depth loop. `position` belongs to the problem's chain of played positions.
     // The task check throws ChessException for either king in check when it
     // is not his move; an even `plies` (Black to move) is std::invalid_argument.
-    SolveResult SolveFromPosition(TChessProblem& problem, const TChessboard& position, int plies,
-                                  const SolveOptions& options);
+    SolveResult SolveFromPosition(SolveJob& job, const TChessboard& position, int plies, const SolveOptions& options);
 
 private:
     std::unique_ptr<TThreadContext> m_pContext;
+    // The position before Black's double step, when the start names an en passant square.
+    TChessboard m_beforeDoubleStep = EmptyChessboard();
 };
 
 // The depths at which a stipulation of `plies` is tried, smallest first: 1,

@@ -1,7 +1,5 @@
 #include "problems/chess_problem.h"
 
-#include "registers/temporary_register.h"
-
 namespace zorvane {
 
 namespace {
@@ -14,9 +12,6 @@ TChessProblem::TChessProblem() {
 }
 
 TChessProblem::TChessProblem(const ProblemDefaults& defaults) : TChessProblem() {
-    m_bSafeMode = defaults.quickMode ? 0 : 1;
-    m_nSchedulerLevels = static_cast<uint8_t>(schedulerLevels >= 0 ? schedulerLevels : defaults.schedulerLevels);
-    m_bCustomScheduler = defaults.customScheduler && m_nSchedulerLevels != 0;
     useMainVariantAsSortIndications = defaults.useMainVariantAsSortIndications ? 1 : 0;
 }
 

@@ -1,0 +1,9 @@
+#include "engine/solve_job.h"
+
+namespace zorvane {
+
+bool SafeModeFor(const TChessProblem& problem, bool quickModeOption) {
+    return !quickModeOption || (problem.flags & SafeMode);
+}
+
+} // namespace zorvane
