@@ -16,6 +16,7 @@
 #include <set>
 #include <sstream>
 #include <string>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
@@ -56,6 +57,7 @@ std::string messageOf(const fs::path& target, const std::string& bytes) {
 pid_t deadProcessId() {
     const pid_t child = fork();
     if (child == 0) _exit(0);
+    EXPECT_GT(child, 0);
     int status = 0;
     waitpid(child, &status, 0);
     return child;
@@ -69,6 +71,8 @@ class SleepingProcess {
             for (;;) pause();
     }
     ~SleepingProcess() {
+        // Never kill(-1): a failed fork must not end every process of the user.
+        if (pid_ <= 0) return;
         kill(pid_, SIGKILL);
         int status = 0;
         waitpid(pid_, &status, 0);
@@ -175,6 +179,7 @@ TEST_F(SafeWriteOnDisk, RemovesTheTemporaryFileOfADeadSave) {
 TEST_F(SafeWriteOnDisk, KeepsTheTemporaryFilesOfLiveSaves) {
     writeBytes(dir_ / "problems.cp", "old");
     SleepingProcess sleeper;
+    ASSERT_GT(sleeper.pid(), 0);
     // This process, with a counter that none of its saves reaches.
     const std::string own = temporaryName(static_cast<int>(getpid()), 999999);
     const std::string other = temporaryName(sleeper.pid(), 0);
@@ -264,8 +269,9 @@ pid_t startFormat(const fs::path& file) {
 
 // The exit code of a run to its end; -1 when it ended otherwise.
 int formatToTheEnd(const fs::path& file) {
+    const pid_t child = startFormat(file);
     int status = 0;
-    waitpid(startFormat(file), &status, 0);
+    if (child <= 0 || waitpid(child, &status, 0) != child) return -1;
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
@@ -291,8 +297,8 @@ TEST_F(SafeWriteOnDisk, FormatInPlaceThroughALinkKeepsTheLink) {
     EXPECT_EQ(entries(), (std::set<std::string>{"link.cp", "real.cp"}));
 }
 
-// Enough problems that a run takes a good fraction of a second, so that
-// the kills fall before, during and after its write.
+// Enough problems that a run takes some tens of milliseconds and its write
+// a few, so that kills spread over the run fall before, during and after it.
 constexpr int KILLED_COLLECTION_PROBLEMS = 16000;
 constexpr int KILLS = 30;
 
@@ -316,24 +322,33 @@ TEST_F(SafeWriteOnDisk, FormatKilledAtAnyMomentLeavesTheOldOrTheNewText) {
             if (name.rfind(temporaryPrefix, 0) == 0) return true;
         return false;
     };
+    // Any trace of a write: a file beside ours, or ours replaced, cut or gone.
+    struct stat oldFile {};
+    const auto writeShows = [&] {
+        struct stat now {};
+        return entries().size() != 1 || stat(file.c_str(), &now) != 0 || now.st_ino != oldFile.st_ino ||
+               now.st_size != oldFile.st_size;
+    };
     int keptOld = 0, gotNew = 0, leftTemporary = 0;
     for (int round = 0; round < KILLS; ++round) {
         writeBytes(file, old);
+        ASSERT_EQ(stat(file.c_str(), &oldFile), 0);
         const pid_t child = startFormat(file);
+        ASSERT_GT(child, 0);
         bool ended = false;
         if (round % 2 == 0) {
             // Spread evenly from the start to half a run past the end.
             std::this_thread::sleep_for(wholeRun * 3 * round / (2 * (KILLS - 2)));
         } else {
-            // Once the temporary file shows, a little later each time.
+            // Once the write shows in the folder, a little later each time.
             const auto giveUp = std::chrono::steady_clock::now() + std::chrono::seconds(10);
             int status = 0;
-            while (!temporaryShows() && std::chrono::steady_clock::now() < giveUp)
+            while (!writeShows() && std::chrono::steady_clock::now() < giveUp)
                 if (waitpid(child, &status, WNOHANG) == child) {
                     ended = true;
                     break;
                 }
-            std::this_thread::sleep_for(std::chrono::microseconds(300 * (round / 2 % 5)));
+            std::this_thread::sleep_for(std::chrono::microseconds(250 * (round / 2 % 6)));
         }
         if (!ended) {
             kill(child, SIGKILL);
