@@ -11,7 +11,8 @@ seconds="${1:-60}"
 shift || true
 targets=("$@")
 if [ ${#targets[@]} -eq 0 ]; then
-    targets=(fen_reader_fuzz move_text_fuzz problem_file_fuzz options_reader_fuzz mate_in_one_fuzz)
+    targets=(fen_reader_fuzz move_text_fuzz problem_file_fuzz options_reader_fuzz mate_in_one_fuzz
+        variant_text_fuzz sort_indication_fuzz)
 fi
 
 CXX="${CXX:-clang++-14}" cmake -S . -B build-fuzz -G Ninja -DZORVANE_FUZZ=ON -DZORVANE_TESTS=OFF \
@@ -48,6 +49,14 @@ for target in "${targets[@]}"; do
         mate_in_one_fuzz)
             seed "$out/corpus" "7R/8/4Qp2/1p2b3/3rkp2/6P1/1P2P3/5RK1 w" "3R4/4p3/3P2B1/8/3P4/KQP5/ppp1p3/qkrbN3 w" \
                 "4rkr1/4p1p1/8/8/8/8/8/4K2R w K -" "6k1/6pp/3Nn3/8/2B5/8/8/RK6 w" "3k4/1P1P4/K7/8/8/8/8/2R5 w" ;;
+        variant_text_fuzz)
+            # The first byte holds the options (see fuzz/variant_text_fuzz.cpp).
+            seed "$out/corpus" "2{Main variant} Kf6-g6[quiet] Kf8-g8 Re1-e8" \
+                "1{Wariant główny} e2-e4 e7-e5 Ng1-f3[develops]" "W{x} 0-0[short] 0-0-0 b7-b8Q" \
+                $'\xb8{Try} Rd1:d8[the\nkey] Kh8-g7 a7-a8Q\ne2-e4' "p e2-e4 [open" ;;
+        sort_indication_fuzz)
+            seed "$out/corpus" "1.Qd7; ~a2-a3" "e2-e4, 3.Qh5+, ~Ng1>f3, e7:d8Q++" "0-0; K0-0-0; 2.pe5:d6" \
+                "Hd1-d7; Ws1; ~12.Gc4:f7+" ;;
         options_reader_fuzz)
             seed "$out/corpus" $'[chess]\nQuickMode=0\nSchedulerLevels=5\nLichessLevels=-1\n' \
                 $'\xEF\xBB\xBF; mine\r\n[Chess]\r\n LogMoves = 1 \r\nPrecalcPath="D:\\T"\r\n\r\n[other]\r\nA=1' ;;

@@ -669,7 +669,7 @@ TEST_F(ProblemFileOnDisk, FailedSaveOverDirectoryLeavesNoTrace) {
         SaveProblemFile(target, readText(RICH), ProblemFileSettings{});
         FAIL() << "no error";
     } catch (const ChessException& e) {
-        EXPECT_EQ(std::string(e.what()), "Error opening file: " + target.string());
+        EXPECT_EQ(std::string(e.what()), "Error opening file: " + target.string() + " (Is a directory)");
     }
     EXPECT_TRUE(fs::is_directory(target));
     EXPECT_EQ(entries(), std::set<std::string>{"taken.cp"});
@@ -716,7 +716,7 @@ TEST_F(ProblemFileOnDisk, FailedWriteKeepsOldFile) {
     }
     setrlimit(RLIMIT_FSIZE, &saved);
     std::signal(SIGXFSZ, previousHandler);
-    EXPECT_EQ(message, "Error opening file: " + target.string());
+    EXPECT_EQ(message, "Error opening file: " + target.string() + " (File too large)");
     EXPECT_EQ(readBytes(target), old);
     EXPECT_EQ(entries(), std::set<std::string>{"old.cp"});
 }

@@ -5,6 +5,7 @@
 #include "core/make_move.h"
 #include "core/piece.h"
 #include "problems/notation.h"
+#include "problems/safe_write.h"
 #include "problems/text_encoding.h"
 
 #include <atomic>
@@ -565,41 +566,6 @@ bool readWholeFile(const fs::path& path, std::string& bytes) {
     return true;
 }
 
-// Writes beside the target, then renames over it: the old file stays whole
-// until the new one is complete on disk.
-void writeFileSafely(const fs::path& target, const std::string& bytes) {
-    static std::atomic<unsigned> counter{0};
-    const auto stamp = std::chrono::steady_clock::now().time_since_epoch().count();
-    fs::path temporary = target;
-    temporary += ".tmp" + std::to_string(stamp) + "_" + std::to_string(counter++);
-    const std::string failure = "Error opening file: " + target.string();
-    std::error_code error;
-    {
-        std::ofstream out(temporary, std::ios::binary | std::ios::trunc);
-        if (!out) {
-            fs::remove(temporary, error);
-            throw ChessException(failure);
-        }
-        out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-        out.flush();
-        const bool written = static_cast<bool>(out);
-        out.close();
-        if (!written || out.fail()) {
-            fs::remove(temporary, error);
-            throw ChessException(failure);
-        }
-    }
-    // The new file keeps the permissions of the one it replaces.
-    const fs::file_status old = fs::status(target, error);
-    if (!error && fs::is_regular_file(old)) fs::permissions(temporary, old.permissions(), error);
-    fs::rename(temporary, target, error);
-    if (error) {
-        std::error_code ignored;
-        fs::remove(temporary, ignored);
-        throw ChessException(failure);
-    }
-}
-
 void writeConsole(const ProblemFileSettings& settings, const std::string& text) {
     if (settings.console) *settings.console << text;
 }
@@ -714,10 +680,10 @@ std::string WriteProblemFileText(const ProblemMap& problems, bool withComments) 
 
 void SaveProblemFile(const fs::path& path, const ProblemMap& problems, const ProblemFileSettings& settings) {
     if (settings.commentCompatibilityMode) {
-        writeFileSafely(CommentedFilePath(path), WriteProblemFileText(problems, true));
-        writeFileSafely(PlainFilePath(path), WriteProblemFileText(problems, false));
+        WriteFileSafely(CommentedFilePath(path), WriteProblemFileText(problems, true));
+        WriteFileSafely(PlainFilePath(path), WriteProblemFileText(problems, false));
     } else {
-        writeFileSafely(path, WriteProblemFileText(problems, true));
+        WriteFileSafely(path, WriteProblemFileText(problems, true));
     }
 }
 
@@ -736,10 +702,10 @@ std::string DefaultProblemFileText(int languageId) {
 void CreateDefaultProblemFile(const fs::path& path, const ProblemFileSettings& settings) {
     const std::string text = DefaultProblemFileText(settings.languageId);
     if (settings.commentCompatibilityMode) {
-        writeFileSafely(CommentedFilePath(path), text);
-        writeFileSafely(PlainFilePath(path), text);
+        WriteFileSafely(CommentedFilePath(path), text);
+        WriteFileSafely(PlainFilePath(path), text);
     } else {
-        writeFileSafely(path, text);
+        WriteFileSafely(path, text);
     }
 }
 
