@@ -6,6 +6,8 @@
 #include "core/thread_context.h"
 #include "engine/find_mate.h"
 #include "engine/mate_search.h"
+#include "engine/solve_driver.h"
+#include "engine/solver.h"
 
 #include <gtest/gtest.h>
 
@@ -20,10 +22,13 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// A position wired to a thread context and a problem, with `plies` left.
+// A position wired to a thread context, a problem and its solve, with `plies` left.
 struct SearchFixture {
     TChessProblem problem;
+    SolveJob job{problem};
     std::unique_ptr<TThreadContext> context = std::make_unique<TThreadContext>();
+
+    SearchFixture() { context->m_pJob = &job; }
 
     TChessboard Position(const std::string& fen, int plies) {
         TChessboard board = EmptyChessboard();
@@ -32,7 +37,7 @@ struct SearchFixture {
         board.m_shPliesLeft = board.m_shPliesTotal = static_cast<uint16_t>(plies);
         board.m_bPass = 2;
         EXPECT_TRUE(ReadFen(fen, board)) << fen;
-        problem.m_shRepetitionLimit = static_cast<uint16_t>(plies);
+        job.m_shRepetitionLimit = static_cast<uint16_t>(plies);
         return board;
     }
 };
@@ -150,7 +155,7 @@ struct ShuffleLine {
     explicit ShuffleLine(int limit) {
         p0 = f.Position("8/8/8/4k3/8/8/8/K6R", 6);
         p0.m_shPliesLeft = 6; // Black to move
-        f.problem.m_shRepetitionLimit = static_cast<uint16_t>(limit);
+        f.job.m_shRepetitionLimit = static_cast<uint16_t>(limit);
         play(p1, p0, TMove{36, 44, 0, 0}, false);
         play(p2, p1, TMove{7, 15, 0, 0}, true);
         play(p3, p2, TMove{44, 36, 0, 0}, false);
@@ -176,7 +181,7 @@ TEST(FindMate, RepetitionFirstPlayedAboveTheLimitDoesNotCount) {
 
 TEST(FindMate, SafeModeSearchesShallowRepetitions) {
     ShuffleLine line(6);
-    line.f.problem.m_bSafeMode = 1;
+    line.f.job.m_bSafeMode = 1;
     EXPECT_EQ(FindMate(line.p3, true), RESULT_NO_MATE);
 }
 
@@ -192,49 +197,71 @@ TEST(FindMate, NodesAreCountedNearTheLeaves) {
 // A search from the initial position that runs for minutes unless stopped.
 constexpr const char* LONG_SEARCH = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR";
 
+// A solve of the long search through the Solver.
+struct LongSolve {
+    TChessProblem problem;
+    Solver solver;
+
+    explicit LongSolve(const char* fen, int moves = 9) {
+        EXPECT_TRUE(ReadFen(fen, problem.startPosition));
+        SetStipulation(problem, moves);
+        SolveRequest request;
+        request.options.allSolutions = true;
+        solver.Start(problem, request);
+    }
+};
+
 TEST(FindMateCommands, StopEndsTheSearchQuickly) {
-    TChessboard board = EmptyChessboard();
-    ASSERT_TRUE(ReadFen(LONG_SEARCH, board));
-    MateProof proof;
-    auto running = std::async(std::launch::async, [&] { return proof.FindKeys(board, 9); });
+    LongSolve run(LONG_SEARCH);
     std::this_thread::sleep_for(300ms);
-    ASSERT_EQ(running.wait_for(0ms), std::future_status::timeout);
+    ASSERT_TRUE(run.solver.Running());
     const auto stopAt = std::chrono::steady_clock::now();
-    proof.Problem().SetCommand(COMMAND_STOP);
-    ASSERT_EQ(running.wait_for(2s), std::future_status::ready);
+    run.solver.Stop();
+    const SolveResult result = run.solver.Wait();
     EXPECT_LT(std::chrono::steady_clock::now() - stopAt, 200ms);
-    const MateKeys keys = running.get();
-    EXPECT_TRUE(keys.stopped);
-    EXPECT_TRUE(keys.keys.empty());
+    EXPECT_TRUE(result.stopped);
+    EXPECT_TRUE(result.moves.empty());
 }
 
 TEST(FindMateCommands, PauseHoldsTheNodeCountAndResumeGoesOn) {
-    TChessboard board = EmptyChessboard();
-    ASSERT_TRUE(ReadFen(LONG_SEARCH, board));
-    MateProof proof;
-    TChessProblem& problem = proof.Problem();
-    auto running = std::async(std::launch::async, [&] { return proof.FindKeys(board, 9); });
+    LongSolve run(LONG_SEARCH);
     std::this_thread::sleep_for(200ms);
-    problem.SetCommand(COMMAND_PAUSE);
+    run.solver.Pause();
     std::this_thread::sleep_for(250ms);
-    const uint64_t held = problem.m_nNodes.load();
+    const uint64_t held = run.solver.Progress().nodes;
     std::this_thread::sleep_for(300ms);
-    EXPECT_EQ(problem.m_nNodes.load(), held);
-    problem.SetCommand(COMMAND_RUN);
+    EXPECT_EQ(run.solver.Progress().nodes, held);
+    run.solver.Resume();
     std::this_thread::sleep_for(300ms);
-    EXPECT_GT(problem.m_nNodes.load(), held);
-    problem.SetCommand(COMMAND_STOP);
-    EXPECT_TRUE(running.get().stopped);
+    EXPECT_GT(run.solver.Progress().nodes, held);
+    run.solver.Stop();
+    EXPECT_TRUE(run.solver.Wait().stopped);
 }
 
+// The command word as the engine's own threads use it: for one thread, or a
+// jump. A job and the driver on the test's thread stand for a solve.
+struct DriverRun {
+    TChessProblem problem;
+    SolveJob job{problem};
+    SolveDriver driver;
+
+    explicit DriverRun(const std::string& fen, int moves) {
+        EXPECT_TRUE(ReadFen(fen, problem.startPosition));
+        SetStipulation(problem, moves);
+    }
+    SolveResult Solve() {
+        SolveOptions options;
+        options.allSolutions = true;
+        return driver.SolveProblem(job, options);
+    }
+};
+
 TEST(FindMateCommands, CommandForAnotherThreadIsIgnored) {
-    TChessboard board = EmptyChessboard();
-    ASSERT_TRUE(ReadFen("5k2/8/5K2/8/8/8/8/4R3", board));
-    MateProof proof;
-    proof.Problem().SetCommand(COMMAND_STOP, 7); // the search runs as thread 0
-    const MateKeys keys = proof.FindKeys(board, 2);
-    EXPECT_FALSE(keys.stopped);
-    EXPECT_EQ(keys.texts, std::vector<std::string>{"Kf6-g6"});
+    DriverRun run("5k2/8/5K2/8/8/8/8/4R3", 2);
+    run.job.SetCommand(COMMAND_STOP, 7); // the search runs as thread 0
+    const SolveResult result = run.Solve();
+    EXPECT_FALSE(result.stopped);
+    EXPECT_EQ(result.texts, std::vector<std::string>{"Kf6-g6"});
 }
 
 TEST(FindMateCommands, SuspendedThreadResumesAtOneAndUnwindsAtTwo) {
@@ -248,12 +275,12 @@ TEST(FindMateCommands, SuspendedThreadResumesAtOneAndUnwindsAtTwo) {
     std::this_thread::sleep_for(200ms);
     f.context->m_nSuspended.store(1);
     std::this_thread::sleep_for(250ms);
-    const uint64_t held = f.problem.m_nNodes.load();
+    const uint64_t held = f.job.m_nNodes.load();
     std::this_thread::sleep_for(300ms);
-    EXPECT_EQ(f.problem.m_nNodes.load(), held);
+    EXPECT_EQ(f.job.m_nNodes.load(), held);
     f.context->m_nSuspended.store(0);
     std::this_thread::sleep_for(300ms);
-    EXPECT_GT(f.problem.m_nNodes.load(), held);
+    EXPECT_GT(f.job.m_nNodes.load(), held);
     f.context->m_nSuspended.store(2);
     ASSERT_EQ(running.wait_for(2s), std::future_status::ready);
     EXPECT_EQ(running.get(), RESULT_NO_MATE);
@@ -262,15 +289,13 @@ TEST(FindMateCommands, SuspendedThreadResumesAtOneAndUnwindsAtTwo) {
 TEST(FindMateCommands, JumpBackKeepsTheAnswer) {
     // A jump to the first Black ply sends the interrupted reply to the end of
     // its list; the proof must come to the same keys.
-    TChessboard board = EmptyChessboard();
     const std::string fen = "8/8/8/8/8/4K3/2R5/k7";
-    ASSERT_TRUE(ReadFen(fen, board));
-    MateProof plain;
-    const auto expected = plain.FindKeys(board, 5).texts;
-    MateProof jumped;
-    jumped.Problem().SetJump(ALL_THREADS, 8, 2, COMMAND_RUN, ALL_THREADS);
-    EXPECT_EQ(jumped.FindKeys(board, 5).texts, expected);
-    EXPECT_EQ(jumped.Problem().m_nCommand.load(), COMMAND_RUN);
+    DriverRun plain(fen, 5);
+    const auto expected = plain.Solve().texts;
+    DriverRun jumped(fen, 5);
+    jumped.job.SetJump(ALL_THREADS, 8, 2, COMMAND_RUN, ALL_THREADS);
+    EXPECT_EQ(jumped.Solve().texts, expected);
+    EXPECT_EQ(jumped.job.m_nCommand.load(), COMMAND_RUN);
 }
 
 } // namespace

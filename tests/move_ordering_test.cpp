@@ -3,6 +3,7 @@
 #include "core/movegen.h"
 #include "core/thread_context.h"
 #include "engine/move_ordering.h"
+#include "engine/solve_job.h"
 #include "problems/chess_problem.h"
 #include "problems/sort_indication.h"
 #include "test_squares.h"
@@ -15,9 +16,11 @@ namespace {
 
 struct Root {
     TChessProblem problem;
+    SolveJob job{problem};
     TThreadContext ctx;
     TChessboard board = EmptyChessboard();
     Root(const char* fen, int plies) {
+        ctx.m_pJob = &job;
         EXPECT_TRUE(ReadFen(fen, board));
         board.m_pProblem = &problem;
         board.m_pThread = &ctx;
@@ -43,7 +46,7 @@ TEST(SkipWorstWhiteMoves, CutsOnlyLongLists) {
 
 TEST(SortWhiteMoves, AnIndicationComesFirstAndANegatedOneLastYetKept) {
     Root root("8/8/8/8/8/4K3/2R5/k7", 9);
-    ParseSortIndications(root.problem.activeSortIndications, "1.Ke3-d3; ~1.Rc2-c1", 1);
+    ParseSortIndications(root.job.activeSortIndications, "1.Ke3-d3; ~1.Rc2-c1", 1);
     TMove moves[MAX_MOVES];
     const int generated = GenerateWhiteMovesOrEvasions(root.board, moves);
     WhiteSortOutcome outcome;

@@ -312,7 +312,6 @@ TEST(Stipulation, ChangingTheTypeKeepsTheNumberOfMoves) {
 
 TEST(ProblemRecord, NewRecordDefaults) {
     ProblemDefaults defaults;
-    defaults.quickMode = false;
     defaults.useMainVariantAsSortIndications = true;
     TChessProblem p(defaults);
     EXPECT_EQ(p.type, PROBLEM_DIRECT_MATE);
@@ -322,7 +321,6 @@ TEST(ProblemRecord, NewRecordDefaults) {
     EXPECT_EQ(p.schedulerLevels, -1);
     EXPECT_EQ(p.lichessLevels, -1);
     EXPECT_EQ(p.globalRegisterMB, -1);
-    EXPECT_EQ(p.m_bSafeMode, 1);
     EXPECT_EQ(p.useMainVariantAsSortIndications, 1);
     EXPECT_EQ(p.startPosition.m_shPliesLeft, 5);
     EXPECT_TRUE(p.description.empty());

@@ -5,13 +5,14 @@
 #include "core/thread_context.h"
 #include "engine/move_ordering.h"
 #include "engine/solve_driver.h"
+#include "engine/solver.h"
 #include "engine/solve_texts.h"
 #include "test_squares.h"
 
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <future>
+#include <atomic>
 #include <thread>
 
 using namespace zorvane;
@@ -39,6 +40,28 @@ constexpr const char* SIX_MOVER = "8/8/8/8/8/4K3/2R5/k7";
 
 std::vector<std::string> texts(const SolveResult& result) { return result.texts; }
 
+// The driver is reached through the Solver, as the front ends reach it.
+SolveResult solve(Solver& solver, TChessProblem& problem, const SolveOptions& options, SolveCallbacks callbacks = {}) {
+    SolveRequest request;
+    request.options = options;
+    return solver.Solve(problem, request, std::move(callbacks));
+}
+
+SolveResult solveFrom(Solver& solver, TChessProblem& problem, const TChessboard& position, int plies,
+                      const SolveOptions& options) {
+    SolveRequest request;
+    request.position = &position;
+    request.plies = plies;
+    request.options = options;
+    return solver.Solve(problem, request);
+}
+
+SolveOptions safeMode() {
+    SolveOptions options;
+    options.quickMode = false;
+    return options;
+}
+
 } // namespace
 
 TEST(DepthsToTry, FollowTheStipulationWithItsGaps) {
@@ -59,8 +82,8 @@ TEST(DepthsToTry, TakeTheKnownMateAndDropNeedlessThirteen) {
 TEST(SolveDriver, MateInOneTakesTheListOfMates) {
     TChessProblem problem;
     setUp(problem, MATE_IN_ONE, 1);
-    SolveDriver driver;
-    const SolveResult result = driver.SolveProblem(problem, allSolutions());
+    Solver solver;
+    const SolveResult result = solve(solver, problem, allSolutions());
     EXPECT_EQ(texts(result), std::vector<std::string>{"Rd1-d8"});
     EXPECT_EQ(result.solutions.at(mv("d1", "d8")).plies, 1);
     EXPECT_EQ(result.nodes, 0u);
@@ -70,21 +93,21 @@ TEST(SolveDriver, MateInOneTakesTheListOfMates) {
 TEST(SolveDriver, BlackKingInCheckIsATaskErrorAndNothingIsSearched) {
     TChessProblem problem;
     setUp(problem, "k7/8/8/8/8/8/8/R6K", 2);
-    SolveDriver driver;
+    Solver solver;
     try {
-        driver.SolveProblem(problem, SolveOptions{});
+        solve(solver, problem, SolveOptions{});
         FAIL() << "no task error";
     } catch (const ChessException& e) {
         EXPECT_STREQ(e.what(), "Black king cannot be checked in the mate task starting postition.");
     }
-    EXPECT_EQ(problem.m_nNodes.load(), 0u);
+    EXPECT_EQ(solver.Progress().nodes, 0u);
 }
 
 TEST(SolveDriver, NoSolutionTextCarriesTheQuickModeNote) {
     TChessProblem problem;
     setUp(problem, "7k/8/8/8/8/8/8/K7", 2);
-    SolveDriver driver;
-    const SolveResult result = driver.SolveProblem(problem, SolveOptions{});
+    Solver solver;
+    const SolveResult result = solve(solver, problem, SolveOptions{});
     EXPECT_TRUE(result.moves.empty());
     EXPECT_EQ(result.text, L"Not found any solutions for #2" + SecondsText(result.milliseconds) +
                                L"\n\nNote:\n\t* in Quick Mode (see menu Advanced->Options) there exists a small "
@@ -94,21 +117,19 @@ TEST(SolveDriver, NoSolutionTextCarriesTheQuickModeNote) {
 TEST(SolveDriver, SafeModeWithAllPassesHasNoNote) {
     TChessProblem problem;
     setUp(problem, "7k/8/8/8/8/8/8/K7", 2);
-    problem.m_bSafeMode = 1;
-    SolveDriver driver;
-    const SolveResult result = driver.SolveProblem(problem, SolveOptions{});
+    Solver solver;
+    const SolveResult result = solve(solver, problem, safeMode());
     EXPECT_EQ(result.text, L"Not found any solutions for #2" + SecondsText(result.milliseconds));
 }
 
 TEST(SolveDriver, SwitchedOffPassesAreNoted) {
     TChessProblem problem;
     setUp(problem, "7k/8/8/8/8/8/8/K7", 2);
-    problem.m_bSafeMode = 1;
-    SolveOptions options;
+    SolveOptions options = safeMode();
     options.relaxHeuristics = false;
     options.passWithoutHeuristics = false;
-    SolveDriver driver;
-    const SolveResult result = driver.SolveProblem(problem, options);
+    Solver solver;
+    const SolveResult result = solve(solver, problem, options);
     EXPECT_EQ(result.text, L"Not found any solutions for #2" + SecondsText(result.milliseconds) +
                                L"\n\nNote:\n\t* there was only one pass with heuristcs (relaxation of heuristics was "
                                L"switched off by user's request)\n\t* pass without heuristics has been skipped (on "
@@ -126,11 +147,11 @@ class SeveralKeys : public ::testing::Test {
 protected:
     void SetUp() override { setUp(problem, FIVE_KEYS, 5); }
     TChessProblem problem;
-    SolveDriver driver;
+    Solver solver;
 };
 
 TEST_F(SeveralKeys, AllSolutionsFindsEveryKey) {
-    const SolveResult result = driver.SolveProblem(problem, allSolutions());
+    const SolveResult result = solve(solver, problem, allSolutions());
     EXPECT_TRUE(SameMoveSet(result.moves, {mv("e3", "e2"), mv("e3", "d2"), mv("e3", "e4"), mv("e3", "d4"),
                                            mv("e3", "d3")}));
     EXPECT_FALSE(result.stoppedOnDual);
@@ -138,18 +159,16 @@ TEST_F(SeveralKeys, AllSolutionsFindsEveryKey) {
 }
 
 TEST_F(SeveralKeys, FirstSolutionEndsTheRun) {
-    const SolveResult result = driver.SolveProblem(problem, SolveOptions{});
+    const SolveResult result = solve(solver, problem, SolveOptions{});
     EXPECT_EQ(result.moves.size(), 1u);
 }
 
 TEST_F(SeveralKeys, StopOnDualNeverLooksForAThird) {
     problem.flags |= StopOnDual;
     int told = 0;
-    problem.m_pSolutionUser = &told;
-    problem.m_pfnSolution = [](TChessProblem&, uint32_t move, const std::string&, double, void* user) {
-        if (move) ++*static_cast<int*>(user);
-    };
-    const SolveResult result = driver.SolveProblem(problem, allSolutions());
+    SolveCallbacks callbacks;
+    callbacks.onSolution = [&told](const SolutionEvent& event) { told += !event.move.isNull(); };
+    const SolveResult result = solve(solver, problem, allSolutions(), callbacks);
     EXPECT_EQ(result.moves.size(), 2u);
     EXPECT_EQ(told, 2);
     EXPECT_TRUE(result.stoppedOnDual);
@@ -158,7 +177,7 @@ TEST_F(SeveralKeys, StopOnDualNeverLooksForAThird) {
 
 TEST_F(SeveralKeys, StopOnThreeSolutions) {
     problem.flags |= StopOn3Sol;
-    const SolveResult result = driver.SolveProblem(problem, allSolutions());
+    const SolveResult result = solve(solver, problem, allSolutions());
     EXPECT_EQ(result.moves.size(), 3u);
     EXPECT_TRUE(result.stoppedOnThree);
     EXPECT_EQ(result.text.rfind(L"Search for solutions has been stopped after finding 3 solutions\n", 0), 0u);
@@ -166,10 +185,11 @@ TEST_F(SeveralKeys, StopOnThreeSolutions) {
 
 TEST_F(SeveralKeys, AStopKeepsTheSolutionsFoundSoFar) {
     // The stop comes from the solution callback itself, right after the first key.
-    problem.m_pfnSolution = [](TChessProblem& solved, uint32_t move, const std::string&, double, void*) {
-        if (move) solved.SetCommand(COMMAND_STOP);
+    SolveCallbacks callbacks;
+    callbacks.onSolution = [this](const SolutionEvent& event) {
+        if (!event.move.isNull()) solver.Stop();
     };
-    const SolveResult result = driver.SolveProblem(problem, allSolutions());
+    const SolveResult result = solve(solver, problem, allSolutions(), callbacks);
     ASSERT_EQ(result.moves.size(), 1u);
     EXPECT_TRUE(result.stopped);
     EXPECT_NE(result.text.find(L" (stopped by user)"), std::wstring::npos);
@@ -178,15 +198,19 @@ TEST_F(SeveralKeys, AStopKeepsTheSolutionsFoundSoFar) {
 TEST(SolveDriver, StopEndsALongSolveWithin200Milliseconds) {
     TChessProblem problem;
     setUp(problem, LONG_SEARCH, 9);
-    SolveDriver driver;
-    auto running = std::async(std::launch::async, [&] { return driver.SolveProblem(problem, allSolutions()); });
+    Solver solver;
+    std::atomic<bool> finished{false};
+    SolveCallbacks callbacks;
+    callbacks.onFinished = [&finished] { finished = true; };
+    SolveRequest request;
+    request.options = allSolutions();
+    solver.Start(problem, request, callbacks);
     std::this_thread::sleep_for(300ms);
-    ASSERT_EQ(running.wait_for(0ms), std::future_status::timeout);
+    ASSERT_FALSE(finished.load());
     const auto stopAt = std::chrono::steady_clock::now();
-    problem.SetCommand(COMMAND_STOP);
-    ASSERT_EQ(running.wait_for(2s), std::future_status::ready);
+    solver.Stop();
+    const SolveResult result = solver.Wait();
     EXPECT_LT(std::chrono::steady_clock::now() - stopAt, 200ms);
-    const SolveResult result = running.get();
     EXPECT_TRUE(result.stopped);
     EXPECT_EQ(result.text, L"Analysis stopped by user");
 }
@@ -194,17 +218,20 @@ TEST(SolveDriver, StopEndsALongSolveWithin200Milliseconds) {
 TEST(SolveDriver, PausedTimeIsLeftOutOfTheClock) {
     TChessProblem problem;
     setUp(problem, LONG_SEARCH, 9);
-    SolveDriver driver;
+    Solver solver;
     const auto start = std::chrono::steady_clock::now();
-    auto running = std::async(std::launch::async, [&] { return driver.SolveProblem(problem, allSolutions()); });
+    SolveRequest request;
+    request.options = allSolutions();
+    solver.Start(problem, request);
     std::this_thread::sleep_for(100ms);
-    problem.SetCommand(COMMAND_PAUSE);
-    const uint64_t nodesAtPause = problem.m_nNodes.load();
-    std::this_thread::sleep_for(600ms);
+    solver.Pause();
+    std::this_thread::sleep_for(50ms);
+    const uint64_t nodesAtPause = solver.Progress().nodes;
+    std::this_thread::sleep_for(550ms);
     // Held: the counter stands still (a step may finish its last node).
-    EXPECT_LE(problem.m_nNodes.load(), nodesAtPause + 1);
-    problem.SetCommand(COMMAND_STOP);
-    const SolveResult result = running.get();
+    EXPECT_LE(solver.Progress().nodes, nodesAtPause + 1);
+    solver.Stop();
+    const SolveResult result = solver.Wait();
     const double wall = std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
     EXPECT_LT(result.milliseconds, wall - 400);
 }
@@ -212,11 +239,11 @@ TEST(SolveDriver, PausedTimeIsLeftOutOfTheClock) {
 TEST(SolveDriver, ARepeatedSolveIsAnsweredFromTheRegister) {
     TChessProblem problem;
     setUp(problem, SIX_MOVER, 6);
-    SolveDriver driver;
-    const SolveResult first = driver.SolveProblem(problem, allSolutions());
+    Solver solver;
+    const SolveResult first = solve(solver, problem, allSolutions());
     ASSERT_FALSE(first.moves.empty());
     EXPECT_FALSE(first.fromRegister);
-    const SolveResult second = driver.SolveProblem(problem, allSolutions());
+    const SolveResult second = solve(solver, problem, allSolutions());
     EXPECT_EQ(second.texts, first.texts);
     EXPECT_TRUE(second.fromRegister);
     EXPECT_NE(second.text.find(L" (from register)"), std::wstring::npos);
@@ -227,8 +254,8 @@ TEST(SolveDriver, ThreatsAreShownBehindTheKey) {
     // White: Kf6, Qa1; Black: Kh8. Among the keys, quiet queen moves threaten Qg7 mate.
     TChessProblem problem;
     setUp(problem, "7k/8/5K2/8/8/8/8/Q7", 2);
-    SolveDriver driver;
-    const SolveResult result = driver.SolveProblem(problem, allSolutions());
+    Solver solver;
+    const SolveResult result = solve(solver, problem, allSolutions());
     ASSERT_FALSE(result.moves.empty());
     bool anyThreat = false;
     for (const auto& [move, entry] : result.solutions) anyThreat |= !entry.threats.empty();
@@ -240,9 +267,9 @@ TEST(SolveDriver, FromALaterPositionAShorterMateIsNamedOrLess) {
     // #3 stipulated, but a mate in one stands on the board.
     TChessProblem problem;
     setUp(problem, MATE_IN_ONE, 3);
-    SolveDriver driver;
+    Solver solver;
     SolveOptions options;
-    const SolveResult result = driver.SolveFromPosition(problem, problem.startPosition, 5, options);
+    const SolveResult result = solveFrom(solver, problem, problem.startPosition, 5, options);
     ASSERT_EQ(texts(result), std::vector<std::string>{"Rd1-d8"});
     EXPECT_EQ(result.solutions.at(mv("d1", "d8")).plies, 1);
     EXPECT_EQ(result.text.rfind(L"(1 or less) Rd1-d8", 0), 0u);
@@ -254,8 +281,8 @@ TEST(SolveDriver, FromALaterPositionAShorterMateIsNamedOrLess) {
 TEST(SolveDriver, FromALaterPositionAllSolutionsGoesOnToTheStipulatedDepth) {
     TChessProblem problem;
     setUp(problem, MATE_IN_ONE, 3);
-    SolveDriver driver;
-    const SolveResult result = driver.SolveFromPosition(problem, problem.startPosition, 5, allSolutions());
+    Solver solver;
+    const SolveResult result = solveFrom(solver, problem, problem.startPosition, 5, allSolutions());
     ASSERT_GT(result.moves.size(), 1u);
     EXPECT_EQ(result.solutions.at(mv("d1", "d8")).plies, 1);
     for (const auto& [move, entry] : result.solutions) {
@@ -269,9 +296,9 @@ TEST(SolveDriver, FromALaterPositionAllSolutionsGoesOnToTheStipulatedDepth) {
 TEST(SolveDriver, WhiteKingInCheckIsTheDefenceTaskError) {
     TChessProblem problem;
     setUp(problem, "k7/8/8/8/8/8/8/r6K", 2);
-    SolveDriver driver;
+    Solver solver;
     try {
-        driver.SolveFromPosition(problem, problem.startPosition, 4, SolveOptions{});
+        solveFrom(solver, problem, problem.startPosition, 4, SolveOptions{});
         FAIL() << "no task error";
     } catch (const ChessException& e) {
         EXPECT_STREQ(e.what(), "White king cannot be checked in the mate-defence task starting postition.");
@@ -282,13 +309,15 @@ TEST(SolveDriver, ExpectedSortMovesAreMarkedWhenMet) {
     TChessProblem problem;
     setUp(problem, FIVE_KEYS, 5);
     // Find the front of the ordered root list first, then expect it.
-    SolveDriver driver;
-    const SolveResult probe = driver.SolveProblem(problem, allSolutions());
+    Solver solver;
+    const SolveResult probe = solve(solver, problem, allSolutions());
     ASSERT_FALSE(probe.moves.empty());
     TChessboard root = problem.startPosition;
     TThreadContext ctx;
     root.m_pThread = &ctx;
     root.m_pProblem = &problem;
+    SolveJob job(problem);
+    ctx.m_pJob = &job;
     root.m_shPliesLeft = root.m_shPliesTotal = problem.plies;
     SetupChessboard(root, false);
     ctx.m_pRoot = &root;
@@ -301,18 +330,21 @@ TEST(SolveDriver, ExpectedSortMovesAreMarkedWhenMet) {
     front.enPassant = other.enPassant = 0;
     problem.flags |= HasExpectedSortWhiteMoves;
     problem.expectedSortWhiteMoves = {front, other};
-    driver.SolveProblem(problem, SolveOptions{});
-    EXPECT_GE(problem.expectedSortWhiteMoves[0].from, EXPECTED_MOVE_MET);
-    EXPECT_GE(problem.expectedSortWhiteMoves[0].to, EXPECTED_MOVE_MET);
-    EXPECT_LT(problem.expectedSortWhiteMoves[1].from, EXPECTED_MOVE_MET);
+    const SolveResult marked = solve(solver, problem, SolveOptions{});
+    ASSERT_EQ(marked.expectedSortWhiteMoves.size(), 2u);
+    EXPECT_GE(marked.expectedSortWhiteMoves[0].from, EXPECTED_MOVE_MET);
+    EXPECT_GE(marked.expectedSortWhiteMoves[0].to, EXPECTED_MOVE_MET);
+    EXPECT_LT(marked.expectedSortWhiteMoves[1].from, EXPECTED_MOVE_MET);
+    // The document keeps its expectation as the file gave it.
+    EXPECT_LT(problem.expectedSortWhiteMoves[0].from, EXPECTED_MOVE_MET);
 }
 
 // The problem's sort indications reach the root list at the start of a solve.
 namespace {
 
 SolveResult firstKeyOf(TChessProblem& problem) {
-    SolveDriver driver;
-    return driver.SolveProblem(problem, SolveOptions{});
+    Solver solver;
+    return solve(solver, problem, SolveOptions{});
 }
 
 } // namespace
@@ -333,8 +365,7 @@ TEST(SolveDriver, SortIndicationPutsItsMoveFirstInTheRootList) {
     const SolveResult with = firstKeyOf(indicated);
     EXPECT_EQ(with.texts, (std::vector<std::string>{"Ke3-d3"}));
     EXPECT_EQ(with.keyPositions, (std::vector<int>{1}));
-    EXPECT_EQ(indicated.activeSortIndications.size(), 1u);
-}
+    }
 
 TEST(SolveDriver, MainVariantServesAsSortIndicationWhenTheProblemAsks) {
     TChessProblem problem;
@@ -351,4 +382,22 @@ TEST(SolveDriver, MainVariantServesAsSortIndicationWhenTheProblemAsks) {
     const SolveResult with = firstKeyOf(asking);
     EXPECT_EQ(with.texts, (std::vector<std::string>{"Ke3-d3"}));
     EXPECT_EQ(with.keyPositions, (std::vector<int>{1}));
+}
+
+TEST(SafeModeFor, TheOptionOffOrTheFilesFlagTurnsItOn) {
+    TChessProblem problem;
+    EXPECT_FALSE(SafeModeFor(problem, true));
+    EXPECT_TRUE(SafeModeFor(problem, false));
+    problem.flags |= SafeMode;
+    EXPECT_TRUE(SafeModeFor(problem, true));
+}
+
+TEST(SolveDriver, TheFilesSafeModeFlagHoldsAgainstTheQuickModeOption) {
+    TChessProblem problem;
+    setUp(problem, "7k/8/8/8/8/8/8/K7", 2);
+    problem.flags |= SafeMode;
+    Solver solver;
+    const SolveResult result = solve(solver, problem, SolveOptions{});
+    EXPECT_TRUE(result.safeMode);
+    EXPECT_EQ(result.text, L"Not found any solutions for #2" + SecondsText(result.milliseconds));
 }
