@@ -8,6 +8,11 @@ namespace zorvane {
 namespace {
 
 constexpr uint64_t EXPECTED_NODES = 5095484;
+// The project's own set, which every test run has: the sample collection and
+// a few endgames of our own, where the register takes part.
+constexpr uint64_t EXPECTED_OWN_NODES = 2516882;
+const std::vector<std::string> OWN_SET = {ZORVANE_SOURCE_DIR "/data/sample_problems.cp",
+                                          ZORVANE_SOURCE_DIR "/bench/own_positions.cp"};
 
 TEST(SolveBenchmark, KeysAndNodeSignature) {
     if (!CorpusPresent()) GTEST_SKIP() << "corpus not found at " << CORPUS << " (../shared is absent)";
@@ -17,6 +22,20 @@ TEST(SolveBenchmark, KeysAndNodeSignature) {
         nodes += solved.nodes;
     }
     EXPECT_EQ(nodes, EXPECTED_NODES);
+}
+
+TEST(SolveBenchmark, OwnSetKeysAndNodeSignature) {
+    uint64_t nodes = 0;
+    int solved = 0;
+    for (const std::string& file : OWN_SET) {
+        for (const BenchmarkProblem& problem : RunFileBenchmark(file)) {
+            EXPECT_TRUE(SameMoveSet(problem.keyMoves, problem.expected)) << file << " problem " << problem.number;
+            nodes += problem.nodes;
+            ++solved;
+        }
+    }
+    EXPECT_EQ(solved, 49);
+    EXPECT_EQ(nodes, EXPECTED_OWN_NODES);
 }
 
 TEST(SolveBenchmark, ListHoldsThreeToSixMovers) { EXPECT_EQ(SolveBenchmarkNumbers().size(), 23u); }

@@ -6,16 +6,24 @@
 #include <cstdio>
 #include <memory>
 #include <stdexcept>
+#include <string>
+#include <vector>
 
 namespace zorvane::cli {
 
 namespace {
 
-int runBench(const std::string& corpus, const BenchmarkSettings& settings) {
+struct BenchOptions {
+    std::string corpus = ZORVANE_SHARED_DIR "/corpus/peer_examples.cp";
+    std::vector<std::string> files; // instead of the corpus list: every direct mate of these
+    BenchmarkSettings settings;
+};
+
+int runBench(const BenchOptions& options) {
     uint64_t totalNodes = 0;
     double totalMs = 0;
     try {
-        RunSolveBenchmark(corpus, settings, [&](const BenchmarkProblem& p) {
+        const auto print = [&](const BenchmarkProblem& p) {
             std::string keys;
             for (size_t i = 0; i < p.keys.size(); ++i)
                 keys += (i ? ", " : "") + p.keys[i] + " (#" + std::to_string(p.keyPositions[i]) + " in the root list)";
@@ -24,8 +32,10 @@ int runBench(const std::string& corpus, const BenchmarkSettings& settings) {
             std::fflush(stdout);
             totalNodes += p.nodes;
             totalMs += p.milliseconds;
-        });
-    } catch (const std::runtime_error& e) {
+        };
+        if (options.files.empty()) RunSolveBenchmark(options.corpus, options.settings, print);
+        for (const std::string& file : options.files) RunFileBenchmark(file, options.settings, print);
+    } catch (const std::exception& e) {
         std::fprintf(stderr, "%s\n", e.what());
         return 2;
     }
@@ -36,13 +46,14 @@ int runBench(const std::string& corpus, const BenchmarkSettings& settings) {
 } // namespace
 
 Runner AddBenchCommand(CLI::App& app) {
-    auto corpus = std::make_shared<std::string>(ZORVANE_SHARED_DIR "/corpus/peer_examples.cp");
+    auto options = std::make_shared<BenchOptions>();
     CLI::App* bench = app.add_subcommand("bench", "Solve the benchmark problems and print their node count");
-    auto settings = std::make_shared<BenchmarkSettings>();
-    bench->add_option("--corpus", *corpus, "Problem file that holds the benchmark problems");
-    bench->add_flag("--no-ordering{false}", settings->ordering, "Search White's and Black's moves in base order");
-    bench->add_flag("--no-register{false}", settings->useRegister, "Search without the temporary register");
-    return [corpus, settings] { return runBench(*corpus, *settings); };
+    bench->add_option("--corpus", options->corpus, "Problem file that holds the benchmark problems");
+    bench->add_option("--file", options->files,
+                      "Solve every direct mate of this file instead of the corpus list (may be repeated)");
+    bench->add_flag("--no-ordering{false}", options->settings.ordering, "Search White's and Black's moves in base order");
+    bench->add_flag("--no-register{false}", options->settings.useRegister, "Search without the temporary register");
+    return [options] { return runBench(*options); };
 }
 
 } // namespace zorvane::cli

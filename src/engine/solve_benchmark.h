@@ -1,7 +1,8 @@
 #pragma once
 // The solve benchmark: a fixed list of direct mates (#3 to #6) from the shared
-// corpus, solved one by one. Its total node count is the signature of the
-// search: it changes only when the search itself changes.
+// corpus, solved one by one, or every direct mate of given files (the
+// project's own set, which needs no corpus). Its total node count is the
+// signature of the search: it changes only when the search itself changes.
 #include "core/move.h"
 
 #include <cstdint>
@@ -37,5 +38,10 @@ const std::vector<int>& SolveBenchmarkNumbers();
 // done. Throws std::runtime_error if the file or a listed problem is missing.
 std::vector<BenchmarkProblem> RunSolveBenchmark(const std::string& corpusPath, const BenchmarkSettings& settings = {},
                                                 const std::function<void(const BenchmarkProblem&)>& onSolved = {});
+
+// Solves every direct mate of the file, in the file's order. Throws
+// ChessException when the file cannot be read.
+std::vector<BenchmarkProblem> RunFileBenchmark(const std::string& path, const BenchmarkSettings& settings = {},
+                                               const std::function<void(const BenchmarkProblem&)>& onSolved = {});
 
 } // namespace zorvane
