@@ -20,14 +20,16 @@ class ScriptedHost : public ProblemListHost {
 public:
     std::deque<Answer> answers;
     std::vector<std::wstring> questions;
+    std::vector<Buttons> buttons;
     std::vector<std::wstring> errors;
     int writes = 0;
     bool failWrites = false;
     bool solving = false;
     int stops = 0;
 
-    Answer Ask(const std::wstring& title, const std::wstring& text, Buttons) override {
+    Answer Ask(const std::wstring& title, const std::wstring& text, Buttons offered) override {
         questions.push_back(title + L"|" + text);
+        buttons.push_back(offered);
         if (answers.empty()) throw std::logic_error("unexpected question");
         const Answer a = answers.front();
         answers.pop_front();
@@ -207,6 +209,91 @@ TEST_F(ListFixture, SamePositionIsAskedBeforeSaving) {
     host.answers = {Answer::Yes};
     EXPECT_TRUE(list.SaveCurrentFile());
     EXPECT_EQ(host.writes, 1);
+}
+
+// ---- A file loaded in part.
+
+const std::wstring PART_QUESTION =
+    L"Question|This file was loaded in part: it holds 4 problem(s) beyond the ones shown.\nSaving writes over the "
+    L"file, and they will be lost.\n\nDo you want to write over the file anyway? (No keeps the file; Save as "
+    L"writes to another one)";
+
+struct PartListFixture : ListFixture {
+    void SetUp() override {
+        ProblemMap map;
+        map[1] = makeProblem(1, "k7/8/1K6/8/8/8/8/7R", 2);
+        map[2] = makeProblem(2, "7k/8/6K1/8/8/8/8/R7", 2);
+        list.Replace(std::move(map), "/tmp/part.cp", 4);
+    }
+};
+
+TEST_F(PartListFixture, SaveAsksAndNoKeepsTheFile) {
+    EXPECT_TRUE(list.LoadedInPart());
+    host.answers = {Answer::No};
+    EXPECT_FALSE(list.SaveCurrentFile());
+    EXPECT_EQ(host.writes, 0);
+    EXPECT_EQ(host.questions, std::vector<std::wstring>{PART_QUESTION});
+    EXPECT_EQ(host.buttons, std::vector<Buttons>{Buttons::YesNoDefaultNo});
+    EXPECT_TRUE(host.errors.empty());
+    EXPECT_EQ(list.problemsNotLoaded, 4);
+}
+
+TEST_F(PartListFixture, YesWritesAndTheNextSaveAsksNoMore) {
+    host.answers = {Answer::Yes};
+    EXPECT_TRUE(list.SaveCurrentFile());
+    EXPECT_EQ(host.writes, 1);
+    EXPECT_FALSE(list.LoadedInPart());
+    EXPECT_TRUE(list.SaveCurrentFile()); // an unexpected question would throw
+    EXPECT_EQ(host.writes, 2);
+    EXPECT_EQ(host.questions.size(), 1u);
+}
+
+TEST_F(PartListFixture, SavingChangesOnLeavingAsksAndNoStaysWithoutAnError) {
+    list.Current()->description = L"new text";
+    host.answers = {Answer::Yes, Answer::No};
+    EXPECT_EQ(list.AskSaveChanges(false), 1);
+    EXPECT_EQ(host.writes, 0);
+    ASSERT_EQ(host.questions.size(), 2u);
+    EXPECT_EQ(host.questions[1], PART_QUESTION);
+    EXPECT_TRUE(host.errors.empty());
+    EXPECT_EQ(list.Current()->description, L"new text");
+    // Navigation stays on the problem, its change kept.
+    host.answers = {Answer::Yes, Answer::No};
+    EXPECT_FALSE(list.NavigateToProblem(Navigation::Next));
+    EXPECT_EQ(currentId(), 1);
+}
+
+TEST_F(PartListFixture, OnlyTheSameFileIsAskedFor) {
+    EXPECT_TRUE(list.MayWriteOver("/tmp/other.cp"));
+    EXPECT_TRUE(host.questions.empty());
+    host.answers = {Answer::No, Answer::No};
+    EXPECT_FALSE(list.MayWriteOver("/tmp/../tmp/part.cp"));
+    EXPECT_FALSE(list.MayWriteOver("/tmp/part.cpx")); // its double of the comment mode
+    EXPECT_EQ(host.questions.size(), 2u);
+}
+
+TEST_F(PartListFixture, AWholeLoadClearsTheMark) {
+    ProblemMap map;
+    map[1] = makeProblem(1, "k7/8/1K6/8/8/8/8/7R", 2);
+    list.Replace(std::move(map), "/tmp/part.cp");
+    EXPECT_FALSE(list.LoadedInPart());
+    EXPECT_TRUE(list.MayWriteOver("/tmp/part.cp"));
+}
+
+TEST_F(PartListFixture, PolishAndUkrainianTexts) {
+    host.answers = {Answer::No, Answer::No};
+    list.SetLanguage(LANGUAGE_POLISH);
+    list.MayWriteOver("/tmp/part.cp");
+    list.SetLanguage(LANGUAGE_UKRAINIAN);
+    list.MayWriteOver("/tmp/part.cp");
+    EXPECT_EQ(host.questions[0],
+              L"Question|Ten plik został wczytany częściowo: zawiera jeszcze 4 problem(ów) poza wyświetlonymi.\n"
+              L"Zapis nadpisze plik i zostaną one utracone.\n\nCzy mimo to chcesz nadpisać plik? (Nie zachowuje "
+              L"plik; Zapisz jako zapisuje do innego)");
+    EXPECT_EQ(host.questions[1],
+              L"Question|Цей файл завантажено частково: він містить ще 4 задач(і) понад показані.\nЗбереження "
+              L"перезапише файл, і їх буде втрачено.\n\nВсе одно перезаписати файл? (Ні зберігає файл; Зберегти "
+              L"як записує в інший)");
 }
 
 TEST_F(ListFixture, PreviousAtTheFirstProblemStays) {

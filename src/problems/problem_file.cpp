@@ -8,6 +8,7 @@
 #include "problems/safe_write.h"
 #include "problems/text_encoding.h"
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <climits>
@@ -619,14 +620,19 @@ size_t ParseProblem(TChessProblem& problem, std::string_view text, size_t pos, b
     return cursor.pos;
 }
 
-void ReadProblemText(std::string_view text, ProblemMap& problems, const ProblemFileSettings& settings,
-                     std::set<std::wstring>& allTags) {
+namespace {
+
+// The blocks of ReadProblemText; `read` counts the blocks stored.
+void readProblemBlocks(std::string_view text, ProblemMap& problems, const ProblemFileSettings& settings,
+                       std::set<std::wstring>& allTags, int& read, bool& inBlocks) {
     TextCursor cursor{text, 0};
     const bool isUtf8 = ReadEncodingMark(cursor);
     const DefaultClauses defaults = ReadDefaultClauses(cursor);
+    inBlocks = true;
     for (;;) {
         auto problem = std::make_unique<TChessProblem>(settings.defaults);
         cursor.pos = ParseProblem(*problem, text, cursor.pos, isUtf8, defaults, settings.languageId);
+        ++read;
         {
             std::unique_lock<std::mutex> lock;
             if (settings.listLock) lock = std::unique_lock<std::mutex>(*settings.listLock);
@@ -645,6 +651,97 @@ void ReadProblemText(std::string_view text, ProblemMap& problems, const ProblemF
     }
 }
 
+} // namespace
+
+// A block is counted at the "{" that opens its body. Whatever the reader does
+// not take as a body's text is passed over as the reader does: "/* */"
+// comments and "//" lines (the lines of tags, variants and sort indications
+// among them, whose braces open no body), and the description, which the
+// reader takes raw up to the end of its line. Bodies do not nest, so a "{"
+// inside a body that lacks its "}" opens the next block, and a body that the
+// text ends in counts too: a broken block counts once, whatever its error.
+int CountProblemBlocks(std::string_view text) {
+    const auto lineEnd = [text](size_t from) {
+        const size_t lineFeed = text.find('\n', from);
+        return lineFeed == std::string_view::npos ? text.size() : lineFeed;
+    };
+    int blocks = 0;
+    bool inBody = false;
+    bool bodyStart = false; // only blanks and comments since the "{"
+    size_t p = 0;
+    while (p < text.size()) {
+        const auto c = static_cast<unsigned char>(text[p]);
+        const char second = p + 1 < text.size() ? text[p + 1] : '\0';
+        // 1. Comments, in a body and outside.
+        if (c == '/' && second == '*') {
+            const size_t close = text.find("*/", p + 2);
+            p = close == std::string_view::npos ? text.size() : close + 2;
+            continue;
+        }
+        if (c == '/' && second == '/') {
+            p = lineEnd(p);
+            continue;
+        }
+        // 2. A body opens.
+        if (c == '{') {
+            ++blocks;
+            inBody = bodyStart = true;
+            ++p;
+            continue;
+        }
+        if (!inBody) {
+            ++p;
+            continue;
+        }
+        if (c == '}') {
+            inBody = false;
+            ++p;
+            continue;
+        }
+        // 3. The description, first in a body, is raw text up to the line's end.
+        if (bodyStart && IsLexemAlnum(c)) {
+            bodyStart = false;
+            size_t end = p;
+            while (end < text.size() && IsLexemAlnum(static_cast<unsigned char>(text[end]))) ++end;
+            const std::string word = UpperAscii(text.substr(p, end - p));
+            size_t colon = end;
+            while (colon < text.size() && IsLexemSpace(static_cast<unsigned char>(text[colon]))) ++colon;
+            const bool description = word == "D" || word == "DESC" || word == "DESCRIPTION";
+            p = description && colon < text.size() && text[colon] == ':' ? lineEnd(colon) : end;
+            continue;
+        }
+        if (!IsLexemSpace(c)) bodyStart = false;
+        ++p;
+    }
+    return blocks;
+}
+
+void ReadProblemText(std::string_view text, ProblemMap& problems, const ProblemFileSettings& settings,
+                     std::set<std::wstring>& allTags, ProblemLoadReport* report) {
+    int read = 0;
+    bool inBlocks = false; // past the encoding mark and the default clauses
+    try {
+        readProblemBlocks(text, problems, settings, allTags, read, inBlocks);
+    } catch (const std::exception& error) {
+        if (report) {
+            report->whole = false;
+            report->problemsRead = read;
+            report->problemsInFile = CountProblemBlocks(text);
+            // The block that failed is no block read, even when it has no body to count.
+            report->problemsNotRead = std::max(report->problemsInFile - read, inBlocks ? 1 : 0);
+            report->error = error.what();
+        }
+        throw;
+    }
+    if (report) {
+        report->whole = true;
+        report->problemsRead = read;
+        report->problemsInFile = CountProblemBlocks(text);
+        report->problemsNotRead = 0;
+        report->error.clear();
+    }
+}
+
 fs::path CommentedFilePath(const fs::path& path) {
     const std::string text = path.string();
     if (!text.empty() && text.back() == 'x') return path;
@@ -658,17 +755,24 @@ fs::path PlainFilePath(const fs::path& path) {
 }
 
 void LoadProblemFile(const fs::path& path, ProblemMap& problems, bool createIfMissing,
-                     const ProblemFileSettings& settings, std::set<std::wstring>& allTags) {
+                     const ProblemFileSettings& settings, std::set<std::wstring>& allTags,
+                     ProblemLoadReport* report) {
     const fs::path actual = settings.commentCompatibilityMode ? CommentedFilePath(path) : path;
+    if (report) *report = ProblemLoadReport{};
+    const auto cannotOpen = [&actual, report] {
+        const std::string text = "Error opening file: " + actual.string();
+        if (report) *report = ProblemLoadReport{false, 0, 0, 0, text};
+        return ChessException(text);
+    };
     std::string bytes;
     if (!readWholeFile(actual, bytes)) {
         std::error_code error;
         const bool missing = !fs::exists(actual, error) || fs::is_directory(actual, error);
-        if (!createIfMissing || !missing) throw ChessException("Error opening file: " + actual.string());
+        if (!createIfMissing || !missing) throw cannotOpen();
         CreateDefaultProblemFile(actual, settings);
-        if (!readWholeFile(actual, bytes)) throw ChessException("Error opening file: " + actual.string());
+        if (!readWholeFile(actual, bytes)) throw cannotOpen();
     }
-    ReadProblemText(bytes, problems, settings, allTags);
+    ReadProblemText(bytes, problems, settings, allTags, report);
 }
 
 std::string WriteProblemFileText(const ProblemMap& problems, bool withComments) {

@@ -67,15 +67,34 @@ DefaultClauses ReadDefaultClauses(TextCursor& cursor);
 size_t ParseProblem(TChessProblem& problem, std::string_view text, size_t pos, bool isUtf8,
                     const DefaultClauses& defaults, int languageId);
 
+// What a load read of a file's problem blocks. A caller that keeps the
+// problems read before an error learns from it how much of the file it lacks,
+// so that it does not write the rest of the file away.
+struct ProblemLoadReport {
+    bool whole = false;       // every block was read
+    int problemsRead = 0;     // blocks read, before the error when there was one
+    int problemsInFile = 0;   // blocks of the whole text, by CountProblemBlocks
+    int problemsNotRead = 0;  // blocks of the file that the load did not give; 0 when whole
+    std::string error;        // the reader's message when not whole
+};
+
+// The number of problem blocks in a file's text, counted by their bodies,
+// whatever errors the text holds (the rule is at the definition).
+int CountProblemBlocks(std::string_view text);
+
 // Reads a whole file's text into `problems` (a later number replaces an earlier
 // one). The first error stops the reading; the problems read before stay.
+// With `report`, it is filled before the error comes out.
 void ReadProblemText(std::string_view text, ProblemMap& problems, const ProblemFileSettings& settings,
-                     std::set<std::wstring>& allTags);
+                     std::set<std::wstring>& allTags, ProblemLoadReport* report = nullptr);
 
 // Reads a file. With `commentCompatibilityMode` the ".cpx" double is read.
-// A missing file is created first when `createIfMissing` is set.
+// A missing file is created first when `createIfMissing` is set. With
+// `report`, it is filled before an error comes out (a file that cannot be
+// opened reads no block and counts none).
 void LoadProblemFile(const std::filesystem::path& path, ProblemMap& problems, bool createIfMissing,
-                     const ProblemFileSettings& settings, std::set<std::wstring>& allTags);
+                     const ProblemFileSettings& settings, std::set<std::wstring>& allTags,
+                     ProblemLoadReport* report = nullptr);
 
 // The text of a file with all problems, ascending by number, in UTF-8.
 std::string WriteProblemFileText(const ProblemMap& problems, bool withComments);

@@ -1,6 +1,7 @@
 #include "problems/problem_list.h"
 
 #include "problems/language.h"
+#include "problems/problem_file.h"
 
 #include <algorithm>
 #include <cstring>
@@ -33,13 +34,14 @@ const wchar_t* ProblemList::tr(const wchar_t* polish, const wchar_t* english, co
     return Tr(m_languageId, polish, english, ukrainian);
 }
 
-void ProblemList::Replace(ProblemMap loaded, const std::filesystem::path& path) {
+void ProblemList::Replace(ProblemMap loaded, const std::filesystem::path& path, int notLoaded) {
     {
         std::lock_guard<std::mutex> lock(listLock);
         problems = std::move(loaded);
         currentProblem = problems.begin();
         filePath = path;
     }
+    problemsNotLoaded = notLoaded > 0 ? notLoaded : 0;
     noteFileTime();
     history.clear();
     historyIndex = -1;
@@ -146,7 +148,12 @@ int ProblemList::AskSaveChanges(bool solveRuns) {
     switch (answer) {
     case Answer::Yes:
     case Answer::Ok:
-        if (SaveCurrentFile()) return 0;
+        switch (saveCurrentFile()) {
+        case SaveOutcome::Written: return 0;
+        // The file loaded in part was kept: the changes stay, to be saved elsewhere.
+        case SaveOutcome::Declined: return 1;
+        case SaveOutcome::Failed: break;
+        }
         m_host.ShowError(ERROR_TITLE, tr(L"Błąd zapisu do pliku", L"Error saving to file", L"Помилка збереження файлу"));
         return 1;
     case Answer::Cancel: return 1;
@@ -157,9 +164,36 @@ int ProblemList::AskSaveChanges(bool solveRuns) {
     return RevertToSnapshot() ? -1 : 0;
 }
 
-bool ProblemList::SaveCurrentFile() {
+bool ProblemList::SaveCurrentFile() { return saveCurrentFile() == SaveOutcome::Written; }
+
+bool ProblemList::MayWriteOver(const std::filesystem::path& path) {
+    if (!LoadedInPart() || filePath.empty()) return true;
+    // The ".cpx" double of the comment mode is the same file for this question.
+    std::error_code error;
+    const auto same = [&error](const std::filesystem::path& a, const std::filesystem::path& b) {
+        return std::filesystem::weakly_canonical(PlainFilePath(a), error) ==
+               std::filesystem::weakly_canonical(PlainFilePath(b), error);
+    };
+    if (!same(path, filePath)) return true;
+    const std::wstring count = std::to_wstring(problemsNotLoaded);
+    const std::wstring text =
+        tr(L"Ten plik został wczytany częściowo: zawiera jeszcze ", L"This file was loaded in part: it holds ",
+           L"Цей файл завантажено частково: він містить ще ") +
+        count +
+        tr(L" problem(ów) poza wyświetlonymi.\nZapis nadpisze plik i zostaną one utracone.\n\nCzy mimo to "
+           L"chcesz nadpisać plik? (Nie zachowuje plik; Zapisz jako zapisuje do innego)",
+           L" problem(s) beyond the ones shown.\nSaving writes over the file, and they will be lost.\n\nDo you "
+           L"want to write over the file anyway? (No keeps the file; Save as writes to another one)",
+           L" задач(і) понад показані.\nЗбереження перезапише файл, і їх буде втрачено.\n\nВсе одно "
+           L"перезаписати файл? (Ні зберігає файл; Зберегти як записує в інший)");
+    if (m_host.Ask(QUESTION, text, Buttons::YesNoDefaultNo) != Answer::Yes) return false;
+    problemsNotLoaded = 0;
+    return true;
+}
+
+ProblemList::SaveOutcome ProblemList::saveCurrentFile() {
     TChessProblem* problem = Current();
-    if (!problem) return false;
+    if (!problem) return SaveOutcome::Failed;
     if (const TChessProblem* same = FindSamePosition(problem->id)) {
         const std::wstring hit = std::to_wstring(same->id) + L". #" + std::to_wstring((same->plies + 1) / 2) + L" " +
                                  same->description;
@@ -170,19 +204,20 @@ bool ProblemList::SaveCurrentFile() {
             hit +
             tr(L"\n\nCzy mimo to chcesz zapisać zmiany?", L"\n\nDo you want to save changes anyway?",
                L"\n\nВсе одно зберегти зміни?");
-        if (m_host.Ask(QUESTION, text, Buttons::YesNo) != Answer::Yes) return false;
+        if (m_host.Ask(QUESTION, text, Buttons::YesNo) != Answer::Yes) return SaveOutcome::Failed;
     }
-    if (filePath.empty()) return m_host.SaveAs();
+    if (filePath.empty()) return m_host.SaveAs() ? SaveOutcome::Written : SaveOutcome::Failed;
+    if (!MayWriteOver(filePath)) return SaveOutcome::Declined;
     try {
         m_host.WriteFile(filePath, problems);
     } catch (const std::exception&) {
         m_host.ShowError(ERROR_TITLE, tr(L"Błąd zapisu pliku", L"Error writing to file", L"Помилка запису файлу"));
-        return false;
+        return SaveOutcome::Failed;
     }
     noteFileTime();
     TakeSnapshot(false);
     m_host.CloseDescriptionEditors();
-    return true;
+    return SaveOutcome::Written;
 }
 
 bool ProblemList::addNewProblem() {

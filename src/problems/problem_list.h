@@ -14,7 +14,9 @@
 
 namespace zorvane {
 
-enum class Buttons { YesNoCancel, OkCancel, YesNo };
+// YesNoDefaultNo: the same two buttons, with No taken on Enter, for a question
+// whose Yes loses data.
+enum class Buttons { YesNoCancel, OkCancel, YesNo, YesNoDefaultNo };
 enum class Answer { Yes, No, Cancel, Ok };
 
 class ProblemListHost {
@@ -68,6 +70,10 @@ public:
     // The file's last-write time when it was last read or written here.
     std::filesystem::file_time_type fileTime{};
     std::set<std::wstring> allTags;
+    // Problems of the file that the list lacks, because its load stopped at an
+    // error after the ones it holds: writing the list over the file would lose
+    // them. 0 after a whole load, and once the user agreed to lose them.
+    int problemsNotLoaded = 0;
     std::vector<int32_t> history;
     int historyIndex = -1;
     // Guards the map against the loader; a second lock guards the set of running solves.
@@ -81,7 +87,13 @@ public:
     void SetLanguage(int languageId) { m_languageId = languageId; }
 
     // Takes over a freshly loaded map: the first problem becomes current, history starts with it.
-    void Replace(ProblemMap loaded, const std::filesystem::path& path);
+    // `notLoaded` is the number of the file's problems that the load did not give.
+    void Replace(ProblemMap loaded, const std::filesystem::path& path, int notLoaded = 0);
+    bool LoadedInPart() const { return problemsNotLoaded > 0; }
+    // Whatever writes the whole list to `path` asks this first. Over the file
+    // that was loaded in part it asks whether the problems not loaded may be
+    // lost (No, the default, keeps the file); true when the write may go on.
+    bool MayWriteOver(const std::filesystem::path& path);
 
     void TakeSnapshot(bool asNew);
     // Gives back the saved state; a never saved new problem is erased instead (true).
@@ -105,6 +117,8 @@ private:
     void eraseNewProblem();
     void noteFileTime();
     bool addNewProblem();
+    enum class SaveOutcome { Written, Declined, Failed };
+    SaveOutcome saveCurrentFile();
 
     ProblemListHost& m_host;
     int m_languageId;

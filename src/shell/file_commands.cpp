@@ -141,6 +141,7 @@ void FileCommands::newFile() {
                                         QString::fromStdWString(m_window.problems().FileDirectory()), FILTER);
     if (name.isEmpty()) return;
     const fs::path path = withExtension(name);
+    if (!m_window.problems().MayWriteOver(path)) return;
     try {
         CreateDefaultProblemFile(path, m_window.fileSettings());
     } catch (const std::exception& error) {
@@ -157,16 +158,22 @@ void FileCommands::save() {
     m_window.refreshProblemText();
 }
 
-bool FileCommands::writeAll() {
+bool FileCommands::writeAll(const fs::path& path) {
     ProblemList& list = m_window.problems();
+    if (!list.MayWriteOver(path)) return false;
     try {
-        SaveProblemFile(list.filePath, list.problems, m_window.fileSettings());
+        SaveProblemFile(path, list.problems, m_window.fileSettings());
     } catch (const std::exception&) {
         m_window.prompts().message(
             m_window.title(MessageTitle::Error),
             m_window.tr3(L"Błąd zapisu pliku", L"Error writing to file", L"Помилка запису файлу"),
             PromptIcon::Error);
         return false;
+    }
+    // Another file written holds the whole list: it becomes the list's file.
+    if (path != list.filePath) {
+        list.filePath = path;
+        list.problemsNotLoaded = 0;
     }
     std::error_code error;
     list.fileTime = fs::last_write_time(list.filePath, error);
@@ -181,12 +188,7 @@ bool FileCommands::saveAs() {
         m_window.prompts().saveFileName(m_window.tr3(L"Zapisz jako", L"Save as", L"Зберегти як"),
                                         QString::fromStdWString(list.FileDirectory()), FILTER);
     if (name.isEmpty()) return false;
-    const fs::path previous = list.filePath;
-    list.filePath = withExtension(name);
-    if (!writeAll()) {
-        list.filePath = previous;
-        return false;
-    }
+    if (!writeAll(withExtension(name))) return false;
     m_window.setTitleFile(QString::fromStdWString(list.FileName()));
     m_window.refreshProblemText();
     return true;
@@ -212,7 +214,7 @@ bool FileCommands::askToSaveAll(const QString& resultText) {
                                           L"\n\nЗберегти зміни? (виберіть 'Ні', щоб їх відхилити)");
     const Answer answer = m_window.prompts().ask(m_window.title(MessageTitle::Question),
                                                  resultText + question, Buttons::YesNo, PromptIcon::Question);
-    return answer == Answer::Yes && writeAll();
+    return answer == Answer::Yes && writeAll(m_window.problems().filePath);
 }
 
 void FileCommands::appendProblems() {

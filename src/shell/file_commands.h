@@ -42,7 +42,9 @@ class FileCommands : public QObject {
     bool readOtherFile(const QString& caption, ProblemMap& other);
     // The closing question of append and remove: Yes writes the file.
     bool askToSaveAll(const QString& resultText);
-    bool writeAll();
+    // Writes the whole list to `path`, which becomes the list's file; over the
+    // file loaded in part only after the list's question.
+    bool writeAll(const std::filesystem::path& path);
     QString askFileToOpen(const QString& caption);
     QString errorText(const std::exception& error) const;
 

@@ -144,14 +144,27 @@ ProblemFileSettings MainWindow::fileSettings() const {
 
 void MainWindow::startInitialisation() {
     fs::path path = m_start.dataDirectory / "myChessProblems.cp";
+    ProblemFileSettings settings = fileSettings();
+    settings.listLock = nullptr; // the thread fills a map of its own
+    // The default file of the data directory is made silently; a file named
+    // on the command line only when the user wants it made.
+    bool create = true;
     if (!m_arguments.problemFile.isEmpty()) {
         path = fs::absolute(fs::path(m_arguments.problemFile.toStdWString()));
         setTitleFile(m_arguments.problemFile);
+        std::error_code error;
+        const fs::path actual = FileToRead(path, settings);
+        if (!fs::exists(actual, error))
+            create = m_prompts.ask(
+                         title(MessageTitle::Question),
+                         tr3(L"Plik nie istnieje:\n", L"The file does not exist:\n", L"Файл не існує:\n") +
+                             QString::fromStdWString(actual.wstring()) +
+                             tr3(L"\n\nCzy chcesz go utworzyć?", L"\n\nDo you want to create it?",
+                                 L"\n\nСтворити його?"),
+                         Buttons::YesNo, PromptIcon::Question) == Answer::Yes;
     }
-    ProblemFileSettings settings = fileSettings();
-    settings.listLock = nullptr; // the thread fills a map of its own
-    m_loader = std::thread([this, path, settings] {
-        auto loaded = std::make_shared<InitialProblems>(LoadInitialProblems(path, settings));
+    m_loader = std::thread([this, path, settings, create] {
+        auto loaded = std::make_shared<InitialProblems>(LoadInitialProblems(path, settings, create));
         QMetaObject::invokeMethod(
             this, [this, loaded] { finishInitialisation(*loaded); }, Qt::QueuedConnection);
     });
@@ -165,13 +178,29 @@ void MainWindow::finishInitialisation(InitialProblems& loaded) {
     // 2. The list, its history and snapshot, the first problem on the board.
     const auto count = static_cast<qulonglong>(loaded.problems.size());
     m_problems->allTags = std::move(loaded.allTags);
-    m_problems->Replace(std::move(loaded.problems), loaded.path);
+    m_problems->Replace(std::move(loaded.problems), loaded.path, loaded.problemsNotLoaded);
+    if (loaded.path.empty()) setTitleFile(QString());
+    refreshTitle();
     showCurrentProblem();
     // 3. The information text.
     QString info =
         tr3(L"Liczba problemów szachowych w tym pliku: ", L"Number of chess problems in this file: ",
             L"Кількість шахових задач у цьому файлі: ") +
         QString::number(count);
+    if (m_problems->LoadedInPart())
+        info = tr3(L"Plik wczytano częściowo: wczytano ", L"The file was loaded in part: ",
+                   L"Файл завантажено частково: прочитано ") +
+               QString::number(loaded.problemsRead) +
+               tr3(L" problem(ów), kolejnych ", L" problem(s) read, ", L" задач(і), ще ") +
+               QString::number(m_problems->problemsNotLoaded) +
+               tr3(L" w pliku nie wczytano.\nZapis do tego pliku wymaga potwierdzenia.",
+                   L" more in the file not read.\nSaving over this file asks first.",
+                   L" у файлі не прочитано.\nЗбереження в цей файл потребує підтвердження.");
+    else if (loaded.path.empty())
+        info =
+            tr3(L"Pliku nie utworzono: problem pozostaje w pamięci do zapisu (Plik, Zapisz jako).",
+                L"The file was not created: the problem stays in memory until it is saved (File, Save as).",
+                L"Файл не створено: задача залишається в пам'яті до збереження (Файл, Зберегти як).");
     if (m_start.isSecondInstance && m_start.options.WarnAboutSecondInstanceOfProgram != 0)
         info = tr3(L"UWAGA: To nie jest pierwsza uruchomiona instancja programu.\n",
                    L"WARNING: This is not the first instance of the program running.\n",
@@ -205,6 +234,8 @@ void MainWindow::DispatchCommand(int id) {
     else if (!m_board->dispatch(command) && !m_files->dispatch(command) && !m_navigation->dispatch(command) &&
              !m_system->dispatch(command))
         runWindowCommand(command);
+    // A save may have taken the mark of a file loaded in part away.
+    refreshTitle();
     UpdateMenuState();
 }
 
@@ -285,6 +316,7 @@ void MainWindow::retranslate() {
     const int language = m_start.options.LanguageId;
     m_commands->retranslate(language);
     m_problems->SetLanguage(language);
+    refreshTitle();
     m_board->setLanguage(language);
     // The main variant carries the language's name, in the record and in its saved state alike.
     if (TChessProblem* problem = m_problems->Current()) {
@@ -329,7 +361,19 @@ QString MainWindow::statusText() const {
 }
 
 void MainWindow::setTitleFile(const QString& file) {
-    setWindowTitle(file.isEmpty() ? QStringLiteral("Zorvane") : QStringLiteral("Zorvane - ") + file);
+    m_titleFile = file;
+    refreshTitle();
+}
+
+void MainWindow::refreshTitle() {
+    if (m_titleFile.isEmpty()) {
+        setWindowTitle(QStringLiteral("Zorvane"));
+        return;
+    }
+    QString text = QStringLiteral("Zorvane - ") + m_titleFile;
+    if (m_problems->LoadedInPart())
+        text += tr3(L" (wczytany częściowo)", L" (loaded in part)", L" (завантажено частково)");
+    setWindowTitle(text);
 }
 
 void MainWindow::showCurrentProblem() {

@@ -92,6 +92,8 @@ class MainWindow : public QMainWindow, public WindowServices {
     void buildWindow();
     void finishInitialisation(InitialProblems& loaded);
     void retranslate();
+    // "Zorvane - " and the file, marked when the file was loaded in part.
+    void refreshTitle();
     void onRefreshTick();
     void onRunningSolvesChanged();
     // The commands of the window itself: options, progress area, languages, tray.
@@ -103,6 +105,7 @@ class MainWindow : public QMainWindow, public WindowServices {
 
     Prompts& m_prompts;
     StartupArguments m_arguments;
+    QString m_titleFile; // the file as the title names it; empty for the bare name
     ProgramStart m_start;
     RunningSolves m_running;
     ShellHost m_host;

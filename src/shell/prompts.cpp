@@ -41,6 +41,7 @@ QMessageBox::StandardButtons boxButtons(Buttons buttons) {
     case Buttons::OkCancel:
         return QMessageBox::Ok | QMessageBox::Cancel;
     case Buttons::YesNo:
+    case Buttons::YesNoDefaultNo:
         return QMessageBox::Yes | QMessageBox::No;
     }
     return QMessageBox::Ok;
@@ -51,6 +52,7 @@ QMessageBox::StandardButtons boxButtons(Buttons buttons) {
 Answer DialogPrompts::ask(const QString& title, const QString& text, Buttons buttons, PromptIcon icon) {
     Open open(m_open);
     QMessageBox box(boxIcon(icon), title, text, boxButtons(buttons), m_parent);
+    if (buttons == Buttons::YesNoDefaultNo) box.setDefaultButton(QMessageBox::No);
     switch (box.exec()) {
     case QMessageBox::Yes:
         return Answer::Yes;
@@ -59,7 +61,7 @@ Answer DialogPrompts::ask(const QString& title, const QString& text, Buttons but
     case QMessageBox::Ok:
         return Answer::Ok;
     default:
-        return buttons == Buttons::YesNo ? Answer::No : Answer::Cancel;
+        return buttons == Buttons::YesNo || buttons == Buttons::YesNoDefaultNo ? Answer::No : Answer::Cancel;
     }
 }
 

@@ -115,20 +115,36 @@ ProgramStart StartProgram(const StartupArguments& arguments, Prompts& prompts) {
     return start;
 }
 
-InitialProblems LoadInitialProblems(const fs::path& path, const ProblemFileSettings& settings) {
+fs::path FileToRead(const fs::path& path, const ProblemFileSettings& settings) {
+    return settings.commentCompatibilityMode ? CommentedFilePath(path) : path;
+}
+
+InitialProblems LoadInitialProblems(const fs::path& path, const ProblemFileSettings& settings,
+                                    bool createIfMissing) {
     InitialProblems result;
     result.path = path;
+    std::error_code missing;
+    if (!createIfMissing && !fs::exists(FileToRead(path, settings), missing)) {
+        // The problem of a new file, kept in memory until a save names a file.
+        ReadProblemText(DefaultProblemFileText(settings.languageId), result.problems, settings,
+                        result.allTags);
+        result.path.clear();
+        result.problemsRead = static_cast<int>(result.problems.size());
+        return result;
+    }
+    ProblemLoadReport report;
     try {
-        LoadProblemFile(path, result.problems, true, settings, result.allTags);
+        LoadProblemFile(path, result.problems, createIfMissing, settings, result.allTags, &report);
         if (result.problems.empty())
             result.error = Translate(settings.languageId, L"Plik nie może być pusty.",
                                      L"File cannot be empty.", L"Файл не може бути порожнім.");
     } catch (const std::exception& error) {
         result.error = QString::fromUtf8(error.what());
+        result.problemsNotLoaded = report.problemsNotRead;
     }
-    if (!result.error.isEmpty()) {
+    result.problemsRead = static_cast<int>(result.problems.size());
+    if (result.problems.empty()) {
         // The window goes on with one empty problem.
-        result.problems.clear();
         auto problem = std::make_unique<TChessProblem>(settings.defaults);
         problem->id = 1;
         result.problems.emplace(1, std::move(problem));

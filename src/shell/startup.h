@@ -53,12 +53,21 @@ ProgramStart StartProgram(const StartupArguments& arguments, Prompts& prompts);
 struct InitialProblems {
     ProblemMap problems;
     std::set<std::wstring> allTags;
-    std::filesystem::path path;
-    QString error; // the reader's message; the list then holds one empty problem
+    std::filesystem::path path; // empty when a missing file was not to be created
+    // The reader's message. The problems read before the error stay; without
+    // any, the list holds one empty problem.
+    QString error;
+    int problemsRead = 0;      // problems of the file in the list
+    int problemsNotLoaded = 0; // problems of the file that the error left out
 };
 
-// The file of the command line, or myChessProblems.cp of the data directory,
-// created when missing. Safe to run on a thread of its own.
-InitialProblems LoadInitialProblems(const std::filesystem::path& path, const ProblemFileSettings& settings);
+// The file of the command line, or myChessProblems.cp of the data directory.
+// A missing file is created when `createIfMissing`; else nothing is written
+// and the list holds the problem of a new file, with no path. Safe to run on
+// a thread of its own.
+InitialProblems LoadInitialProblems(const std::filesystem::path& path, const ProblemFileSettings& settings,
+                                    bool createIfMissing = true);
+// The file that a load of `path` reads: the ".cpx" double in the comment mode.
+std::filesystem::path FileToRead(const std::filesystem::path& path, const ProblemFileSettings& settings);
 
 } // namespace zorvane

@@ -14,6 +14,7 @@ namespace zorvane {
 class ScriptedPrompts : public Prompts {
   public:
     QStringList boxes;
+    QList<Buttons> questionButtons; // the buttons of each question, in order
     std::deque<Answer> answers;
     std::deque<QString> fileNames;
     std::deque<std::optional<int>> numbers;
@@ -22,9 +23,11 @@ class ScriptedPrompts : public Prompts {
 
     Answer ask(const QString& title, const QString& text, Buttons buttons, PromptIcon) override {
         boxes << title + "|" + text;
+        questionButtons << buttons;
         if (answers.empty()) {
             boxes << QStringLiteral("(unanswered)");
-            return buttons == Buttons::YesNo ? Answer::No : Answer::Cancel;
+            return buttons == Buttons::YesNo || buttons == Buttons::YesNoDefaultNo ? Answer::No
+                                                                                   : Answer::Cancel;
         }
         const Answer answer = answers.front();
         answers.pop_front();
