@@ -1,7 +1,11 @@
 // Any bytes through the FEN reader. It must never crash or throw, and a text it
 // accepts must come back unchanged through the writer: the placement written
-// from the position reads to the same squares, and so does the full form.
+// from the position reads to the same squares, and so does the full form. The
+// notes of the fields beyond the placement stay within their ranges, and an
+// en passant square either builds its history or is refused untouched.
+#include "core/castling.h"
 #include "core/fen.h"
+#include "core/movegen.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -30,6 +34,23 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     TChessboard board = freshBoard();
     FenNotes notes;
     if (!ReadFen(text, board, &notes)) return 0;
+    check(notes.castlingDenied == (notes.deniedCastling != 0));
+    check((notes.deniedCastling & ~0x0F) == 0);
+    check(notes.enPassantSquare >= -1 && notes.enPassantSquare < 64);
+    check(notes.enPassantSquare < 0 || notes.enPassantNamed);
+    check(notes.sideToMove == 0 || notes.sideToMove == 'w' || notes.sideToMove == 'b');
+    if (notes.enPassantSquare >= 0) {
+        TChessboard withHistory = board;
+        TChessboard parent;
+        if (SetUpDoubleStepHistory(withHistory, parent, notes.enPassantSquare)) {
+            check(withHistory.m_pParent == &parent);
+            check(std::memcmp(withHistory.m_aSquares, board.m_aSquares, 64) == 0);
+            TMove moves[MAX_MOVES];
+            GenerateWhiteMoves(withHistory, moves);
+        } else {
+            check(withHistory.m_pParent == nullptr);
+        }
+    }
 
     const std::string placement = WriteFen(board, true);
     TChessboard again = freshBoard();

@@ -63,6 +63,13 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const std::string first = WriteProblemFileText(problems, true);
     const ProblemMap again = readBack(first);
     check(again.size() == problems.size(), "same number of problems");
+    // The header's stipulation and the played line survive a save.
+    for (const auto& [id, problem] : problems) {
+        const TChessProblem& read = *again.at(id);
+        check(read.type == problem->type, "same type");
+        check(read.stipulationMoves() == problem->stipulationMoves(), "same stipulation");
+        check(read.playedPositions.size() == problem->playedPositions.size(), "same played moves");
+    }
     if (!writtenFormReadable(again)) return 0;
     // A first save may drop what the writer never emits (lost sections of a
     // position without options, a doubled main variant); after that it is stable.

@@ -38,12 +38,14 @@ for target in "${targets[@]}"; do
         case "$target" in
         fen_reader_fuzz)
             seed "$out/corpus" "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1" \
-                "r3k2r/8/8/8/8/8/8/R3K2R b Kq e3 0 1" "hgswk3/8/8/8/8/8/8/HGSWK3" "8/8/8/8/8/8/8/8" ;;
+                "r3k2r/8/8/8/8/8/8/R3K2R b Kq e3 0 1" "hgswk3/8/8/8/8/8/8/HGSWK3" "8/8/8/8/8/8/8/8" \
+                "8/8/7p/R2pP2k/7p/8/8/2K3R1 w - d6 0 1" "5k2/7R/8/Pn6/8/8/8/R3K3 w Q - 0 1" ;;
         move_text_fuzz)
             seed "$out/corpus" "e2-e4" "d4:e5" "Ng1-f3" "e7-e8Q" " 0-0 " "0-0-0" "Qd8xh4" ;;
         problem_file_fuzz)
             seed "$out/corpus" \
                 $'UTF-8\n//!default #3 AllSolutions\n1 #3 NoMirror THREADS 4^2 GUICHECK 2 Requires x SH_KEYLINE ( a ) SH_ZUGZWANG OFF\n//#TAGS\n//#tag\n//!VARIANTS\n//!{Main variant} d1-d7[key] e8-f8\n//!ENDVARIANTS\n//@SortIndications: 1.Qd7; ~a2-a3\n{\n\tDescription: text\n\tFEN: 4k3/8/8/8/8/8/P7/3QK3\n\tAnswer: Qd1-d7, 0-0\n}\n' \
+                $'\xEF\xBB\xBF1 #3\n{\n\tFEN: 8/8/8/8/8/2K5/1R6/k7\n\tMoves: Rb2-h2 Ka1-b1\n\tAnswer: Rb2-b3\n}\n' \
                 $'7 s#2\n{\n\tD: lists\n\tWhite: Ke1, Ra1, Rh1, e2\n\tBlack: Ke8, d7\n\tMoves: e2-e4 d7-d5 e4-e5 0-0-0\n\tExpectedSortWhiteMoves: e5-e6\n}\n' \
                 $'9 NoMirror\r\n{\r\n\tFEN: r3k2r/pppppppp/8/8/8/8/PPPPPPPP/R3K2R\r\n\tMoves: e2-e4 d7-d5 e4-e5 f7-f5 e5:f6 0-0-0 0-0\r\n}\r\n' ;;
         mate_in_one_fuzz)
