@@ -5,6 +5,7 @@ UTF-8
 {
 	Description: Josef Kling, The Chess Euclid, 1849. Kling meant 1.axb6 e.p.+ Kb1 2.0-0 mate, holding that a double step b7-b5 may be presumed as freely as the right to castle. A diagram proves no double step, the capture is not allowed, and no other first move mates in two: no solution.
 	FEN: R7/7q/7r/Pp6/5p1r/7P/4Q3/k3K2R
+	Answer: 
 }
 
 2 #2
@@ -144,6 +145,7 @@ UTF-8
 {
 	Description: Henry A. Loveday's Indian problem of 1845 (No. 37) asked in three moves. The critical bishop manoeuvre needs four moves here: no solution in three.
 	FEN: 8/8/1p5B/1p2p3/4k1P1/1P3n2/P4PB1/K2R4
+	Answer: 
 }
 
 22 #3
@@ -276,6 +278,7 @@ UTF-8
 {
 	Description: Sam Loyd's Excelsior (No. 44) asked in four moves: the pawn's march needs all five, so there is no solution in four.
 	FEN: n1rb4/1p3p1p/1p6/1R5K/8/p3p1PN/1PP1R3/N6k
+	Answer: 
 }
 
 41 #5

@@ -4,4 +4,4 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 bash scripts/setup.sh
 bash scripts/build.sh
-build/bin/zorvane-cli solve data/sample_problems.cp
+build/bin/zorvane-cli solve data/sample_problems.cp --brief

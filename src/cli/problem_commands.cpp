@@ -234,6 +234,7 @@ Verdict verdictOf(const SolveResult& result, const TChessProblem& problem, bool 
 struct Tally {
     int passed = 0, failed = 0, skipped = 0, unchecked = 0, cooked = 0, keyFound = 0;
 
+    int total() const { return passed + failed + skipped + unchecked + cooked + keyFound; }
     void add(Verdict verdict) {
         switch (verdict) {
         case Verdict::Passed: ++passed; break;
@@ -322,6 +323,7 @@ int runSolve(const FileOptions& options) {
     SolveRequest request;
     request.options.allSolutions = !options.first;
     Tally tally;
+    double totalMs = 0;
     for (const auto& [id, problem] : problems) {
         if (options.problem != 0 && id != options.problem) continue;
         if (options.stopOnDual) problem->flags |= StopOnDual;
@@ -346,6 +348,7 @@ int runSolve(const FileOptions& options) {
                 }
             }
             tally.add(verdict);
+            totalMs += result.milliseconds;
             const SolveReport report{*problem, result, verdict, expected};
             if (options.json) printJson(report);
             else if (verdict == Verdict::Skipped)
@@ -356,6 +359,7 @@ int runSolve(const FileOptions& options) {
             if (verdict == Verdict::Skipped) break;
         }
     }
+    if (options.brief) std::printf("%d problems in %.1f s\n", tally.total(), totalMs / 1000);
     if (!options.json) std::printf("%s\n", tally.line().c_str());
     return tally.failed || tally.cooked ? 1 : 0;
 }
