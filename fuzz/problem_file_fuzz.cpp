@@ -51,13 +51,17 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const std::string_view text(reinterpret_cast<const char*>(data), size);
     ProblemMap problems;
     std::set<std::wstring> tags;
+    // The report counts the blocks of the whole text, whatever its bytes.
+    ProblemLoadReport report;
     try {
-        ReadProblemText(text, problems, ProblemFileSettings{}, tags);
+        ReadProblemText(text, problems, ProblemFileSettings{}, tags, &report);
     } catch (const ChessException&) {
+        check(!report.whole && report.problemsNotRead >= 0, "a failed load is reported");
         return 0;
     } catch (const std::exception&) {
         return 0;
     }
+    check(report.whole && report.problemsNotRead == 0, "a whole load is reported");
     if (!writtenFormReadable(problems)) return 0;
 
     const std::string first = WriteProblemFileText(problems, true);

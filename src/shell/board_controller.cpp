@@ -53,11 +53,18 @@ BoardController::BoardController(BoardView* view, Prompts& prompts, std::functio
 
 BoardController::~BoardController() = default;
 
-void BoardController::setProblem(TChessProblem* problem) {
+void BoardController::setProblem(TChessProblem* problem, const TChessboard* shown) {
     m_problem = problem;
     m_settingMode = false;
     m_editor.Clear();
     m_shownIndex = problem ? problem->playedPositions.size() : 0;
+    if (problem && shown) {
+        // The chain stays; only the board on screen is another one of it.
+        const auto& chain = problem->playedPositions;
+        if (shown == &problem->startPosition) m_shownIndex = 0;
+        for (size_t i = 0; i < chain.size(); ++i)
+            if (&chain[i] == shown) m_shownIndex = i + 1;
+    }
     refreshView();
 }
 

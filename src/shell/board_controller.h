@@ -9,10 +9,12 @@
 //       controller. `solving` tells whether a solve runs on the current
 //       problem; moves, position setting and stipulation changes are refused
 //       meanwhile.
-//   void setProblem(TChessProblem* problem)
-//       Shows the problem's last position; call it again after anything else
-//       changed the problem or its chain. Leaves setting mode without the
-//       checks of leaving and forgets undo and redo. nullptr shows nothing.
+//   void setProblem(TChessProblem* problem, const TChessboard* shown = nullptr)
+//       Shows the problem's last position, or `shown` when it is the start
+//       position or one of the chain (the moves after it can be walked to);
+//       call it again after anything else changed the problem or its chain.
+//       Leaves setting mode without the checks of leaving and forgets undo and
+//       redo. nullptr shows nothing.
 //   bool dispatch(int commandId)
 //       137 setting mode on/off, 150 move back, 151 move forward, 190 rotate
 //       the view, 208 undo, 209 redo, 210/211 stipulation +1/-1, 212/213 +10/-10.
@@ -71,7 +73,7 @@ class BoardController : public QObject {
                     QObject* parent = nullptr);
     ~BoardController() override;
 
-    void setProblem(TChessProblem* problem);
+    void setProblem(TChessProblem* problem, const TChessboard* shown = nullptr);
     bool dispatch(int commandId);
     bool isSettingMode() const { return m_settingMode; }
     bool rotated() const { return m_rotated; }

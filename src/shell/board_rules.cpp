@@ -147,6 +147,31 @@ bool TooManyQueensAndPawns(const TChessboard& position) {
            countOn(position, BQ) + countOn(position, BP) > MAX_QUEENS_AND_PAWNS;
 }
 
+SolveRoad SolveRoadOf(const TChessProblem& problem, const TChessboard* shown, int& plies,
+                      const TChessboard*& position) {
+    if (problem.type == PROBLEM_POSITION) return SolveRoad::Analyse;
+    position = shown;
+    if (!position || position == &problem.startPosition) {
+        position = &problem.startPosition;
+        plies = problem.plies;
+        return SolveRoad::Main;
+    }
+    // Half-moves made from the start: the place of the shown board in the chain.
+    int made = 0;
+    for (const TChessboard& played : problem.playedPositions) {
+        ++made;
+        if (&played == position) break;
+    }
+    if (made == 0) return SolveRoad::None;
+    plies = problem.plies - made;
+    if (plies <= 0) return SolveRoad::None;
+    return (plies & 1) ? SolveRoad::FromPosition : SolveRoad::BestDefence;
+}
+
+bool IsSolveRoadBuilt(SolveRoad road) {
+    return road == SolveRoad::Main || road == SolveRoad::FromPosition;
+}
+
 TVariantMap VariantsPlayableFrom(const TVariantMap& variants, const TChessboard& start) {
     TVariantMap kept;
     for (const auto& [name, variant] : variants)

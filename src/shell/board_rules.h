@@ -52,6 +52,17 @@ std::string WhiteThreat(TChessProblem& problem, const TChessboard& position, TTh
 // More than nine queens and pawns of one colour.
 bool TooManyQueensAndPawns(const TChessboard& position);
 
+// Which solve a start command runs from `shown`, the board on screen: Main
+// from the start position, FromPosition from a later one with White to move,
+// BestDefence (Black's best defence) from one with Black to move, Analyse for
+// a position without stipulation, None past the stipulation's end. `plies`
+// and `position` take the half-moves left and the board to start from.
+enum class SolveRoad { Main, FromPosition, BestDefence, Analyse, None };
+SolveRoad SolveRoadOf(const TChessProblem& problem, const TChessboard* shown, int& plies,
+                      const TChessboard*& position);
+// The roads whose engine is built: the start commands are greyed on the others.
+bool IsSolveRoadBuilt(SolveRoad road);
+
 // The variants whose every move can be played from `start` (set up).
 TVariantMap VariantsPlayableFrom(const TVariantMap& variants, const TChessboard& start);
 

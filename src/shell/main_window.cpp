@@ -3,6 +3,7 @@
 #include "problems/variant.h"
 #include "shell/app_log.h"
 #include "shell/board_controller.h"
+#include "shell/board_rules.h"
 #include "shell/board_view.h"
 #include "shell/file_commands.h"
 #include "shell/menu_state.h"
@@ -291,6 +292,9 @@ void MainWindow::UpdateMenuState() {
         state.problemType = problem->type;
         state.solveOnCurrent = m_running.contains(problem->id);
         state.solvePaused = m_running.isPaused(problem->id);
+        int plies = 0;
+        const TChessboard* from = nullptr;
+        state.startRoadBuilt = IsSolveRoadBuilt(SolveRoadOf(*problem, m_board->shownPosition(), plies, from));
     }
     state.solvingConnected = static_cast<bool>(onSolveCommand);
     state.historyBack = m_problems->historyIndex > 0;
@@ -381,6 +385,11 @@ void MainWindow::showCurrentProblem() {
     refreshProblemText();
 }
 
+void MainWindow::showCurrentProblemAt(const TChessboard& position) {
+    m_board->setProblem(m_problems->Current(), &position);
+    refreshProblemText();
+}
+
 void MainWindow::refreshProblemText() {
     const TChessProblem* problem = m_problems->Current();
     if (!problem) {
@@ -463,6 +472,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
         return;
     }
     // 3. The solves end, the tray icon goes, the log gets its last line.
+    emit closing();
     stopAllSolves();
     m_refreshTimer.stop();
     m_animation->setRunning(false);

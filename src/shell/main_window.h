@@ -45,8 +45,9 @@ class MainWindow : public QMainWindow, public WindowServices {
     void ApplyLanguage(int languageId);
 
     // The solve driver's entry: start, stop, pause and resume commands come here
-    // (140, 141, 142, 143, 144, 152, 153, 164, 169, 677, 679; F5 and its twins as 140,
-    // Shift+F5 as 141, Alt+F5 as 164). While it is empty those commands are greyed.
+    // (140, 141, 142, 143, 144, 169; F5 and its twins as 140, Shift+F5 as 141).
+    // While it is empty those commands are greyed. 152, 153, 164, 677 and 679
+    // belong to it too, but stay greyed while their engines are not built.
     std::function<void(int)> onSolveCommand;
     // Stops every running solve and waits for them (before an open and on closing).
     std::function<void()> onStopAllSolves;
@@ -55,7 +56,7 @@ class MainWindow : public QMainWindow, public WindowServices {
     FileCommands& files() { return *m_files; }
     BoardController& board() { return *m_board; }
     bool isSecondInstance() const { return m_start.isSecondInstance; }
-    QString statusText() const;
+    QString statusText() const override;
     // The area the solve driver fills with its progress; command 192 changes its size.
     QLabel* progressPanel() const { return m_progress; }
     // What the 250 ms timer does when the watch has seen a change, at once.
@@ -74,6 +75,7 @@ class MainWindow : public QMainWindow, public WindowServices {
     void showStatus(const QString& text) override;
     void setTitleFile(const QString& file) override;
     void showCurrentProblem() override;
+    void showCurrentProblemAt(const TChessboard& position) override;
     void refreshProblemText() override;
     void stopCurrentSolve() override;
     void stopAllSolves() override;
@@ -83,6 +85,8 @@ class MainWindow : public QMainWindow, public WindowServices {
   signals:
     // Every 250 ms after the start: the progress panel reads the engine's state here.
     void refreshTick();
+    // The user chose to quit: the solves still running end now, without telling their results.
+    void closing();
 
   protected:
     void closeEvent(QCloseEvent* event) override;

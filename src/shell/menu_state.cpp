@@ -25,6 +25,8 @@ constexpr int NOT_BUILT_YET[] = {
     177, 178, 179, 193, 194,
     // manual control of a running engine
     149, 255, 256, 257,
+    // solves not built: Black's best defence, the whole main variant, the heuristics dialog
+    152, 153, 164, 677, 679,
     // regression test
     184, 215,
     // global register and its tables
@@ -74,7 +76,8 @@ bool solveCommandEnabled(int id, const MenuState& state) {
     case 144:
         return state.solveOnCurrent && state.solvePaused;
     default:
-        return !state.solveOnCurrent; // the start commands
+        // The start commands, where the board shows a position that a built solve takes.
+        return !state.solveOnCurrent && state.startRoadBuilt;
     }
 }
 

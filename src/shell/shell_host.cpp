@@ -31,11 +31,11 @@ void ShellHost::StopSolving(TChessProblem& /*problem*/) {
     m_window.stopCurrentSolve();
 }
 
-void ShellHost::ShowProblem(const TChessProblem& /*problem*/, const TChessboard& /*position*/) {
-    // The board shows the current problem's last position, which is the one asked for;
-    // what the status said of the problem left behind is over.
+void ShellHost::ShowProblem(const TChessProblem& /*problem*/, const TChessboard& position) {
+    // The list asks for the diagram of a direct mate, not the moves a solve or
+    // the user played on it; what the status said of the problem left behind is over.
     m_window.showStatus(QString());
-    m_window.showCurrentProblem();
+    m_window.showCurrentProblemAt(position);
 }
 
 void ShellHost::WriteFile(const std::filesystem::path& path, const ProblemMap& problems) {

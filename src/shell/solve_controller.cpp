@@ -54,7 +54,7 @@ QString problemTitle(const TChessProblem& problem) {
 struct SolveController::Run {
     int32_t id = 0;
     TChessProblem* problem = nullptr;
-    Road road = Road::Main;
+    SolveRoad road = SolveRoad::Main;
     int plies = 0;
     const TChessboard* position = nullptr;
     SolveOptions options;
@@ -81,8 +81,10 @@ SolveController::SolveController(WindowServices& window, BoardController& board,
     : QObject(parent), m_window(window), m_board(board) {}
 
 void SolveController::attachTo(MainWindow& window) {
+    m_mainWindow = &window;
     window.onSolveCommand = [this](int id) { dispatch(id); };
     window.onStopAllSolves = [this] { StopAllSolving(); };
+    connect(&window, &MainWindow::closing, this, [this] { StopAllSolving(true); });
     connect(&window, &MainWindow::refreshTick, this,
             [this, &window] {
                 window.progressPanel()->setText(progressText());
@@ -114,9 +116,14 @@ void SolveController::startButtonClicked(bool rightButton, bool ctrl) {
     const TChessProblem* problem = m_window.problems().Current();
     if (!problem) return;
     const bool running = m_runs.count(problem->id) != 0;
-    if (!rightButton) dispatch(running ? 142 : 140);
+    // Through the window, so that a greyed command does not run by the button either.
+    const auto command = [this](int id) {
+        if (m_mainWindow) m_mainWindow->DispatchCommand(id);
+        else dispatch(id);
+    };
+    if (!rightButton) command(running ? 142 : 140);
     else if (running) PauseOrResume(ctrl);
-    else dispatch(ctrl ? 679 : 141);
+    else command(ctrl ? 679 : 141);
 }
 
 void SolveController::refreshStartButton() {
@@ -143,64 +150,16 @@ void SolveController::tell(const QString& title, const QString& text) {
     m_window.prompts().message(title, text, PromptIcon::Information);
 }
 
-void SolveController::notYetAvailable(const wchar_t* polish, const wchar_t* english, const wchar_t* ukrainian) {
-    tell(m_window.title(MessageTitle::Information),
-         tr3(polish, english, ukrainian) +
-             tr3(L" – ta funkcja nie jest jeszcze dostępna w tej wersji programu.", L" is not available in this version yet.",
-                 L" у цій версії ще недоступний."));
-}
-
 void SolveController::dispatch(int id) {
     switch (id) {
-    case 140: {
-        int plies = 0;
-        const TChessboard* position = nullptr;
-        const TChessProblem* problem = m_window.problems().Current();
-        if (problem && roadOf(*problem, plies, position) == Road::BestDefence) dispatch(152);
-        else StartSolving(false);
-        return;
-    }
+    case 140: StartSolving(false); return;
     case 141: StartSolving(true); return;
     case 142: StopSolving(); return;
     case 143: PauseOrResume(false); return;
     case 169: PauseOrResume(true); return;
     case 144: ResumeSolving(); return;
-    case 152:
-    case 153:
-        notYetAvailable(L"Szukanie najlepszej obrony czarnych", L"The search for Black's best defence",
-                        L"Пошук найкращого захисту чорних");
-        return;
-    case 164:
-        notYetAvailable(L"Pokazywanie całego wariantu głównego", L"Showing the whole main variant",
-                        L"Показ усього головного варіанта");
-        return;
-    case 677:
-    case 679:
-        notYetAvailable(L"Wybór heurystyk", L"The selection of heuristics", L"Вибір евристик");
-        return;
     default: return;
     }
-}
-
-SolveController::Road SolveController::roadOf(const TChessProblem& problem, int& plies,
-                                                const TChessboard*& position) const {
-    if (problem.type == PROBLEM_POSITION) return Road::Analyse;
-    position = m_board.shownPosition();
-    if (!position || position == &problem.startPosition) {
-        position = &problem.startPosition;
-        plies = problem.plies;
-        return Road::Main;
-    }
-    // Half-moves made from the start: the place of the shown board in the chain.
-    int made = 0;
-    for (const TChessboard& played : problem.playedPositions) {
-        ++made;
-        if (&played == position) break;
-    }
-    if (made == 0) return Road::None;
-    plies = problem.plies - made;
-    if (plies <= 0) return Road::None;
-    return (plies & 1) ? Road::FromPosition : Road::BestDefence;
 }
 
 void SolveController::StartSolving(bool allSolutions) {
@@ -222,21 +181,13 @@ void SolveController::StartSolving(bool allSolutions) {
     // 3. The thread by what the board shows.
     int plies = 0;
     const TChessboard* position = nullptr;
-    const Road road = roadOf(*problem, plies, position);
-    if (road == Road::None) return;
-    if (road == Road::BestDefence) {
-        dispatch(152);
-        return;
-    }
-    if (road == Road::Analyse) {
-        notYetAvailable(L"Analiza pozycji bez warunku", L"The analysis of a position without stipulation",
-                        L"Аналіз позиції без умови");
-        return;
-    }
+    const SolveRoad road = SolveRoadOf(*problem, m_board.shownPosition(), plies, position);
+    // The menus grey the start commands on the other roads: their engines are not built yet.
+    if (!IsSolveRoadBuilt(road)) return;
     start(*problem, road, plies, position, allSolutions);
 }
 
-void SolveController::start(TChessProblem& problem, Road road, int plies, const TChessboard* position,
+void SolveController::start(TChessProblem& problem, SolveRoad road, int plies, const TChessboard* position,
                             bool allSolutions) {
     const Options& options = m_window.options();
     auto run = std::make_unique<Run>();
@@ -266,8 +217,8 @@ void SolveController::start(TChessProblem& problem, Road road, int plies, const 
     problem.m_pfnSolution = &Run::onSolution;
     problem.m_pSolutionUser = run.get();
     problem.SetCommand(COMMAND_RUN);
-    m_window.showStatus(tr3(L"Sprawdzanie typu pozycji początkowej...", L"Initial position type check...",
-                            L"Перевірка типу початкової позиції..."));
+    showRunStatus(problem.id, tr3(L"Sprawdzanie typu pozycji początkowej...", L"Initial position type check...",
+                                  L"Перевірка типу початкової позиції..."));
     // The clock of the run: one second at a time, standing still while paused.
     run->clock = new QTimer(this);
     run->clock->setInterval(CLOCK_PERIOD_MS);
@@ -279,7 +230,7 @@ void SolveController::start(TChessProblem& problem, Road road, int plies, const 
     m_window.runningSolves().add(id);
     raw->thread = std::thread([this, raw, id] {
         try {
-            raw->result = raw->road == Road::Main
+            raw->result = raw->road == SolveRoad::Main
                               ? raw->driver.SolveProblem(*raw->problem, raw->options)
                               : raw->driver.SolveFromPosition(*raw->problem, *raw->position, raw->plies, raw->options);
         } catch (const ChessException& e) {
@@ -304,7 +255,17 @@ void SolveController::finish(int32_t id) {
     problem.m_pfnSolution = nullptr;
     problem.m_pSolutionUser = nullptr;
     m_window.runningSolves().remove(id);
+    // What the status said of the run is over with it.
+    if (m_runStatusId == id && m_window.statusText() == m_runStatus) m_window.showStatus(QString());
     const bool current = m_window.problems().Current() == &problem;
+    // The program is closing: the log is told, the user no more.
+    if (m_quiet) {
+        if (run->error.empty())
+            WriteLog(run->result.stopped ? "Engine stopped: %s" : "Engine has completed: %s",
+                     problemTitle(problem).toStdString());
+        emit solveFinished(id);
+        return;
+    }
     if (!run->error.empty()) {
         QString text = QString::fromStdString(run->error);
         if (run->unexpected)
@@ -321,7 +282,7 @@ void SolveController::finish(int32_t id) {
     WriteLog(result.stopped ? "Engine stopped: %s" : "Engine has completed: %s",
              problemTitle(problem).toStdString());
     // 6. A first solution's key goes onto the board, and its threat into the status.
-    if (current && run->road == Road::Main && !result.moves.empty() && problem.playedPositions.empty()) {
+    if (current && run->road == SolveRoad::Main && !result.moves.empty() && problem.playedPositions.empty()) {
         PlayOnChain(problem, 0, result.moves.front());
         m_board.setProblem(&problem);
         const std::vector<std::string>& threats = result.solutions.at(result.moves.front()).threats;
@@ -346,18 +307,24 @@ void SolveController::finish(int32_t id) {
         text = head + "\n\n" + text;
     }
     m_lastResults[id] = wide(result.text);
-    const QString title = run->road == Road::Main
+    const QString title = run->road == SolveRoad::Main
                               ? tr3(L"Wynik poszukiwania mata", L"Mate search result", L"Результат пошуку мату")
                               : tr3(L"Wynik poszukiwania mata", L"Result of analysis", L"Результат аналізу");
     m_window.prompts().message(title, text, PromptIcon::Information);
     emit solveFinished(id);
 }
 
+void SolveController::showRunStatus(int32_t id, const QString& text) {
+    m_runStatusId = id;
+    m_runStatus = text;
+    m_window.showStatus(text);
+}
+
 void SolveController::stop(Run& run) {
     const int32_t id = run.id;
     run.problem->SetCommand(COMMAND_STOP);
     m_window.runningSolves().setPaused(id, false);
-    m_window.showStatus(tr3(L"Zatrzymywanie...", L"Stop pending...", L"Зупинка..."));
+    showRunStatus(id, tr3(L"Zatrzymywanie...", L"Stop pending...", L"Зупинка..."));
     // The window stays alive while the thread winds down: its end comes as a queued call.
     while (m_runs.count(id)) {
         QCoreApplication::processEvents(QEventLoop::AllEvents, 1);
@@ -372,8 +339,10 @@ void SolveController::StopSolving() {
     if (found != m_runs.end()) stop(*found->second);
 }
 
-void SolveController::StopAllSolving() {
+void SolveController::StopAllSolving(bool quietly) {
+    m_quiet = quietly;
     while (!m_runs.empty()) stop(*m_runs.begin()->second);
+    m_quiet = false;
 }
 
 void SolveController::PauseOrResume(bool oneThread) {

@@ -8,6 +8,7 @@
 // While a run is on, the record is not edited: the menus grey every command
 // that changes it, and the board refuses moves and position setting.
 #include "engine/solve_driver.h"
+#include "shell/board_rules.h"
 
 #include <QObject>
 #include <QString>
@@ -48,12 +49,14 @@ public:
     void startButtonClicked(bool rightButton, bool ctrl);
 
     // The solve commands: 140 (and F5) solve, 141 all solutions, 142 stop, 143
-    // pause, 169 pause one thread, 144 resume, 152/153 best defence, 164 the
-    // whole main variant, 677/679 with the heuristics dialog.
+    // pause, 169 pause one thread, 144 resume. The best defence (152, 153), the
+    // whole main variant (164) and the heuristics dialog (677, 679) are not
+    // built yet: the menus keep them greyed, and they do nothing here.
     void dispatch(int id);
     void StartSolving(bool allSolutions);
     void StopSolving();
-    void StopAllSolving();
+    // `quietly` (when the program closes): the runs end without their result boxes.
+    void StopAllSolving(bool quietly = false);
     void PauseOrResume(bool oneThread);
     void ResumeSolving();
     int CountRunningSolves() const;
@@ -69,23 +72,25 @@ signals:
 
 private:
     struct Run;
-    // Which thread a start command runs, by what the board shows.
-    enum class Road { Main, FromPosition, BestDefence, Analyse, None };
-    Road roadOf(const TChessProblem& problem, int& plies, const TChessboard*& position) const;
-    void start(TChessProblem& problem, Road road, int plies, const TChessboard* position, bool allSolutions);
+    void start(TChessProblem& problem, SolveRoad road, int plies, const TChessboard* position, bool allSolutions);
     void finish(int32_t id);
     void stop(Run& run);
     void tell(const QString& title, const QString& text);
+    // A status text of the run `id` ("Initial position type check...", "Stop
+    // pending..."), cleared when the run ends unless something else replaced it.
+    void showRunStatus(int32_t id, const QString& text);
     // Play while the current problem rests, stop while it is being solved.
     void refreshStartButton();
-    // The box of a kind of run whose engine is not built yet: "<what> is not available in this version yet."
-    void notYetAvailable(const wchar_t* polish, const wchar_t* english, const wchar_t* ukrainian);
     QString tr3(const wchar_t* polish, const wchar_t* english, const wchar_t* ukrainian) const;
 
     WindowServices& m_window;
     BoardController& m_board;
+    MainWindow* m_mainWindow = nullptr; // the window attached to, whose commands the start button gives
     std::map<int32_t, std::unique_ptr<Run>> m_runs;
     std::map<int32_t, QString> m_lastResults;
+    bool m_quiet = false; // runs end without their boxes
+    int32_t m_runStatusId = 0;
+    QString m_runStatus;
     QToolButton* m_startButton = nullptr;
 };
 

@@ -5,6 +5,7 @@
 #include "shell/startup.h"
 #include "shell/window_services.h"
 
+#include <QCoreApplication>
 #include <QDesktopServices>
 #include <QUrl>
 
@@ -40,10 +41,8 @@ bool SystemCommands::dispatch(int id) {
         about();
         return true;
     case 187:
-        openDataFile("readme.txt");
-        return true;
     case 198:
-        openDataFile("manual.png");
+        openReadme();
         return true;
     default:
         return false;
@@ -91,8 +90,22 @@ void SystemCommands::about() {
         PromptIcon::Information);
 }
 
-void SystemCommands::openDataFile(const char* name) {
-    const std::filesystem::path path = m_window.dataDirectory() / name;
+std::filesystem::path FindReadme(const std::filesystem::path& programDirectory) {
+    const std::filesystem::path candidates[] = {
+        programDirectory / "README.md",
+        programDirectory.parent_path() / "share" / "zorvane" / "README.md",
+        std::filesystem::path(ZORVANE_README),
+    };
+    for (const std::filesystem::path& candidate : candidates) {
+        std::error_code error;
+        if (std::filesystem::is_regular_file(candidate, error)) return candidate;
+    }
+    return candidates[0];
+}
+
+void SystemCommands::openReadme() {
+    const std::filesystem::path path =
+        FindReadme(std::filesystem::path(QCoreApplication::applicationDirPath().toStdWString()));
     const QString file = QString::fromStdWString(path.wstring());
     std::error_code error;
     if (!std::filesystem::exists(path, error)) {

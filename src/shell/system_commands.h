@@ -4,10 +4,16 @@
 #include <QObject>
 
 #include <cstdint>
+#include <filesystem>
 
 namespace zorvane {
 
 class WindowServices;
+
+// The README.md that the Help menu opens: beside the program, then in the
+// share folder of an installed program (`<prefix>/share/zorvane`), then in the
+// source tree the program was built from. The first of them when none exists.
+std::filesystem::path FindReadme(const std::filesystem::path& programDirectory);
 
 class SystemCommands : public QObject {
     Q_OBJECT
@@ -15,6 +21,7 @@ class SystemCommands : public QObject {
     explicit SystemCommands(WindowServices& window, QObject* parent = nullptr);
 
     // 165, 185, 187, 198, 200 to 204 and the processor items; false for other ids.
+    // 187 and 198 both open the README.md shipped with the program: it is the manual.
     bool dispatch(int id);
     // The affinity mask as last set or seen here.
     uint64_t knownAffinityMask() const { return m_knownMask; }
@@ -24,8 +31,8 @@ class SystemCommands : public QObject {
     void toggleProcessor(int cpu);
     void askThreads();
     void about();
-    // Opens a file of the data directory with the system's viewer.
-    void openDataFile(const char* name);
+    // Opens the README.md of the program with the system's viewer.
+    void openReadme();
 
     WindowServices& m_window;
     uint64_t m_knownMask;

@@ -31,10 +31,13 @@ class WindowServices {
     virtual ProblemFileSettings fileSettings() const = 0;
 
     virtual void showStatus(const QString& text) = 0;
+    virtual QString statusText() const = 0;
     // The part of the window title behind "Zorvane - "; empty for the bare name.
     virtual void setTitleFile(const QString& file) = 0;
     // The current problem changed or was replaced: board, description, menus.
+    // The board shows the problem's last position, or `position` of its chain.
     virtual void showCurrentProblem() = 0;
+    virtual void showCurrentProblemAt(const TChessboard& position) = 0;
     // Only the current problem's description, tags or stipulation changed.
     virtual void refreshProblemText() = 0;
     // Stops the current problem's solve, or all solves, through the solve driver.

@@ -1,0 +1,248 @@
+// Small promises of the window: the Help menu opens the README, items of
+// solves that are not built are greyed, the status forgets a run that ended,
+// a problem comes back with its diagram, and quitting during a solve shows
+// no result.
+#include "shell/board_controller.h"
+#include "shell/board_view.h"
+#include "shell/solve_controller.h"
+#include "shell/system_commands.h"
+#include "window_session.h"
+
+#include <QDesktopServices>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QToolButton>
+#include <QUrl>
+
+#include <filesystem>
+#include <fstream>
+
+using namespace zorvane;
+namespace fs = std::filesystem;
+
+namespace {
+
+const QString LONG_SEARCH = QStringLiteral(ZORVANE_SOURCE_DIR "/tests/data/long_search.cp");
+const QString README = QStringLiteral(ZORVANE_SOURCE_DIR "/README.md");
+const QString NOT_AVAILABLE =
+    QStringLiteral("Information|This function is not available yet in this version of the program.");
+const QString QUIT_QUESTION = QStringLiteral(
+    "Question|Search for solution is pending for 1 problem(s).\nAre you sure you want to quit?");
+
+// The window with its solving runs attached, as the program wires them.
+struct SolvingSession : Session {
+    std::unique_ptr<SolveController> solving;
+    void attach() {
+        solving = std::make_unique<SolveController>(*window, window->board());
+        solving->attachTo(*window);
+    }
+    ~SolvingSession() { solving.reset(); }
+};
+
+void startLong(SolvingSession& s) {
+    QFile::copy(LONG_SEARCH, s.path(QStringLiteral("long.cp")));
+    QFile(s.path(QStringLiteral("long.cp"))).setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+    start(s, s.path(QStringLiteral("long.cp")));
+    s.attach();
+}
+
+void touch(const fs::path& path) {
+    fs::create_directories(path.parent_path());
+    std::ofstream(path) << "# Zorvane\n";
+}
+
+} // namespace
+
+// Takes the file URLs that the window asks the desktop to open.
+class UrlCatcher : public QObject {
+    Q_OBJECT
+  public:
+    QList<QUrl> urls;
+  public slots:
+    void open(const QUrl& url) { urls << url; }
+};
+
+class WindowFixesTest : public QObject {
+    Q_OBJECT
+
+  private slots:
+    // ---- Help: the manual and the readme are the README.md of the program.
+
+    void theHelpItemsOpenTheReadme() {
+        UrlCatcher catcher;
+        QDesktopServices::setUrlHandler(QStringLiteral("file"), &catcher, "open");
+        Session s;
+        startOnSample(s);
+        QCOMPARE(s.text(198), QStringLiteral("Open &manual (quick start)"));
+        QCOMPARE(s.text(187), QStringLiteral("&Open readme.txt"));
+        s.window->DispatchCommand(198);
+        s.window->DispatchCommand(187);
+        QDesktopServices::unsetUrlHandler(QStringLiteral("file"));
+        QCOMPARE(s.prompts.boxes, QStringList());
+        QCOMPARE(catcher.urls, (QList<QUrl>{QUrl::fromLocalFile(README), QUrl::fromLocalFile(README)}));
+    }
+
+    void theReadmeIsLookedForBesideTheProgramThenInShare() {
+        QTemporaryDir prefix;
+        const fs::path bin = fs::path(prefix.path().toStdString()) / "bin";
+        fs::create_directories(bin);
+        QCOMPARE(QString::fromStdString(FindReadme(bin).string()), README);
+        const fs::path shared = fs::path(prefix.path().toStdString()) / "share" / "zorvane" / "README.md";
+        touch(shared);
+        QCOMPARE(FindReadme(bin), shared);
+        touch(bin / "README.md");
+        QCOMPARE(FindReadme(bin), bin / "README.md");
+    }
+
+    // ---- Solves that are not built are greyed, with their texts as they are.
+
+    void itemsOfSolvesNotBuiltAreGreyed() {
+        SolvingSession s;
+        startOnSample(s);
+        s.attach();
+        QVERIFY(s.enabled(140));
+        QVERIFY(s.enabled(141));
+        for (int id : {152, 153, 164, 677, 679, 680})
+            QVERIFY2(!s.enabled(id), qPrintable(QString::number(id)));
+        QCOMPARE(s.text(152), QStringLiteral("Find best defence for &black\tF5"));
+        QCOMPARE(s.text(164), QStringLiteral("Solve and show whole main &variant\tAlt+F5 or middle-click"));
+        QCOMPARE(s.text(677), QStringLiteral("Select &heuristics and find solution\tCtrl+F5"));
+        // Their keys do nothing, and the controller has no box for them left.
+        QTest::keyClick(s.window.get(), Qt::Key_F5, Qt::ControlModifier);
+        QTest::keyClick(s.window.get(), Qt::Key_F5, Qt::AltModifier);
+        for (int id : {152, 153, 164, 677, 679}) s.solving->dispatch(id);
+        QCOMPARE(s.prompts.boxes, QStringList());
+        QCOMPARE(s.window->runningSolves().count(), 0);
+        // The start button's Ctrl+right click asks for the heuristics: refused as a greyed command.
+        s.solving->startButtonClicked(true, true);
+        QCOMPARE(s.prompts.boxes, QStringList{NOT_AVAILABLE});
+        QCOMPARE(s.window->runningSolves().count(), 0);
+    }
+
+    void theStartIsGreyedWithBlackToMoveOnTheBoard() {
+        SolvingSession s;
+        startOnSample(s);
+        s.attach();
+        s.window->DispatchCommand(145);
+        s.window->DispatchCommand(145); // problem 3, the #3 with the rook
+        auto* view = s.window->findChild<BoardView*>();
+        QVERIFY(view);
+        emit view->moveRequested(9, 17); // Rb2-b3: Black's best defence would be next
+        s.window->UpdateMenuState();
+        QVERIFY(!s.enabled(140));
+        QVERIFY(!s.enabled(141));
+        QTest::keyClick(s.window.get(), Qt::Key_F5);
+        s.window->DispatchCommand(140);
+        QCOMPARE(s.window->runningSolves().count(), 0);
+        for (const QString& box : s.prompts.boxes)
+            QVERIFY2(!box.contains(QStringLiteral("not available")), qPrintable(box));
+        emit view->moveRequested(0, 8); // Ka1-a2: White to move again, a #2 from there
+        s.window->UpdateMenuState();
+        QVERIFY(s.enabled(140));
+    }
+
+    void theStartIsGreyedForAPositionWithoutStipulation() {
+        SolvingSession s;
+        startOnSample(s);
+        s.attach();
+        s.window->commands().addBonusItem();
+        s.window->UpdateMenuState();
+        s.window->DispatchCommand(166); // a new position without stipulation
+        QCOMPARE(s.window->problems().Current()->type, uint16_t{PROBLEM_POSITION});
+        QVERIFY(!s.enabled(140));
+        QVERIFY(!s.enabled(141));
+        s.solving->StartSolving(false);
+        QCOMPARE(s.prompts.boxes, QStringList());
+        QCOMPARE(s.window->runningSolves().count(), 0);
+    }
+
+    // ---- The status forgets a run that ended.
+
+    void theStatusOfARunIsClearedWhenItEnds() {
+        SolvingSession s;
+        startOnSample(s);
+        s.attach();
+        QCOMPARE(s.current(), 1); // the #1
+        QSignalSpy finished(s.solving.get(), &SolveController::solveFinished);
+        s.window->DispatchCommand(140);
+        QCOMPARE(s.window->statusText(), QStringLiteral("Initial position type check..."));
+        QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 10000);
+        QCOMPARE(s.window->statusText(), QString());
+    }
+
+    void theStatusOfAStopIsClearedWhenTheRunEnds() {
+        SolvingSession s;
+        startLong(s);
+        s.window->DispatchCommand(140);
+        QTest::qWait(200);
+        s.window->DispatchCommand(142);
+        QVERIFY(!s.window->runningSolves().contains(1));
+        QCOMPARE(s.window->statusText(), QString());
+    }
+
+    void aStatusSetMeanwhileStays() {
+        SolvingSession s;
+        startOnSample(s);
+        s.attach();
+        QSignalSpy finished(s.solving.get(), &SolveController::solveFinished);
+        s.window->DispatchCommand(140);
+        s.window->showStatus(QStringLiteral("something else"));
+        QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 10000);
+        QCOMPARE(s.window->statusText(), QStringLiteral("something else"));
+    }
+
+    // ---- A problem left and come back to shows its diagram.
+
+    void comingBackShowsTheDiagramNotTheKeyPlayed() {
+        SolvingSession s;
+        startOnSample(s);
+        s.attach();
+        s.window->DispatchCommand(145); // problem 2, the #2
+        QSignalSpy finished(s.solving.get(), &SolveController::solveFinished);
+        s.window->DispatchCommand(140);
+        QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 10000);
+        TChessProblem* problem = s.window->problems().Current();
+        QCOMPARE(problem->playedPositions.size(), size_t{1});
+        QCOMPARE(s.window->board().shownPosition(),
+                 &problem->playedPositions.front()); // the key on the board
+        s.window->DispatchCommand(145);
+        s.window->DispatchCommand(146);
+        QCOMPARE(s.current(), 2);
+        QCOMPARE(s.window->board().shownPosition(), &problem->startPosition);
+        // The key stays a step forward away, and F5 solves the diagram again.
+        QCOMPARE(problem->playedPositions.size(), size_t{1});
+        QVERIFY(s.enabled(140));
+        s.window->DispatchCommand(151);
+        QCOMPARE(s.window->board().shownPosition(), &problem->playedPositions.front());
+        s.window->DispatchCommand(167); // the history's way back shows the diagram too
+        s.window->DispatchCommand(168);
+        QCOMPARE(s.window->board().shownPosition(), &problem->startPosition);
+    }
+
+    // ---- Quitting during a solve.
+
+    void quittingDuringASolveShowsNoResult() {
+        SolvingSession s;
+        startLong(s);
+        s.window->DispatchCommand(140);
+        QVERIFY(s.window->runningSolves().contains(1));
+        s.prompts.answers.push_back(Answer::Yes);
+        QVERIFY(s.window->close());
+        QCOMPARE(s.prompts.boxes, QStringList{QUIT_QUESTION});
+        QCOMPARE(s.window->runningSolves().count(), 0);
+    }
+
+    void aStopBeforeQuittingStillShowsItsResult() {
+        SolvingSession s;
+        startLong(s);
+        s.window->DispatchCommand(140);
+        s.window->DispatchCommand(142);
+        QCOMPARE(s.prompts.boxes.size(), 1);
+        QVERIFY2(
+            s.prompts.boxes.front().startsWith(QStringLiteral("Mate search result|Analysis stopped by user")),
+            qPrintable(s.prompts.boxes.front()));
+    }
+};
+
+QTEST_MAIN(WindowFixesTest)
+#include "window_fixes_test.moc"
