@@ -1,7 +1,6 @@
 #include "shell/board_controller.h"
 
 #include "core/chess_exception.h"
-#include "core/thread_context.h"
 #include "engine/solve_texts.h"
 #include "shell/board_geometry.h"
 #include "shell/board_rules.h"
@@ -41,8 +40,7 @@ int limitMoves(const TChessProblem& problem) {
 
 BoardController::BoardController(BoardView* view, Prompts& prompts, std::function<bool()> solving,
                                  QObject* parent)
-    : QObject(parent), m_view(view), m_solving(std::move(solving)), m_prompts(prompts),
-      m_scratch(std::make_unique<TThreadContext>()) {
+    : QObject(parent), m_view(view), m_solving(std::move(solving)), m_prompts(prompts) {
     m_choosePromotion = [this](bool white) { return ChoosePromotionByMenu(m_view, m_languageId, white); };
     connect(view, &BoardView::squarePressed, this, &BoardController::onSquarePressed);
     connect(view, &BoardView::moveRequested, this, &BoardController::onMoveRequested);
@@ -160,7 +158,7 @@ void BoardController::onMoveRequested(int from, int to) {
 }
 
 void BoardController::showVerdictOf(const TChessboard& position) {
-    const PositionJudgement judgement = JudgePosition(*m_problem, position, *m_scratch);
+    const PositionJudgement judgement = JudgePosition(*m_problem, position);
     switch (judgement.verdict) {
     case PositionVerdict::Stalemate:
         emit statusText(BoardMessage(m_languageId, BoardText::Stalemate));
@@ -175,7 +173,7 @@ void BoardController::showVerdictOf(const TChessboard& position) {
         emit statusText(BoardMessage(m_languageId, BoardText::NoMate));
         break;
     case PositionVerdict::Nothing: {
-        const std::string threat = WhiteThreat(*m_problem, position, *m_scratch);
+        const std::string threat = WhiteThreat(*m_problem, position);
         emit statusText(threat.empty() ? QString()
                                        : QString::fromStdWString(ThreatLabel(m_languageId)) +
                                              QString::fromStdString(threat));

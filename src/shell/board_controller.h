@@ -48,7 +48,6 @@
 namespace zorvane {
 
 class BoardView;
-struct TThreadContext;
 
 class BoardController : public QObject {
     Q_OBJECT
@@ -121,8 +120,6 @@ class BoardController : public QObject {
     PositionEditor m_editor;
     Prompts& m_prompts;
     PromotionChooser m_choosePromotion;
-    // The search context of the mate and threat tests of the status line.
-    std::unique_ptr<TThreadContext> m_scratch;
 };
 
 } // namespace zorvane

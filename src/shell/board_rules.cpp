@@ -2,12 +2,8 @@
 
 #include "core/chess_exception.h"
 #include "core/make_move.h"
-#include "core/thread_context.h"
-#include "engine/find_mate.h"
-#include "engine/register_eligibility.h"
-#include "engine/threats.h"
+#include "engine/solver.h"
 #include "problems/notation.h"
-#include "registers/temporary_register.h"
 
 #include <deque>
 
@@ -44,14 +40,6 @@ bool playsFrom(const TVariant& variant, const TChessboard& start) {
         line.push_back(child);
     }
     return true;
-}
-
-// A copy of `position` that the engine's searches can run on.
-TChessboard searchable(TChessProblem& problem, const TChessboard& position, TThreadContext& scratch) {
-    TChessboard probe = position;
-    probe.m_pThread = &scratch;
-    probe.m_pProblem = &problem;
-    return probe;
 }
 
 } // namespace
@@ -107,8 +95,7 @@ void PlayOnChain(TChessProblem& problem, size_t shownIndex, TMove move) {
     if (!accepted) child = rebuilt;
 }
 
-PositionJudgement JudgePosition(TChessProblem& problem, const TChessboard& position,
-                                TThreadContext& scratch) {
+PositionJudgement JudgePosition(TChessProblem& problem, const TChessboard& position) {
     const bool white = position.whiteToMove();
     if (!SideToMoveHasLegalMove(position)) {
         const bool inCheck = white ? position.whiteInCheck() : position.blackInCheck();
@@ -116,30 +103,19 @@ PositionJudgement JudgePosition(TChessProblem& problem, const TChessboard& posit
     }
     if (MatingImpossible(position)) return {PositionVerdict::NoMate, 0};
     if (!white) return {};
-
-    // 1. A mate at once, by the engine's own test.
-    TChessboard probe = searchable(problem, position, scratch);
-    probe.m_shPliesLeft = probe.m_shPliesTotal = 1;
-    if (FindMateInOne(probe)) return {PositionVerdict::MateInOne, 1};
-
-    // 2. A mate the temporary register has proven, within its number of plies.
-    if (problem.m_pRegister && RegisterEligible(position)) {
-        TRegisterMoves moves;
-        if (problem.m_pRegister->Numbers(TChessboardRegisterItem::FromBoard(position), moves) &&
-            moves.MovesMate != 0)
-            return {PositionVerdict::TemporaryRegisterMate, (moves.MovesMate + 1) / 2};
+    const KnownMate known = Solver::KnownMateOf(problem, position);
+    switch (known.source) {
+    case KnownMate::AtOnce: return {PositionVerdict::MateInOne, 1};
+    case KnownMate::Register: return {PositionVerdict::TemporaryRegisterMate, known.moves};
+    case KnownMate::None: break;
     }
     return {};
 }
 
-std::string WhiteThreat(TChessProblem& problem, const TChessboard& position, TThreadContext& scratch) {
+std::string WhiteThreat(TChessProblem& problem, const TChessboard& position) {
     // In a selfmate White's own mate is no threat.
     if (position.whiteToMove() || problem.type == PROBLEM_SELFMATE) return {};
-    // A finished solve may have left its stop word, which would cut the test short.
-    problem.SetCommand(COMMAND_RUN);
-    const std::vector<std::string> threats =
-        FindThreats(searchable(problem, position, scratch), position.m_shPliesLeft / 2);
-    return threats.empty() ? std::string() : threats.front();
+    return Solver::FirstThreatOf(problem, position);
 }
 
 bool TooManyQueensAndPawns(const TChessboard& position) {

@@ -12,7 +12,6 @@
 
 namespace zorvane {
 
-struct TThreadContext;
 
 // The move from `from` to `to` (with `promotion`, a kind or 0) as the strict
 // reader of typed moves judges it on `position`; nothing when it is illegal.
@@ -38,16 +37,13 @@ struct PositionJudgement {
     PositionVerdict verdict = PositionVerdict::Nothing;
     int moves = 0; // TemporaryRegisterMate: at most this many moves
 };
-// What the status line says about a position just reached. `scratch` is the
-// search context of the mate-in-one test; the problem's temporary register is
-// asked when there is one.
-PositionJudgement JudgePosition(TChessProblem& problem, const TChessboard& position, TThreadContext& scratch);
+// What the status line says about a position just reached; the engine is
+// asked (through the Solver) for a mate at once or one its register knows.
+PositionJudgement JudgePosition(TChessProblem& problem, const TChessboard& position);
 
 // With Black to move, White's first threat within the moves left (long
-// notation), empty when there is none or the problem is a selfmate. `scratch`
-// is the search context of the test. No solve may run on the problem: a stop
-// word that the last one left is taken back.
-std::string WhiteThreat(TChessProblem& problem, const TChessboard& position, TThreadContext& scratch);
+// notation), empty when there is none or the problem is a selfmate.
+std::string WhiteThreat(TChessProblem& problem, const TChessboard& position);
 
 // More than nine queens and pawns of one colour.
 bool TooManyQueensAndPawns(const TChessboard& position);

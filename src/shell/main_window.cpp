@@ -133,9 +133,6 @@ ProblemFileSettings MainWindow::fileSettings() const {
     const Options& options = m_start.options;
     settings.languageId = options.LanguageId;
     settings.commentCompatibilityMode = options.CommentCompatibilityMode;
-    settings.defaults.quickMode = options.QuickMode;
-    settings.defaults.schedulerLevels = options.SchedulerLevels;
-    settings.defaults.customScheduler = options.CustomScheduler;
     settings.defaults.useMainVariantAsSortIndications = options.UseMainVariantAsSortIndications;
     if (m_problems) settings.listLock = &m_problems->listLock;
     return settings;

@@ -3,7 +3,7 @@
 #include "core/chess_exception.h"
 #include "options/memory_limit.h"
 #include "engine/solve_texts.h"
-#include "registers/temporary_register.h"
+#include "engine/solver.h"
 #include "shell/app_log.h"
 #include "shell/board_controller.h"
 #include "shell/board_rules.h"
@@ -55,25 +55,20 @@ struct SolveController::Run {
     int32_t id = 0;
     TChessProblem* problem = nullptr;
     SolveRoad road = SolveRoad::Main;
-    int plies = 0;
-    const TChessboard* position = nullptr;
-    SolveOptions options;
-    SolveDriver driver;
+    Solver solver;
     SolveResult result;
     std::string error;
     bool unexpected = false; // an error other than the position's own
-    std::thread thread;
     QTimer* clock = nullptr;
     int seconds = 0;
     // Solutions as the engine reports them, for the panel.
     mutable std::mutex lock;
     std::vector<std::string> found;
 
-    static void onSolution(TChessProblem&, uint32_t move, const std::string& text, double, void* user) {
-        Run& run = *static_cast<Run*>(user);
-        std::lock_guard<std::mutex> guard(run.lock);
-        if (move == 0) run.found.clear();
-        else run.found.push_back(text);
+    void onSolution(const SolutionEvent& event) {
+        std::lock_guard<std::mutex> guard(lock);
+        if (event.move.isNull()) found.clear();
+        else found.push_back(event.text);
     }
 };
 
@@ -134,10 +129,13 @@ void SolveController::refreshStartButton() {
 }
 
 SolveController::~SolveController() {
-    for (auto& [id, run] : m_runs) run->problem->SetCommand(COMMAND_STOP);
+    for (auto& [id, run] : m_runs) run->solver.Stop();
     for (auto& [id, run] : m_runs) {
-        if (run->thread.joinable()) run->thread.join();
-        run->problem->m_pfnSolution = nullptr;
+        try {
+            run->solver.Wait();
+        } catch (const std::exception&) {
+            // The window is going: an error of a run nobody waits for is not shown.
+        }
         m_window.runningSolves().remove(id);
     }
 }
@@ -194,29 +192,29 @@ void SolveController::start(TChessProblem& problem, SolveRoad road, int plies, c
     run->id = problem.id;
     run->problem = &problem;
     run->road = road;
-    run->plies = plies;
-    run->position = position;
-    run->options.allSolutions = allSolutions;
-    run->options.clearRegisterOnStart = options.ClearRegisterOnStartSolving;
-    run->options.languageId = options.LanguageId;
+    SolveRequest request;
+    if (road != SolveRoad::Main) {
+        request.position = position;
+        request.plies = plies;
+    }
+    request.options.allSolutions = allSolutions;
+    request.options.clearRegisterOnStart = options.ClearRegisterOnStartSolving;
+    request.options.quickMode = options.QuickMode;
+    request.options.languageId = options.LanguageId;
     // The temporary register may take its share of the machine's memory; when
     // the size is unknown, the driver's own limit stands.
     if (const uint64_t physical = PhysicalMemoryBytes())
-        run->options.registerMemoryLimit = TempRegLimitMb(physical, options.MaxMemRatioForTempReg) * 1024 * 1024;
-    // 4. A register of an earlier solve goes first when the option says so.
-    if (options.ClearRegisterOnStartSolving && problem.m_pRegister) {
+        request.options.registerMemoryLimit = TempRegLimitMb(physical, options.MaxMemRatioForTempReg) * 1024 * 1024;
+    // 4. A register of an earlier solve goes first when the option says so;
+    // the solve clears it, the status says so meanwhile.
+    if (options.ClearRegisterOnStartSolving && Solver::RegisterPositions(problem) > 0) {
         m_window.showStatus(tr3(L"Usuwanie danych tymczasowych z pamięci...\n(opcja czyszczenia tych danych przy "
                                 L"starcie rozwiązywania jest włączona)",
                                 L"Removing temporary data from memory...\n(the option to clear this data on start "
                                 L"solving is on)",
                                 L"Видалення тимчасових даних з пам'яті...\n(параметр очищення цих даних на початку "
                                 L"розв'язування увімкнено)"));
-        problem.m_pRegister->Clear(true);
     }
-    problem.m_bSafeMode = (!options.QuickMode || (problem.flags & SafeMode)) ? 1 : 0;
-    problem.m_pfnSolution = &Run::onSolution;
-    problem.m_pSolutionUser = run.get();
-    problem.SetCommand(COMMAND_RUN);
     showRunStatus(problem.id, tr3(L"Sprawdzanie typu pozycji początkowej...", L"Initial position type check...",
                                   L"Перевірка типу початкової позиції..."));
     // The clock of the run: one second at a time, standing still while paused.
@@ -228,20 +226,13 @@ void SolveController::start(TChessProblem& problem, SolveRoad road, int plies, c
     const int32_t id = problem.id;
     m_runs[id] = std::move(run);
     m_window.runningSolves().add(id);
-    raw->thread = std::thread([this, raw, id] {
-        try {
-            raw->result = raw->road == SolveRoad::Main
-                              ? raw->driver.SolveProblem(*raw->problem, raw->options)
-                              : raw->driver.SolveFromPosition(*raw->problem, *raw->position, raw->plies, raw->options);
-        } catch (const ChessException& e) {
-            // The set-up or the task check: the user is shown the text itself.
-            raw->error = e.what();
-        } catch (const std::exception& e) {
-            raw->error = e.what();
-            raw->unexpected = true;
-        }
+    SolveCallbacks callbacks;
+    callbacks.onSolution = [raw](const SolutionEvent& event) { raw->onSolution(event); };
+    // The end of the run reaches the window as a queued call, on its own thread.
+    callbacks.onFinished = [this, id] {
         QMetaObject::invokeMethod(this, [this, id] { finish(id); }, Qt::QueuedConnection);
-    });
+    };
+    raw->solver.Start(problem, request, std::move(callbacks));
 }
 
 void SolveController::finish(int32_t id) {
@@ -249,11 +240,17 @@ void SolveController::finish(int32_t id) {
     if (found == m_runs.end()) return;
     std::unique_ptr<Run> run = std::move(found->second);
     m_runs.erase(found);
-    run->thread.join();
+    try {
+        run->result = run->solver.Wait();
+    } catch (const ChessException& e) {
+        // The set-up or the task check: the user is shown the text itself.
+        run->error = e.what();
+    } catch (const std::exception& e) {
+        run->error = e.what();
+        run->unexpected = true;
+    }
     delete run->clock;
     TChessProblem& problem = *run->problem;
-    problem.m_pfnSolution = nullptr;
-    problem.m_pSolutionUser = nullptr;
     m_window.runningSolves().remove(id);
     // What the status said of the run is over with it.
     if (m_runStatusId == id && m_window.statusText() == m_runStatus) m_window.showStatus(QString());
@@ -295,7 +292,7 @@ void SolveController::finish(int32_t id) {
     if (problem.m_pRegister)
         text += "\n" + tr3(L"Pozycji w rejestrze tymczasowym: ", L"Positions in temporary register: ",
                            L"Позицій у тимчасовому реєстрі: ") +
-                counterText(problem.m_pRegister->ElementCount());
+                counterText(Solver::RegisterPositions(problem));
     if (!current) {
         const QString head = result.moves.empty()
                                  ? tr3(L"Nie znaleziono rozwiązania problemu ", L"No solution found of the problem ",
@@ -322,7 +319,7 @@ void SolveController::showRunStatus(int32_t id, const QString& text) {
 
 void SolveController::stop(Run& run) {
     const int32_t id = run.id;
-    run.problem->SetCommand(COMMAND_STOP);
+    run.solver.Stop();
     m_window.runningSolves().setPaused(id, false);
     showRunStatus(id, tr3(L"Zatrzymywanie...", L"Stop pending...", L"Зупинка..."));
     // The window stays alive while the thread winds down: its end comes as a queued call.
@@ -355,7 +352,7 @@ void SolveController::PauseOrResume(bool oneThread) {
         ResumeSolving();
         return;
     }
-    run.problem->SetCommand(COMMAND_PAUSE, oneThread ? uint16_t{0} : ALL_THREADS);
+    run.solver.Pause(oneThread);
     run.clock->stop();
     m_window.runningSolves().setPaused(run.id, true);
 }
@@ -366,12 +363,17 @@ void SolveController::ResumeSolving() {
     const auto found = m_runs.find(problem->id);
     if (found == m_runs.end()) return;
     Run& run = *found->second;
-    run.problem->SetCommand(COMMAND_RUN);
+    run.solver.Resume();
     run.clock->start();
     m_window.runningSolves().setPaused(run.id, false);
 }
 
 int SolveController::CountRunningSolves() const { return static_cast<int>(m_runs.size()); }
+
+SolveProgress SolveController::ProgressOf(int32_t id) const {
+    const auto found = m_runs.find(id);
+    return found == m_runs.end() ? SolveProgress{} : found->second->solver.Progress();
+}
 
 QString SolveController::progressText() const {
     const TChessProblem* problem = m_window.problems().Current();
@@ -379,11 +381,12 @@ QString SolveController::progressText() const {
     const auto found = m_runs.find(problem->id);
     if (found == m_runs.end()) return m_lastResults.count(problem->id) ? m_lastResults.at(problem->id) : QString();
     const Run& run = *found->second;
-    const int begun = problem->m_nRootMovesBegun.load(), total = problem->m_nRootMoves.load();
-    QString text = QString::asprintf("Pass %d, %0.1f%% ", problem->m_nPass.load(),
+    const SolveProgress progress = run.solver.Progress();
+    const int begun = progress.rootMovesBegun, total = progress.rootMoves;
+    QString text = QString::asprintf("Pass %d, %0.1f%% ", progress.pass,
                                      total ? 100.0 * std::max(begun - 1, 0) / total : 0.0) +
-                   counterText(problem->m_nNodes.load()) + "  " + elapsedText(run.seconds);
-    if (problem->m_bSafeMode) text += "  Safe mode ON ";
+                   counterText(progress.nodes) + "  " + elapsedText(run.seconds);
+    if (progress.safeMode) text += "  Safe mode ON ";
     // The window never waits for an engine thread: a busy list is shown at the next tick.
     std::unique_lock<std::mutex> guard(run.lock, std::try_to_lock);
     if (guard.owns_lock() && !run.found.empty()) {

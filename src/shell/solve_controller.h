@@ -7,7 +7,7 @@
 //
 // While a run is on, the record is not edited: the menus grey every command
 // that changes it, and the board refuses moves and position setting.
-#include "engine/solve_driver.h"
+#include "engine/solver.h"
 #include "shell/board_rules.h"
 
 #include <QObject>
@@ -60,6 +60,8 @@ public:
     void PauseOrResume(bool oneThread);
     void ResumeSolving();
     int CountRunningSolves() const;
+    // The counters of the run of problem `id`; zeros when none runs.
+    SolveProgress ProgressOf(int32_t id) const;
 
     // The progress panel's text for the current problem, empty without a run.
     QString progressText() const;

@@ -4,6 +4,7 @@
 // and the checks on leaving it.
 #include "../test_squares.h"
 #include "core/fen.h"
+#include "engine/solver.h"
 #include "registers/temporary_register.h"
 #include "scripted_prompts.h"
 #include "shell/board_controller.h"
@@ -212,7 +213,7 @@ class BoardControllerTest : public QObject {
 
     void temporaryRegisterStatus() {
         load("k7/8/2K5/8/8/8/8/7R", 3);
-        problem->m_pRegister = std::make_unique<TProblemRegister>(REGISTER_SMALL_BUCKETS);
+        problem->m_pRegister = std::make_shared<TProblemRegister>(REGISTER_SMALL_BUCKETS);
         TChessboard after = EmptyChessboard();
         QVERIFY(ReadFen("8/k7/2K5/8/8/8/7R/8", after));
         problem->m_pRegister->Store(3, TChessboardRegisterItem::FromBoard(after), true);
@@ -241,8 +242,11 @@ class BoardControllerTest : public QObject {
 
     void threatOfMateInTwoAfterAStoppedSolve() {
         load("7k/8/5K2/8/8/8/R7/8", 3);
-        // A solve stopped earlier leaves its stop word; the threat test is not cut short by it.
-        problem->SetCommand(COMMAND_STOP);
+        // A solve stopped earlier does not cut the threat test short.
+        Solver solver;
+        solver.Start(*problem, SolveRequest{});
+        solver.Stop();
+        solver.Wait();
         drag("a2", "a1");
         QCOMPARE(lastStatus(), QStringLiteral("threat: Kf6-f7"));
     }

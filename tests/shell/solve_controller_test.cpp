@@ -111,12 +111,12 @@ private slots:
         s.window->DispatchCommand(143);
         QVERIFY(s.window->runningSolves().isPaused(1));
         QVERIFY(s.enabled(144));
-        const uint64_t nodes = s.window->problems().Current()->m_nNodes.load();
+        const uint64_t nodes = s.solving->ProgressOf(1).nodes;
         QTest::qWait(400);
-        QVERIFY(s.window->problems().Current()->m_nNodes.load() <= nodes + 1);
+        QVERIFY(s.solving->ProgressOf(1).nodes <= nodes + 1);
         s.window->DispatchCommand(144);
         QVERIFY(!s.window->runningSolves().isPaused(1));
-        QTRY_VERIFY_WITH_TIMEOUT(s.window->problems().Current()->m_nNodes.load() > nodes + 1, 5000);
+        QTRY_VERIFY_WITH_TIMEOUT(s.solving->ProgressOf(1).nodes > nodes + 1, 5000);
         s.window->DispatchCommand(142);
     }
 
