@@ -6,6 +6,7 @@
 #include "core/castling.h"
 #include "core/fen.h"
 #include "core/movegen.h"
+#include "fuzz_check.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -22,9 +23,7 @@ zorvane::TChessboard freshBoard() {
     return b;
 }
 
-void check(bool condition) {
-    if (!condition) std::abort();
-}
+using zorvane::fuzz::check;
 
 } // namespace
 

@@ -4,6 +4,7 @@
 #include "core/chess_exception.h"
 #include "core/move.h"
 #include "core/piece.h"
+#include "fuzz_check.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -12,9 +13,7 @@
 
 namespace {
 
-void check(bool condition) {
-    if (!condition) std::abort();
-}
+using zorvane::fuzz::check;
 
 // The writer turns any king move over two or more files into a castling text,
 // which reads back as the castling of the side: only those moves can survive.

@@ -3,6 +3,7 @@
 // must change that key alone, also after the text is read again.
 #include "options/options.h"
 #include "options/profile_text.h"
+#include "fuzz_check.h"
 
 #include <array>
 #include <cstddef>
@@ -47,9 +48,7 @@ constexpr std::array<std::string_view, 31> KEYS = {"LanguageId",
                                                    "EnableManualEngineControl",
                                                    "ScalingWarningDismissed"};
 
-void check(bool condition) {
-    if (!condition) std::abort();
-}
+using zorvane::fuzz::check;
 
 std::vector<std::optional<std::string>> valuesOf(const zorvane::ProfileText& text) {
     std::vector<std::optional<std::string>> values;

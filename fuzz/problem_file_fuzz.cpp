@@ -4,6 +4,7 @@
 // write and a read change nothing.
 #include "core/chess_exception.h"
 #include "problems/problem_file.h"
+#include "fuzz_check.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -38,12 +39,7 @@ ProblemMap readBack(const std::string& text) {
     return problems;
 }
 
-void check(bool condition, const char* what) {
-    if (!condition) {
-        std::fprintf(stderr, "check failed: %s\n", what);
-        std::abort();
-    }
-}
+using zorvane::fuzz::check;
 
 } // namespace
 

@@ -10,6 +10,7 @@
 #include "core/chess_exception.h"
 #include "core/piece.h"
 #include "problems/sort_indication.h"
+#include "fuzz_check.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -21,12 +22,7 @@ namespace {
 
 using namespace zorvane;
 
-void check(bool condition, const char* what) {
-    if (!condition) {
-        std::fprintf(stderr, "check failed: %s\n", what);
-        std::abort();
-    }
-}
+using zorvane::fuzz::check;
 
 bool sameRecord(const SortIndication& a, const SortIndication& b) {
     return a.figure == b.figure && a.from == b.from && a.to == b.to && a.captureRule == b.captureRule &&

@@ -12,6 +12,7 @@
 #include "core/fen.h"
 #include "problems/text_encoding.h"
 #include "problems/variant.h"
+#include "fuzz_check.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -24,12 +25,7 @@ namespace {
 
 using namespace zorvane;
 
-void check(bool condition, const char* what) {
-    if (!condition) {
-        std::fprintf(stderr, "check failed: %s\n", what);
-        std::abort();
-    }
-}
+using zorvane::fuzz::check;
 
 bool sameVariant(const TVariant& a, const TVariant& b) {
     if (a.name != b.name || a.moves.size() != b.moves.size()) return false;

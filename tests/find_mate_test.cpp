@@ -258,7 +258,9 @@ struct DriverRun {
 
 TEST(FindMateCommands, CommandForAnotherThreadIsIgnored) {
     DriverRun run("5k2/8/5K2/8/8/8/8/4R3", 2);
-    run.job.SetCommand(COMMAND_STOP, 7); // the search runs as thread 0
+    // The word as the thread commands leave it: stop, for thread 7; the search runs as thread 0.
+    run.job.m_wCommandThread.store(7);
+    run.job.m_nCommand.store(COMMAND_STOP);
     const SolveResult result = run.Solve();
     EXPECT_FALSE(result.stopped);
     EXPECT_EQ(result.texts, std::vector<std::string>{"Kf6-g6"});

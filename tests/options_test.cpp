@@ -8,6 +8,8 @@
 #include "options/profile_int.h"
 #include "options/profile_text.h"
 
+#include "files_on_disk.h"
+
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -155,17 +157,10 @@ TEST(ProfileText, SetAfterAHeaderWithoutLineBreak) {
 
 class OptionsOnDisk : public ::testing::Test {
   protected:
+    TempFolder folder_{"zorvane_options_"};
+    const fs::path dir_ = folder_.path();
     void SetUp() override {
-        std::random_device random;
-        const auto stamp = std::chrono::steady_clock::now().time_since_epoch().count();
-        dir_ = fs::temp_directory_path() /
-               ("zorvane_options_" + std::to_string(stamp) + "_" + std::to_string(random()));
-        fs::create_directories(dir_);
         path_ = dir_ / "options.ini";
-    }
-    void TearDown() override {
-        std::error_code error;
-        fs::remove_all(dir_, error);
     }
     void write(const std::string& bytes) const {
         std::ofstream out(path_, std::ios::binary);
@@ -180,7 +175,6 @@ class OptionsOnDisk : public ::testing::Test {
         for (const auto& entry : fs::directory_iterator(dir_)) names.insert(entry.path().filename().string());
         return names;
     }
-    fs::path dir_;
     fs::path path_;
 };
 

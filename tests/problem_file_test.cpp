@@ -5,6 +5,8 @@
 #include "problems/problem_file.h"
 #include "test_squares.h"
 
+#include "files_on_disk.h"
+
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -49,39 +51,18 @@ std::string bodyError(const std::string& body) { return errorOf("1 #2\n{\n" + bo
 
 const std::string PREFIX = "Error parsing problem 1: ";
 
-std::string readBytes(const fs::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
 
-void writeBytes(const fs::path& path, const std::string& bytes) {
-    std::ofstream out(path, std::ios::binary);
-    out << bytes;
-}
 
 class ProblemFileOnDisk : public ::testing::Test {
 protected:
-    void SetUp() override {
-        std::random_device random;
-        const auto stamp = std::chrono::steady_clock::now().time_since_epoch().count();
-        dir_ = fs::temp_directory_path() /
-               ("zorvane_problem_file_" + std::to_string(stamp) + "_" + std::to_string(random()));
-        fs::create_directories(dir_);
-    }
-    void TearDown() override {
-        std::error_code error;
-        fs::permissions(dir_, fs::perms::owner_all, fs::perm_options::add, error);
-        fs::remove_all(dir_, error);
-    }
+    TempFolder folder_{"zorvane_problem_file_"};
+    const fs::path dir_ = folder_.path();
     // Names in the folder, to see that no temporary file stays behind.
     std::set<std::string> entries() const {
         std::set<std::string> names;
         for (const auto& entry : fs::directory_iterator(dir_)) names.insert(entry.path().filename().string());
         return names;
     }
-    fs::path dir_;
 };
 
 // ---- Edge cases of the format.
@@ -631,7 +612,7 @@ TEST_F(ProblemFileOnDisk, SaveAndLoad) {
     const fs::path path = dir_ / "problems.cp";
     const ProblemMap problems = readText(RICH);
     SaveProblemFile(path, problems, ProblemFileSettings{});
-    EXPECT_EQ(readBytes(path), RICH_WRITTEN);
+    EXPECT_EQ(ReadBytes(path), RICH_WRITTEN);
     EXPECT_EQ(entries(), std::set<std::string>{"problems.cp"});
 
     ProblemMap loaded;
@@ -651,9 +632,9 @@ TEST_F(ProblemFileOnDisk, CommentCompatibilityModeWritesTwoFiles) {
     const ProblemMap problems = readText(RICH);
     SaveProblemFile(dir_ / "problems.cp", problems, settings);
     EXPECT_EQ(entries(), (std::set<std::string>{"problems.cp", "problems.cpx"}));
-    EXPECT_EQ(readBytes(dir_ / "problems.cpx"), WriteProblemFileText(problems, true));
-    EXPECT_EQ(readBytes(dir_ / "problems.cp"), WriteProblemFileText(problems, false));
-    EXPECT_NE(readBytes(dir_ / "problems.cpx"), readBytes(dir_ / "problems.cp"));
+    EXPECT_EQ(ReadBytes(dir_ / "problems.cpx"), WriteProblemFileText(problems, true));
+    EXPECT_EQ(ReadBytes(dir_ / "problems.cp"), WriteProblemFileText(problems, false));
+    EXPECT_NE(ReadBytes(dir_ / "problems.cpx"), ReadBytes(dir_ / "problems.cp"));
 
     // Loading under the mode reads the double, with the comments.
     ProblemMap loaded;
@@ -678,7 +659,7 @@ TEST_F(ProblemFileOnDisk, FailedSaveOverDirectoryLeavesNoTrace) {
 TEST_F(ProblemFileOnDisk, FailedSaveInReadOnlyFolderKeepsOldFile) {
     const fs::path target = dir_ / "old.cp";
     const std::string old = "UTF-8\n\n\n1 #2\n{\n\tFEN: 4k3/8/8/8/8/8/8/4K3\n}\n";
-    writeBytes(target, old);
+    WriteBytes(target, old);
     fs::permissions(dir_, fs::perms::owner_read | fs::perms::owner_exec);
     {
         // Some users (root) write whatever the permissions say.
@@ -691,7 +672,7 @@ TEST_F(ProblemFileOnDisk, FailedSaveInReadOnlyFolderKeepsOldFile) {
     }
     EXPECT_THROW(SaveProblemFile(target, readText(RICH), ProblemFileSettings{}), ChessException);
     fs::permissions(dir_, fs::perms::owner_all);
-    EXPECT_EQ(readBytes(target), old);
+    EXPECT_EQ(ReadBytes(target), old);
     EXPECT_EQ(entries(), std::set<std::string>{"old.cp"});
 }
 
@@ -700,7 +681,7 @@ TEST_F(ProblemFileOnDisk, FailedWriteKeepsOldFile) {
     // A file size limit makes the write itself fail, whatever the user's rights.
     const fs::path target = dir_ / "old.cp";
     const std::string old = "UTF-8\n\n\n1 #2\n{\n\tFEN: 4k3/8/8/8/8/8/8/4K3\n}\n";
-    writeBytes(target, old);
+    WriteBytes(target, old);
     const ProblemMap problems = readText(RICH);
     rlimit saved{};
     ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &saved), 0);
@@ -717,7 +698,7 @@ TEST_F(ProblemFileOnDisk, FailedWriteKeepsOldFile) {
     setrlimit(RLIMIT_FSIZE, &saved);
     std::signal(SIGXFSZ, previousHandler);
     EXPECT_EQ(message, "Error opening file: " + target.string() + " (File too large)");
-    EXPECT_EQ(readBytes(target), old);
+    EXPECT_EQ(ReadBytes(target), old);
     EXPECT_EQ(entries(), std::set<std::string>{"old.cp"});
 }
 #endif
@@ -743,9 +724,9 @@ TEST_F(ProblemFileOnDisk, DefaultFileInEachLanguageReadsBack) {
         EXPECT_EQ(p.startPosition.m_aSquares[sq("e1")], WK);
         EXPECT_EQ(p.startPosition.m_aSquares[sq("e8")], BK);
     }
-    EXPECT_EQ(readBytes(dir_ / "default1.cp"),
+    EXPECT_EQ(ReadBytes(dir_ / "default1.cp"),
               "UTF-8\n1 #2\n{\n\tDesc: Click here to change problem description\n\tWhite: Ke1\n\tBlack: Ke8\n}\n");
-    EXPECT_EQ(readBytes(dir_ / "default0.cp"),
+    EXPECT_EQ(ReadBytes(dir_ / "default0.cp"),
               "UTF-8\n1 #2\n{\n\tDesc: Kliknij, aby zmieni\xc4\x87 opis problemu\n\tWhite: Ke1\n\tBlack: Ke8\n}\n");
 }
 

@@ -4,6 +4,8 @@
 #include "problems/problem_file.h"
 #include "problems/safe_write.h"
 
+#include "files_on_disk.h"
+
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -26,23 +28,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::string readBytes(const fs::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
 
-void writeBytes(const fs::path& path, const std::string& bytes) {
-    std::ofstream out(path, std::ios::binary | std::ios::trunc);
-    out << bytes;
-}
 
-std::set<std::string> entriesOf(const fs::path& folder) {
-    std::set<std::string> names;
-    for (const auto& entry : fs::directory_iterator(folder)) names.insert(entry.path().filename().string());
-    return names;
-}
 
 std::string messageOf(const fs::path& target, const std::string& bytes) {
     try {
@@ -85,24 +72,13 @@ class SleepingProcess {
 
 class SafeWriteOnDisk : public ::testing::Test {
   protected:
-    void SetUp() override {
-        std::random_device random;
-        const auto stamp = std::chrono::steady_clock::now().time_since_epoch().count();
-        dir_ = fs::temp_directory_path() /
-               ("zorvane_safe_write_" + std::to_string(stamp) + "_" + std::to_string(random()));
-        fs::create_directories(dir_);
-    }
-    void TearDown() override {
-        std::error_code error;
-        fs::permissions(dir_, fs::perms::owner_all, fs::perm_options::add, error);
-        fs::remove_all(dir_, error);
-    }
-    std::set<std::string> entries() const { return entriesOf(dir_); }
+    TempFolder folder_{"zorvane_safe_write_"};
+    const fs::path dir_ = folder_.path();
+    std::set<std::string> entries() const { return EntriesOf(dir_); }
     // The name of a temporary file of this machine for dir_/problems.cp.
     std::string temporaryName(int pid, unsigned counter, const std::string& file = "problems.cp") const {
         return SafeWriteTemporaryPath(dir_ / file, SafeWriteHostName(), pid, counter).filename().string();
     }
-    fs::path dir_;
 };
 
 // ---- The name of a temporary file.
@@ -128,14 +104,14 @@ TEST_F(SafeWriteOnDisk, WritesTheFileALinkPointsToAndKeepsTheLink) {
     fs::create_directories(dir_ / "real");
     fs::create_directories(dir_ / "links");
     const fs::path real = dir_ / "real" / "problems.cp";
-    writeBytes(real, "old");
+    WriteBytes(real, "old");
     fs::permissions(real, fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read);
     fs::create_symlink("../real/problems.cp", dir_ / "links" / "link.cp");
     // A link to the link: both are followed.
     fs::create_symlink("links/link.cp", dir_ / "chain.cp");
 
     WriteFileSafely(dir_ / "chain.cp", "new");
-    EXPECT_EQ(readBytes(real), "new");
+    EXPECT_EQ(ReadBytes(real), "new");
     EXPECT_TRUE(fs::is_symlink(dir_ / "chain.cp"));
     EXPECT_EQ(fs::read_symlink(dir_ / "chain.cp"), fs::path("links/link.cp"));
     EXPECT_TRUE(fs::is_symlink(dir_ / "links" / "link.cp"));
@@ -143,8 +119,8 @@ TEST_F(SafeWriteOnDisk, WritesTheFileALinkPointsToAndKeepsTheLink) {
     EXPECT_EQ(fs::status(real).permissions(),
               fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read);
     // The temporary file went beside the real file and is gone.
-    EXPECT_EQ(entriesOf(dir_ / "real"), std::set<std::string>{"problems.cp"});
-    EXPECT_EQ(entriesOf(dir_ / "links"), std::set<std::string>{"link.cp"});
+    EXPECT_EQ(EntriesOf(dir_ / "real"), std::set<std::string>{"problems.cp"});
+    EXPECT_EQ(EntriesOf(dir_ / "links"), std::set<std::string>{"link.cp"});
     EXPECT_EQ(entries(), (std::set<std::string>{"chain.cp", "links", "real"}));
 }
 
@@ -152,7 +128,7 @@ TEST_F(SafeWriteOnDisk, ALinkToAMissingFileCreatesThatFile) {
     fs::create_symlink("made.cp", dir_ / "link.cp");
     WriteFileSafely(dir_ / "link.cp", "text");
     EXPECT_TRUE(fs::is_symlink(dir_ / "link.cp"));
-    EXPECT_EQ(readBytes(dir_ / "made.cp"), "text");
+    EXPECT_EQ(ReadBytes(dir_ / "made.cp"), "text");
     EXPECT_EQ(entries(), (std::set<std::string>{"link.cp", "made.cp"}));
 }
 
@@ -167,33 +143,33 @@ TEST_F(SafeWriteOnDisk, ALinkLoopNamesTheReason) {
 // ---- Temporary files left behind.
 
 TEST_F(SafeWriteOnDisk, RemovesTheTemporaryFileOfADeadSave) {
-    writeBytes(dir_ / "problems.cp", "old");
+    WriteBytes(dir_ / "problems.cp", "old");
     const std::string stale = temporaryName(deadProcessId(), 3);
-    writeBytes(dir_ / stale, "half a colle");
+    WriteBytes(dir_ / stale, "half a colle");
     ASSERT_EQ(entries(), (std::set<std::string>{"problems.cp", stale}));
     WriteFileSafely(dir_ / "problems.cp", "new");
-    EXPECT_EQ(readBytes(dir_ / "problems.cp"), "new");
+    EXPECT_EQ(ReadBytes(dir_ / "problems.cp"), "new");
     EXPECT_EQ(entries(), std::set<std::string>{"problems.cp"});
 }
 
 TEST_F(SafeWriteOnDisk, KeepsTheTemporaryFilesOfLiveSaves) {
-    writeBytes(dir_ / "problems.cp", "old");
+    WriteBytes(dir_ / "problems.cp", "old");
     SleepingProcess sleeper;
     ASSERT_GT(sleeper.pid(), 0);
     // This process, with a counter that none of its saves reaches.
     const std::string own = temporaryName(static_cast<int>(getpid()), 999999);
     const std::string other = temporaryName(sleeper.pid(), 0);
-    writeBytes(dir_ / own, "being written");
-    writeBytes(dir_ / other, "being written too");
+    WriteBytes(dir_ / own, "being written");
+    WriteBytes(dir_ / other, "being written too");
     WriteFileSafely(dir_ / "problems.cp", "new");
-    EXPECT_EQ(readBytes(dir_ / "problems.cp"), "new");
+    EXPECT_EQ(ReadBytes(dir_ / "problems.cp"), "new");
     EXPECT_EQ(entries(), (std::set<std::string>{"problems.cp", own, other}));
-    EXPECT_EQ(readBytes(dir_ / own), "being written");
-    EXPECT_EQ(readBytes(dir_ / other), "being written too");
+    EXPECT_EQ(ReadBytes(dir_ / own), "being written");
+    EXPECT_EQ(ReadBytes(dir_ / other), "being written too");
 }
 
 TEST_F(SafeWriteOnDisk, KeepsEveryFileThatIsNoTemporaryFileOfItsOwn) {
-    writeBytes(dir_ / "problems.cp", "old");
+    WriteBytes(dir_ / "problems.cp", "old");
     const int dead = deadProcessId();
     const std::string host = SafeWriteHostName();
     const std::string pid = std::to_string(dead);
@@ -207,7 +183,7 @@ TEST_F(SafeWriteOnDisk, KeepsEveryFileThatIsNoTemporaryFileOfItsOwn) {
         "problems.cp.zorvane-tmp." + host + "." + pid + ".0",   // not hidden
         ".problems.cp.tmp." + host + "." + pid + ".0",          // not ours
     };
-    for (const std::string& name : kept) writeBytes(dir_ / name, "someone's");
+    for (const std::string& name : kept) WriteBytes(dir_ / name, "someone's");
     // Named as a dead save's, but a folder and a link.
     const std::string folder = temporaryName(dead, 1), link = temporaryName(dead, 2);
     fs::create_directory(dir_ / folder);
@@ -217,28 +193,28 @@ TEST_F(SafeWriteOnDisk, KeepsEveryFileThatIsNoTemporaryFileOfItsOwn) {
     std::set<std::string> expected = kept;
     expected.insert({"problems.cp", folder, link});
     EXPECT_EQ(entries(), expected);
-    EXPECT_EQ(readBytes(dir_ / "problems.cp"), "new");
+    EXPECT_EQ(ReadBytes(dir_ / "problems.cp"), "new");
 }
 
 // ---- Failures name their reason.
 
 TEST_F(SafeWriteOnDisk, AnUnwritableFolderNamesTheReason) {
     const fs::path target = dir_ / "problems.cp";
-    writeBytes(target, "old");
+    WriteBytes(target, "old");
     if (geteuid() == 0) GTEST_SKIP() << "root writes whatever the permissions say";
     fs::permissions(dir_, fs::perms::owner_read | fs::perms::owner_exec);
     const std::string message = messageOf(target, "new");
     fs::permissions(dir_, fs::perms::owner_all);
     EXPECT_EQ(message, "Error opening file: " + target.string() + " (Permission denied)");
-    EXPECT_EQ(readBytes(target), "old");
+    EXPECT_EQ(ReadBytes(target), "old");
     EXPECT_EQ(entries(), std::set<std::string>{"problems.cp"});
 }
 
 TEST_F(SafeWriteOnDisk, AFolderThatIsAFileNamesTheReason) {
-    writeBytes(dir_ / "plain", "a file");
+    WriteBytes(dir_ / "plain", "a file");
     const fs::path target = dir_ / "plain" / "problems.cp";
     EXPECT_EQ(messageOf(target, "new"), "Error opening file: " + target.string() + " (Not a directory)");
-    EXPECT_EQ(readBytes(dir_ / "plain"), "a file");
+    EXPECT_EQ(ReadBytes(dir_ / "plain"), "a file");
     EXPECT_EQ(entries(), std::set<std::string>{"plain"});
 }
 
@@ -286,11 +262,11 @@ std::string unformattedCollection(int problems) {
 }
 
 TEST_F(SafeWriteOnDisk, FormatInPlaceThroughALinkKeepsTheLink) {
-    writeBytes(dir_ / "real.cp", unformattedCollection(2));
+    WriteBytes(dir_ / "real.cp", unformattedCollection(2));
     fs::create_symlink("real.cp", dir_ / "link.cp");
     ASSERT_EQ(formatToTheEnd(dir_ / "link.cp"), 0);
     EXPECT_TRUE(fs::is_symlink(dir_ / "link.cp"));
-    EXPECT_EQ(readBytes(dir_ / "real.cp"),
+    EXPECT_EQ(ReadBytes(dir_ / "real.cp"),
               "UTF-8\n\n\n1 #2\n{\n\tDescription: problem 1\n\tFEN: 4k3/8/8/8/8/8/8/R3K3\n"
               "\tAnswer:  Ra1-a8\n}\n\n2 #2\n{\n\tDescription: problem 2\n"
               "\tFEN: 4k3/8/8/8/8/8/8/R3K3\n\tAnswer:  Ra1-a8\n}\n");
@@ -305,11 +281,11 @@ constexpr int KILLS = 30;
 TEST_F(SafeWriteOnDisk, FormatKilledAtAnyMomentLeavesTheOldOrTheNewText) {
     const fs::path file = dir_ / "collection.cp";
     const std::string old = unformattedCollection(KILLED_COLLECTION_PROBLEMS);
-    writeBytes(file, old);
+    WriteBytes(file, old);
     const auto start = std::chrono::steady_clock::now();
     ASSERT_EQ(formatToTheEnd(file), 0);
     const auto wholeRun = std::chrono::steady_clock::now() - start;
-    const std::string formatted = readBytes(file);
+    const std::string formatted = ReadBytes(file);
     ProblemMap problems;
     std::set<std::wstring> tags;
     ReadProblemText(old, problems, ProblemFileSettings{}, tags);
@@ -331,7 +307,7 @@ TEST_F(SafeWriteOnDisk, FormatKilledAtAnyMomentLeavesTheOldOrTheNewText) {
     };
     int keptOld = 0, gotNew = 0, leftTemporary = 0;
     for (int round = 0; round < KILLS; ++round) {
-        writeBytes(file, old);
+        WriteBytes(file, old);
         ASSERT_EQ(stat(file.c_str(), &oldFile), 0);
         const pid_t child = startFormat(file);
         ASSERT_GT(child, 0);
@@ -355,7 +331,7 @@ TEST_F(SafeWriteOnDisk, FormatKilledAtAnyMomentLeavesTheOldOrTheNewText) {
             int status = 0;
             waitpid(child, &status, 0);
         }
-        const std::string text = readBytes(file);
+        const std::string text = ReadBytes(file);
         EXPECT_TRUE(text == old || text == formatted)
             << "kill " << round << " left " << text.size() << " bytes";
         keptOld += text == old;
@@ -364,7 +340,7 @@ TEST_F(SafeWriteOnDisk, FormatKilledAtAnyMomentLeavesTheOldOrTheNewText) {
 
         // The next whole run removes what the killed one left.
         ASSERT_EQ(formatToTheEnd(file), 0);
-        EXPECT_EQ(readBytes(file), formatted);
+        EXPECT_EQ(ReadBytes(file), formatted);
         EXPECT_EQ(entries(), std::set<std::string>{"collection.cp"}) << "after kill " << round;
     }
     std::cout << "whole run " << std::chrono::duration_cast<std::chrono::milliseconds>(wholeRun).count()

@@ -6,7 +6,7 @@
 #include "shell/board_view.h"
 #include "shell/process_control.h"
 #include "shell/solve_controller.h"
-#include "window_session.h"
+#include "solving_session.h"
 
 #include <QLabel>
 #include <QSignalSpy>
@@ -18,24 +18,7 @@ using namespace zorvane;
 
 namespace {
 
-const QString LONG_SEARCH = QStringLiteral(ZORVANE_SOURCE_DIR "/tests/data/long_search.cp");
 
-// The window with its solving runs attached, as the program wires them.
-struct SolvingSession : Session {
-    std::unique_ptr<SolveController> solving;
-    void attach() {
-        solving = std::make_unique<SolveController>(*window, window->board());
-        solving->attachTo(*window);
-    }
-    ~SolvingSession() { solving.reset(); }
-};
-
-void startLong(SolvingSession& s) {
-    QFile::copy(LONG_SEARCH, s.path(QStringLiteral("long.cp")));
-    QFile(s.path(QStringLiteral("long.cp"))).setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
-    start(s, s.path(QStringLiteral("long.cp")));
-    s.attach();
-}
 
 } // namespace
 

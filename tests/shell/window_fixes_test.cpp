@@ -6,7 +6,7 @@
 #include "shell/board_view.h"
 #include "shell/solve_controller.h"
 #include "shell/system_commands.h"
-#include "window_session.h"
+#include "solving_session.h"
 
 #include <QDesktopServices>
 #include <QSignalSpy>
@@ -22,29 +22,12 @@ namespace fs = std::filesystem;
 
 namespace {
 
-const QString LONG_SEARCH = QStringLiteral(ZORVANE_SOURCE_DIR "/tests/data/long_search.cp");
 const QString README = QStringLiteral(ZORVANE_SOURCE_DIR "/README.md");
 const QString NOT_AVAILABLE =
     QStringLiteral("Information|This function is not available yet in this version of the program.");
 const QString QUIT_QUESTION = QStringLiteral(
     "Question|Search for solution is pending for 1 problem(s).\nAre you sure you want to quit?");
 
-// The window with its solving runs attached, as the program wires them.
-struct SolvingSession : Session {
-    std::unique_ptr<SolveController> solving;
-    void attach() {
-        solving = std::make_unique<SolveController>(*window, window->board());
-        solving->attachTo(*window);
-    }
-    ~SolvingSession() { solving.reset(); }
-};
-
-void startLong(SolvingSession& s) {
-    QFile::copy(LONG_SEARCH, s.path(QStringLiteral("long.cp")));
-    QFile(s.path(QStringLiteral("long.cp"))).setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
-    start(s, s.path(QStringLiteral("long.cp")));
-    s.attach();
-}
 
 void touch(const fs::path& path) {
     fs::create_directories(path.parent_path());
