@@ -297,6 +297,12 @@ TEST(FenReader, NotesNameEachDeniedRightTheSquareAndTheSide) {
     EXPECT_EQ(notes.enPassantSquare, -1);
 }
 
+TEST(FenReader, ANulByteIsNoSideToMove) {
+    FenNotes notes;
+    ASSERT_TRUE(reads(std::string("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR \0 KQkq - 0 1", 56), &notes));
+    EXPECT_EQ(notes.sideToMove, 0);
+}
+
 TEST(DoubleStepHistory, MakesTheCaptureOnTheNamedSquarePossible) {
     TChessboard b = freshBoard(1);
     ASSERT_TRUE(ReadFen("4k3/8/8/3pP3/8/8/8/4K3", b));

@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstring>
 #include <sstream>
+#include <string_view>
 #include <vector>
 
 namespace zorvane {
@@ -133,7 +134,9 @@ bool ReadFen(const std::string& text, TChessboard& board, FenNotes* notes) {
     const bool rightk = allRights || rest.find('k') != std::string::npos;
     const bool rightq = allRights || rest.find('q') != std::string::npos;
     size_t castlingField = 0;
-    if (!fields.empty() && fields[0].size() == 1 && std::strchr("wbWB", fields[0][0])) castlingField = 1;
+    // Not strchr: it would find a NUL byte of the text at the end of "wbWB".
+    if (!fields.empty() && fields[0].size() == 1 && std::string_view("wbWB").find(fields[0][0]) != std::string_view::npos)
+        castlingField = 1;
     const bool enPassant = fields.size() > castlingField + 1 && fields[castlingField + 1] != "-";
     int enPassantSquare = -1;
     if (enPassant) {
