@@ -98,6 +98,7 @@ void MainWindow::buildWindow() {
     layout->addWidget(m_boardView, 0, Qt::AlignTop);
     auto* side = new QVBoxLayout;
     m_description = new QLabel(central);
+    m_description->setObjectName(QStringLiteral("problemText"));
     m_description->setWordWrap(true);
     m_description->setTextFormat(Qt::PlainText);
     m_progress = new QLabel(central);

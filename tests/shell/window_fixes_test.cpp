@@ -9,6 +9,7 @@
 #include "solving_session.h"
 
 #include <QDesktopServices>
+#include <QLabel>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QToolButton>
@@ -200,6 +201,19 @@ class WindowFixesTest : public QObject {
         s.window->DispatchCommand(167); // the history's way back shows the diagram too
         s.window->DispatchCommand(168);
         QCOMPARE(s.window->board().shownPosition(), &problem->startPosition);
+    }
+
+    void aProblemWithPlayedMovesKeepsItsStipulation() {
+        // A "#3" whose file plays two moves from the diagram is still a #3.
+        Session s;
+        const QString file = s.path(QStringLiteral("played.cp"));
+        QFile::copy(QStringLiteral(ZORVANE_SOURCE_DIR "/tests/data/played_moves.cp"), file);
+        QFile(file).setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+        start(s, file);
+        auto* text = s.window->findChild<QLabel*>(QStringLiteral("problemText"));
+        QVERIFY(text);
+        QVERIFY2(text->text().startsWith(QStringLiteral("1. #3 ")), qPrintable(text->text()));
+        QCOMPARE(s.window->problems().Current()->playedPositions.size(), size_t{2});
     }
 
     // ---- Quitting during a solve.
