@@ -28,40 +28,40 @@ fs::path withExtension(const QString& name) {
 FileCommands::FileCommands(WindowServices& window, QObject* parent)
     : QObject(parent), m_window(window), m_watch(this) {}
 
-bool FileCommands::dispatch(int id) {
+bool FileCommands::dispatch(CommandId id) {
     switch (id) {
-    case 125:
+    case CommandId::FileNew:
         newFile();
         return true;
-    case 120:
+    case CommandId::FileOpenDefault:
         openFile(m_window.dataDirectory() / "myChessProblems.cp", true);
         return true;
-    case 121:
+    case CommandId::FileOpenSamples:
         openFile(m_window.dataDirectory() / "sample_problems.cp");
         return true;
-    case 122: {
+    case CommandId::FileOpen: {
         const QString name = askFileToOpen(m_window.tr3(L"Otwórz plik z problemami szachowymi",
                                                         L"Open file with chess problems",
                                                         L"Відкрити файл із шаховими задачами"));
         if (!name.isEmpty()) openFile(toPath(name));
         return true;
     }
-    case 123:
+    case CommandId::FileSave:
         save();
         return true;
-    case 124:
+    case CommandId::FileSaveAs:
         saveAs();
         return true;
-    case 126:
+    case CommandId::FileAppendProblems:
         appendProblems();
         return true;
-    case 128:
+    case CommandId::FileRemoveProblems:
         removeProblems();
         return true;
-    case 129:
+    case CommandId::FileExit:
         m_window.closeWindow();
         return true;
-    case 163:
+    case CommandId::TagsAppendFromFile:
         appendTags();
         return true;
     default:

@@ -218,8 +218,8 @@ void MainWindow::finishInitialisation(InitialProblems& loaded) {
 
 // ---- Commands
 
-void MainWindow::DispatchCommand(int id) {
-    const int command = CanonicalCommand(id);
+void MainWindow::DispatchCommand(CommandId id) {
+    const CommandId command = CanonicalCommand(id);
     if (!m_initialised) return;
     // Commands may come by other roads than their items: the same rules decide.
     UpdateMenuState();
@@ -237,23 +237,23 @@ void MainWindow::DispatchCommand(int id) {
     UpdateMenuState();
 }
 
-void MainWindow::runWindowCommand(int id) {
+void MainWindow::runWindowCommand(CommandId id) {
     switch (id) {
-    case 170:
+    case CommandId::Options:
         showOptionsDialog();
         break;
-    case 192:
+    case CommandId::ViewResizeProgressArea:
         toggleProgressArea();
         break;
-    case 285:
-    case 286:
-    case 287:
-        ApplyLanguage(id - 285);
+    case CommandId::LanguagePolish:
+    case CommandId::LanguageEnglish:
+    case CommandId::LanguageUkrainian:
+        ApplyLanguage(LanguageOf(id));
         break;
-    case 300:
+    case CommandId::TrayShowProgram:
         m_tray->restore();
         break;
-    case 310:
+    case CommandId::TrayCloseProgram:
         close();
         break;
     default:
@@ -261,7 +261,7 @@ void MainWindow::runWindowCommand(int id) {
     }
 }
 
-void MainWindow::explainRefusal(int id) {
+void MainWindow::explainRefusal(CommandId id) {
     const TChessProblem* problem = m_problems->Current();
     const bool solving = problem && m_running.contains(problem->id);
     const bool notBuilt = std::find(CommandsNotBuiltYet().begin(), CommandsNotBuiltYet().end(), id) !=
@@ -404,7 +404,7 @@ void MainWindow::refreshProblemText() {
 }
 
 void MainWindow::stopCurrentSolve() {
-    if (onSolveCommand) onSolveCommand(142);
+    if (onSolveCommand) onSolveCommand(CommandId::SolveStop);
 }
 
 void MainWindow::stopAllSolves() {

@@ -10,46 +10,46 @@ namespace zorvane {
 NavigationCommands::NavigationCommands(WindowServices& window, QObject* parent)
     : QObject(parent), m_window(window) {}
 
-bool NavigationCommands::dispatch(int id) {
+bool NavigationCommands::dispatch(CommandId id) {
     ProblemList& list = m_window.problems();
     switch (id) {
-    case 145:
+    case CommandId::ProblemNext:
         list.NavigateToProblem(Navigation::Next);
         return true;
-    case 146:
+    case CommandId::ProblemPrevious:
         list.NavigateToProblem(Navigation::Previous);
         return true;
-    case 159:
+    case CommandId::ProblemFirst:
         list.NavigateToProblem(Navigation::First);
         return true;
-    case 160:
+    case CommandId::ProblemLast:
         list.NavigateToProblem(Navigation::Last);
         return true;
-    case 167:
+    case CommandId::ProblemHistoryBack:
         list.HistoryBack();
         return true;
-    case 168:
+    case CommandId::ProblemHistoryForward:
         list.HistoryForward();
         return true;
-    case 154:
+    case CommandId::ProblemSelectByNumber:
         selectByNumber();
         return true;
-    case 155:
+    case CommandId::ProblemSelectFromList:
         selectFromList();
         return true;
-    case 147:
+    case CommandId::ProblemNew:
         appendNewProblem(PROBLEM_DIRECT_MATE);
         return true;
-    case 166:
+    case CommandId::Bonus:
         appendNewProblem(PROBLEM_POSITION);
         return true;
-    case 161:
+    case CommandId::TagAdd:
         addTag();
         return true;
-    case 162:
+    case CommandId::TagRemove:
         removeTag();
         return true;
-    case 195:
+    case CommandId::TypeDirectMate:
         setDirectMate();
         return true;
     default:

@@ -77,7 +77,7 @@ SolveController::SolveController(WindowServices& window, BoardController& board,
 
 void SolveController::attachTo(MainWindow& window) {
     m_mainWindow = &window;
-    window.onSolveCommand = [this](int id) { dispatch(id); };
+    window.onSolveCommand = [this](CommandId id) { dispatch(id); };
     window.onStopAllSolves = [this] { StopAllSolving(); };
     connect(&window, &MainWindow::closing, this, [this] { StopAllSolving(true); });
     connect(&window, &MainWindow::refreshTick, this,
@@ -112,13 +112,13 @@ void SolveController::startButtonClicked(bool rightButton, bool ctrl) {
     if (!problem) return;
     const bool running = m_runs.count(problem->id) != 0;
     // Through the window, so that a greyed command does not run by the button either.
-    const auto command = [this](int id) {
+    const auto command = [this](CommandId id) {
         if (m_mainWindow) m_mainWindow->DispatchCommand(id);
         else dispatch(id);
     };
-    if (!rightButton) command(running ? 142 : 140);
+    if (!rightButton) command(running ? CommandId::SolveStop : CommandId::SolveStart);
     else if (running) PauseOrResume(ctrl);
-    else command(ctrl ? 679 : 141);
+    else command(ctrl ? CommandId::SolveAllWithHeuristics : CommandId::SolveAllSolutions);
 }
 
 void SolveController::refreshStartButton() {
@@ -148,14 +148,14 @@ void SolveController::tell(const QString& title, const QString& text) {
     m_window.prompts().message(title, text, PromptIcon::Information);
 }
 
-void SolveController::dispatch(int id) {
+void SolveController::dispatch(CommandId id) {
     switch (id) {
-    case 140: StartSolving(false); return;
-    case 141: StartSolving(true); return;
-    case 142: StopSolving(); return;
-    case 143: PauseOrResume(false); return;
-    case 169: PauseOrResume(true); return;
-    case 144: ResumeSolving(); return;
+    case CommandId::SolveStart: StartSolving(false); return;
+    case CommandId::SolveAllSolutions: StartSolving(true); return;
+    case CommandId::SolveStop: StopSolving(); return;
+    case CommandId::SolvePause: PauseOrResume(false); return;
+    case CommandId::SolvePauseOneThread: PauseOrResume(true); return;
+    case CommandId::SolveResume: ResumeSolving(); return;
     default: return;
     }
 }
@@ -173,7 +173,7 @@ void SolveController::StartSolving(bool allSolutions) {
     }
     // 2. Position setting is left first; a refusal cancels the start.
     if (m_board.isSettingMode()) {
-        m_board.dispatch(137);
+        m_board.dispatch(CommandId::PositionSettingMode);
         if (m_board.isSettingMode()) return;
     }
     // 3. The thread by what the board shows.

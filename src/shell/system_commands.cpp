@@ -1,6 +1,5 @@
 #include "shell/system_commands.h"
 
-#include "shell/command_table.h"
 #include "shell/process_control.h"
 #include "shell/startup.h"
 #include "shell/window_services.h"
@@ -15,6 +14,7 @@ namespace zorvane {
 
 namespace {
 
+// In the order of the Priority menu.
 constexpr int PRIORITY_CLASSES[] = {PRIORITY_HIGH, PRIORITY_ABOVE_NORMAL, PRIORITY_NORMAL,
                                     PRIORITY_BELOW_NORMAL, PRIORITY_LOW};
 constexpr int MAX_THREADS = 64;
@@ -24,24 +24,24 @@ constexpr int MAX_THREADS = 64;
 SystemCommands::SystemCommands(WindowServices& window, QObject* parent)
     : QObject(parent), m_window(window), m_knownMask(ProcessAffinityMask()) {}
 
-bool SystemCommands::dispatch(int id) {
-    if (id >= 200 && id <= 204) {
+bool SystemCommands::dispatch(CommandId id) {
+    if (id >= CommandId::PriorityHigh && id <= CommandId::PriorityLow) {
         setPriority(id);
         return true;
     }
-    if (id >= FIRST_AFFINITY_COMMAND && id <= LAST_AFFINITY_COMMAND) {
-        toggleProcessor(id - FIRST_AFFINITY_COMMAND);
+    if (IsProcessorCommand(id)) {
+        toggleProcessor(ProcessorOf(id));
         return true;
     }
     switch (id) {
-    case 165:
+    case CommandId::Threads:
         askThreads();
         return true;
-    case 185:
+    case CommandId::HelpAbout:
         about();
         return true;
-    case 187:
-    case 198:
+    case CommandId::HelpReadme:
+    case CommandId::HelpManual:
         openReadme();
         return true;
     default:
@@ -49,9 +49,9 @@ bool SystemCommands::dispatch(int id) {
     }
 }
 
-void SystemCommands::setPriority(int id) {
+void SystemCommands::setPriority(CommandId id) {
     // Raising the priority may be refused without privileges; the menu then shows what holds.
-    SetProcessPriorityClass(PRIORITY_CLASSES[id - 200]);
+    SetProcessPriorityClass(PRIORITY_CLASSES[CommandNumber(id) - CommandNumber(CommandId::PriorityHigh)]);
 }
 
 void SystemCommands::toggleProcessor(int cpu) {
