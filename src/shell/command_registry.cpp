@@ -25,7 +25,7 @@ bool IsCheckableCommand(CommandId id) {
 CommandRegistry::CommandRegistry(QWidget* window) : QObject(window), m_window(window) {
     for (const Accelerator& key : Accelerators()) {
         const CommandInfo* info = FindCommand(key.twin);
-        QAction* action = makeAction(key.id, info ? info->text : Text3{}, window);
+        QAction* action = makeAction(key.id, info ? info->text : LocalizedText{}, window);
         action->setShortcut(QKeySequence(QString::fromLatin1(key.keys)));
         action->setShortcutContext(Qt::WindowShortcut);
         window->addAction(action);
@@ -39,13 +39,13 @@ CommandRegistry::CommandRegistry(QWidget* window) : QObject(window), m_window(wi
 
 CommandRegistry::~CommandRegistry() = default;
 
-QAction* CommandRegistry::makeAction(CommandId id, const Text3& text, QObject* parent) {
+QAction* CommandRegistry::makeAction(CommandId id, const LocalizedText& text, QObject* parent) {
     auto* action = new QAction(parent);
     action->setCheckable(IsCheckableCommand(id));
     connect(action, &QAction::triggered, this, [this, id] { emit commandTriggered(id); });
     m_entries.push_back({id, action, text});
     m_byCommand.emplace(CanonicalCommand(id), action);
-    if (text.english) action->setText(Translate(m_languageId, text));
+    if (!text.english.empty()) action->setText(Translate(m_languageId, text));
     return action;
 }
 
@@ -65,7 +65,8 @@ void CommandRegistry::fillMenu(QMenu* menu, const MenuDefinition& definition) {
             m_affinityMenu = current;
         } else {
             const CommandInfo* info = FindCommand(line.command());
-            const Text3 text = line.ownText.english ? line.ownText : (info ? info->text : Text3{});
+            const LocalizedText text =
+                !line.ownText.english.empty() ? line.ownText : (info ? info->text : LocalizedText{});
             current->addAction(makeAction(line.command(), text, current));
         }
     }
@@ -134,7 +135,7 @@ void CommandRegistry::addAffinityItems(uint64_t systemMask) {
     for (int cpu = 0; cpu < 64; ++cpu) {
         if (!(systemMask & (uint64_t{1} << cpu))) continue;
         // "Procesor " and the number, the same in every language.
-        QAction* action = makeAction(ProcessorCommand(cpu), Text3{}, m_affinityMenu);
+        QAction* action = makeAction(ProcessorCommand(cpu), LocalizedText{}, m_affinityMenu);
         action->setText(QString::fromWCharArray(ProcessorItemText) + QString::number(cpu));
         m_affinityMenu->addAction(action);
     }
@@ -152,7 +153,7 @@ QMenu* CommandRegistry::popup(int menuId) const {
 void CommandRegistry::retranslate(int languageId) {
     m_languageId = languageId;
     for (const Entry& entry : m_entries) {
-        if (!entry.text.english) continue;
+        if (entry.text.english.empty()) continue;
         if (entry.isToolTip)
             entry.action->setToolTip(Translate(languageId, entry.text));
         else

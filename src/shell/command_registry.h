@@ -59,16 +59,16 @@ class CommandRegistry : public QObject {
     struct Entry {
         CommandId id;
         QAction* action;
-        Text3 text;
+        LocalizedText text;
         bool isToolTip = false;
     };
-    QAction* makeAction(CommandId id, const Text3& text, QObject* parent);
+    QAction* makeAction(CommandId id, const LocalizedText& text, QObject* parent);
     void fillMenu(QMenu* menu, const MenuDefinition& definition);
 
     QWidget* m_window;
     std::vector<Entry> m_entries;
     std::multimap<CommandId, QAction*> m_byCommand; // canonical id -> actions
-    std::vector<std::pair<QMenu*, Text3>> m_menus;
+    std::vector<std::pair<QMenu*, LocalizedText>> m_menus;
     std::map<int, QMenu*> m_popups;
     QMenu* m_affinityMenu = nullptr;
     QMenu* m_helpMenu = nullptr;

@@ -5,8 +5,8 @@
 
 namespace zorvane {
 
-const Text3 BonusCommandText{L"&Bonus dla trzecioklasistów :)", L"&Bonus dla trzecioklasistów :)",
-                             L"&Bonus dla trzecioklasistów :)"};
+const LocalizedText BonusCommandText{L"&Bonus dla trzecioklasistów :)", L"&Bonus dla trzecioklasistów :)",
+                                     L"&Bonus dla trzecioklasistów :)"};
 const wchar_t* const ProcessorItemText = L"Procesor ";
 
 namespace {
@@ -278,7 +278,7 @@ constexpr CommandInfo COMMANDS[] = {
     {KeyCtrlShiftD, {L"Ctrl+Shift+D", L"Ctrl+Shift+D", L"Ctrl+Shift+D"}},
 };
 
-constexpr Text3 NONE{};
+constexpr LocalizedText NONE{};
 
 constexpr MenuLine FILE_MENU[] = {
     {FileNew}, {FileOpenDefault}, {FileOpenSamples}, {FileOpen}, {FileSave}, {FileSaveAs}, {MENU_SEPARATOR},

@@ -2,6 +2,7 @@
 // Every command of the window: its number, its text in the three languages,
 // where it stands in the menus, and the keys that run it. Only data; the
 // registry turns it into actions and menus.
+#include "options/localized_text.h"
 #include "shell/command_id.h"
 
 #include <cstddef>
@@ -9,15 +10,9 @@
 
 namespace zorvane {
 
-struct Text3 {
-    const wchar_t* polish;
-    const wchar_t* english;
-    const wchar_t* ukrainian;
-};
-
 struct CommandInfo {
     CommandId id;
-    Text3 text;
+    LocalizedText text;
 };
 
 // A line of a menu: a command, a separator, or the start or end of a sub-menu
@@ -29,18 +24,18 @@ constexpr int SUBMENU_END = -2;
 constexpr int AFFINITY_ITEMS = -3; // where the processor items go
 
 struct MenuLine {
-    constexpr MenuLine(CommandId item, Text3 text = {}) : id(CommandNumber(item)), ownText(text) {}
-    constexpr MenuLine(int special, Text3 title = {}) : id(special), ownText(title) {}
+    constexpr MenuLine(CommandId item, LocalizedText text = {}) : id(CommandNumber(item)), ownText(text) {}
+    constexpr MenuLine(int special, LocalizedText title = {}) : id(special), ownText(title) {}
     // The line's command; a special line names none of the table.
     constexpr CommandId command() const { return CommandOfNumber(id); }
 
     int id; // a command's number, or one of the special lines above
-    Text3 ownText;
+    LocalizedText ownText;
 };
 
 struct MenuDefinition {
     int menuId; // 100 for the top-level menus of the bar, else the pop-up's number
-    Text3 title;
+    LocalizedText title;
     std::span<const MenuLine> lines;
 };
 
@@ -70,7 +65,7 @@ enum class ToolIcon { Previous, Next, Select, Tag, Save, Setting, Rotate, Progre
 struct ToolButton {
     CommandId id;
     ToolIcon icon;
-    Text3 toolTip;
+    LocalizedText toolTip;
 };
 std::span<const ToolButton> ToolButtons();
 
@@ -87,7 +82,7 @@ constexpr int MENU_PROBLEMS = 119;
 
 // Texts shared by every language: the item added under Help, and the
 // processor items ("Procesor " and the number).
-extern const Text3 BonusCommandText;
+extern const LocalizedText BonusCommandText;
 extern const wchar_t* const ProcessorItemText;
 
 } // namespace zorvane

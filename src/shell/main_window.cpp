@@ -153,13 +153,13 @@ void MainWindow::startInitialisation() {
         std::error_code error;
         const fs::path actual = FileToRead(path, settings);
         if (!fs::exists(actual, error))
-            create = m_prompts.ask(
-                         title(MessageTitle::Question),
-                         tr3(L"Plik nie istnieje:\n", L"The file does not exist:\n", L"Файл не існує:\n") +
-                             QString::fromStdWString(actual.wstring()) +
-                             tr3(L"\n\nCzy chcesz go utworzyć?", L"\n\nDo you want to create it?",
-                                 L"\n\nСтворити його?"),
-                         Buttons::YesNo, PromptIcon::Question) == Answer::Yes;
+            create = m_prompts.ask(title(MessageTitle::Question),
+                                   translate({L"Plik nie istnieje:\n", L"The file does not exist:\n",
+                                              L"Файл не існує:\n"}) +
+                                       QString::fromStdWString(actual.wstring()) +
+                                       translate({L"\n\nCzy chcesz go utworzyć?",
+                                                  L"\n\nDo you want to create it?", L"\n\nСтворити його?"}),
+                                   Buttons::YesNo, PromptIcon::Question) == Answer::Yes;
     }
     m_loader = std::thread([this, path, settings, create] {
         auto loaded = std::make_shared<InitialProblems>(LoadInitialProblems(path, settings, create));
@@ -182,27 +182,27 @@ void MainWindow::finishInitialisation(InitialProblems& loaded) {
     showCurrentProblem();
     // 3. The information text.
     QString info =
-        tr3(L"Liczba problemów szachowych w tym pliku: ", L"Number of chess problems in this file: ",
-            L"Кількість шахових задач у цьому файлі: ") +
+        translate({L"Liczba problemów szachowych w tym pliku: ", L"Number of chess problems in this file: ",
+                   L"Кількість шахових задач у цьому файлі: "}) +
         QString::number(count);
     if (m_problems->LoadedInPart())
-        info = tr3(L"Plik wczytano częściowo: wczytano ", L"The file was loaded in part: ",
-                   L"Файл завантажено частково: прочитано ") +
+        info = translate({L"Plik wczytano częściowo: wczytano ", L"The file was loaded in part: ",
+                          L"Файл завантажено частково: прочитано "}) +
                QString::number(loaded.problemsRead) +
-               tr3(L" problem(ów), kolejnych ", L" problem(s) read, ", L" задач(і), ще ") +
+               translate({L" problem(ów), kolejnych ", L" problem(s) read, ", L" задач(і), ще "}) +
                QString::number(m_problems->problemsNotLoaded) +
-               tr3(L" w pliku nie wczytano.\nZapis do tego pliku wymaga potwierdzenia.",
-                   L" more in the file not read.\nSaving over this file asks first.",
-                   L" у файлі не прочитано.\nЗбереження в цей файл потребує підтвердження.");
+               translate({L" w pliku nie wczytano.\nZapis do tego pliku wymaga potwierdzenia.",
+                          L" more in the file not read.\nSaving over this file asks first.",
+                          L" у файлі не прочитано.\nЗбереження в цей файл потребує підтвердження."});
     else if (loaded.path.empty())
-        info =
-            tr3(L"Pliku nie utworzono: problem pozostaje w pamięci do zapisu (Plik, Zapisz jako).",
-                L"The file was not created: the problem stays in memory until it is saved (File, Save as).",
-                L"Файл не створено: задача залишається в пам'яті до збереження (Файл, Зберегти як).");
+        info = translate(
+            {L"Pliku nie utworzono: problem pozostaje w pamięci do zapisu (Plik, Zapisz jako).",
+             L"The file was not created: the problem stays in memory until it is saved (File, Save as).",
+             L"Файл не створено: задача залишається в пам'яті до збереження (Файл, Зберегти як)."});
     if (m_start.isSecondInstance && m_start.options.WarnAboutSecondInstanceOfProgram != 0)
-        info = tr3(L"UWAGA: To nie jest pierwsza uruchomiona instancja programu.\n",
-                   L"WARNING: This is not the first instance of the program running.\n",
-                   L"УВАГА: Це не перший запущений екземпляр програми.\n") +
+        info = translate({L"UWAGA: To nie jest pierwsza uruchomiona instancja programu.\n",
+                          L"WARNING: This is not the first instance of the program running.\n",
+                          L"УВАГА: Це не перший запущений екземпляр програми.\n"}) +
                info;
     showStatus(info);
     // 4. Ctrl and Shift held at this moment open the bonus.
@@ -268,15 +268,15 @@ void MainWindow::explainRefusal(CommandId id) {
                           CommandsNotBuiltYet().end();
     if (notBuilt || (IsSolveCommand(id) && !onSolveCommand)) {
         m_prompts.message(title(MessageTitle::Information),
-                          tr3(L"Ta funkcja nie jest jeszcze dostępna w tej wersji programu.",
-                              L"This function is not available yet in this version of the program.",
-                              L"Ця функція ще недоступна в цій версії програми."),
+                          translate({L"Ta funkcja nie jest jeszcze dostępna w tej wersji programu.",
+                                     L"This function is not available yet in this version of the program.",
+                                     L"Ця функція ще недоступна в цій версії програми."}),
                           PromptIcon::Information);
     } else if (solving && IsRefusedDuringSolve(id)) {
         m_prompts.message(title(MessageTitle::Information),
-                          tr3(L"Trwa analiza - pozycji nie można zmienić",
-                              L"Analysis pending - position cannot be modified",
-                              L"Триває аналіз - позицію не можна змінити"),
+                          translate({L"Trwa analiza - pozycji nie można zmienić",
+                                     L"Analysis pending - position cannot be modified",
+                                     L"Триває аналіз - позицію не можна змінити"}),
                           PromptIcon::Information);
     }
 }
@@ -373,7 +373,7 @@ void MainWindow::refreshTitle() {
     }
     QString text = QStringLiteral("Zorvane - ") + m_titleFile;
     if (m_problems->LoadedInPart())
-        text += tr3(L" (wczytany częściowo)", L" (loaded in part)", L" (завантажено частково)");
+        text += translate({L" (wczytany częściowo)", L" (loaded in part)", L" (завантажено частково)"});
     setWindowTitle(text);
 }
 
@@ -397,7 +397,7 @@ void MainWindow::refreshProblemText() {
         QStringList tags;
         for (const std::wstring& tag : problem->tags) tags << QString::fromStdWString(tag);
         if (!tags.isEmpty())
-            text += "\n" + tr3(L"Tagi: ", L"Tags: ", L"Теги: ") + tags.join(QStringLiteral(", "));
+            text += "\n" + translate({L"Tagi: ", L"Tags: ", L"Теги: "}) + tags.join(QStringLiteral(", "));
         m_description->setText(text);
     }
     UpdateMenuState();
@@ -449,15 +449,15 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     // 1. Running solves are named and confirmed.
     const int running = m_running.count();
     if (running > 0) {
-        const Answer answer =
-            m_prompts.ask(title(MessageTitle::Question),
-                          tr3(L"Poszukiwanie rozwiązania trwa dla ", L"Search for solution is pending for ",
-                              L"Пошук розв'язку триває для ") +
-                              QString::number(running) +
-                              tr3(L" problemu(ów).\nCzy na pewno chcesz zakończyć?",
-                                  L" problem(s).\nAre you sure you want to quit?",
-                                  L" задач(і).\nВи впевнені, що хочете вийти?"),
-                          Buttons::YesNo, PromptIcon::Question);
+        const Answer answer = m_prompts.ask(
+            title(MessageTitle::Question),
+            translate({L"Poszukiwanie rozwiązania trwa dla ", L"Search for solution is pending for ",
+                       L"Пошук розв'язку триває для "}) +
+                QString::number(running) +
+                translate({L" problemu(ów).\nCzy na pewno chcesz zakończyć?",
+                           L" problem(s).\nAre you sure you want to quit?",
+                           L" задач(і).\nВи впевнені, що хочете вийти?"}),
+            Buttons::YesNo, PromptIcon::Question);
         if (answer != Answer::Yes) {
             event->ignore();
             return;

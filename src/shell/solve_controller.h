@@ -8,6 +8,7 @@
 // While a run is on, the record is not edited: the menus grey every command
 // that changes it, and the board refuses moves and position setting.
 #include "engine/solver.h"
+#include "options/localized_text.h"
 #include "shell/board_rules.h"
 #include "shell/command_id.h"
 
@@ -84,7 +85,7 @@ private:
     void showRunStatus(int32_t id, const QString& text);
     // Play while the current problem rests, stop while it is being solved.
     void refreshStartButton();
-    QString tr3(const wchar_t* polish, const wchar_t* english, const wchar_t* ukrainian) const;
+    QString translate(const LocalizedText& text) const;
 
     WindowServices& m_window;
     BoardController& m_board;

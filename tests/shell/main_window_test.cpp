@@ -288,7 +288,7 @@ class MainWindowTest : public QObject {
         QCOMPARE(s.text(CommandId::FileExit), QStringLiteral("E&xit"));
         QVERIFY(s.checked(CommandId::LanguageEnglish));
         QCOMPARE(s.window->statusText(), COUNT_STATUS);
-        QCOMPARE(Translate(5, L"pl", L"en", L"uk"), QStringLiteral("en"));
+        QCOMPARE(Translate(5, {L"pl", L"en", L"uk"}), QStringLiteral("en"));
     }
 
     void aSecondInstanceIsNoticedAndWarned() {

@@ -67,9 +67,9 @@ class ShellCommandsTest : public QObject {
         for (int id : MENU_COMMANDS) {
             const CommandInfo* info = FindCommand(CommandOfNumber(id));
             QVERIFY2(info, qPrintable(QString::number(id)));
-            QVERIFY(info->text.polish && *info->text.polish);
-            QVERIFY(info->text.english && *info->text.english);
-            QVERIFY(info->text.ukrainian && *info->text.ukrainian);
+            QVERIFY(!info->text.polish.empty());
+            QVERIFY(!info->text.english.empty());
+            QVERIFY(!info->text.ukrainian.empty());
         }
         for (const CommandInfo& info : Commands()) {
             if (std::find(std::begin(SAME_IN_ALL_LANGUAGES), std::end(SAME_IN_ALL_LANGUAGES), info.id) !=
@@ -81,14 +81,13 @@ class ShellCommandsTest : public QObject {
     }
 
     void theTextsKeepTheirOwnSpelling() {
-        QCOMPARE(QString::fromWCharArray(FindCommand(CommandId::FileOpenDefault)->text.english),
+        QCOMPARE(ToQString(FindCommand(CommandId::FileOpenDefault)->text.english),
                  QStringLiteral("&Open defaulf file (myChessProblems.cp)"));
-        QCOMPARE(QString::fromWCharArray(FindCommand(CommandId::SkipCurrentMove)->text.polish),
+        QCOMPARE(ToQString(FindCommand(CommandId::SkipCurrentMove)->text.polish),
                  QStringLiteral("Zaniechaj analizy bieżącego ruchu i przejdź do &następnego"));
-        QCOMPARE(QString::fromWCharArray(FindCommand(CommandId::CommentThisMove)->text.english),
+        QCOMPARE(ToQString(FindCommand(CommandId::CommentThisMove)->text.english),
                  QStringLiteral("Add/edit comment to to this move"));
-        QCOMPARE(QString::fromWCharArray(MainMenus().back().title.english),
-                 QStringLiteral("&Language/Język/Mова"));
+        QCOMPARE(ToQString(MainMenus().back().title.english), QStringLiteral("&Language/Język/Mова"));
     }
 
     void everyKeyIsAKeySequence() {
