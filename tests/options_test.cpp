@@ -561,7 +561,7 @@ OptionsDialogEntry entryFor(const Options& o, int threads = 4, int levels = 1) {
 
 std::vector<std::wstring> englishOf(const OptionsDialogOutcome& outcome) {
     std::vector<std::wstring> texts;
-    for (const DialogMessage& m : outcome.messages) texts.push_back(m.text.english);
+    for (const DialogMessage& m : outcome.messages) texts.emplace_back(m.text.english);
     return texts;
 }
 
@@ -802,7 +802,7 @@ TEST(OptionsDialogCheck, EveryMessageHasItsThreeForms) {
             EXPECT_NE(m.text.polish, m.text.english);
             EXPECT_NE(m.text.ukrainian, m.text.english);
             EXPECT_NE(m.text.polish, m.text.ukrainian);
-            seen.insert(m.text.english);
+            seen.emplace(m.text.english);
         }
     }
     EXPECT_EQ(seen, (std::set<std::wstring>{PRECALC_IMPROPER, TEMP_IMPROPER, SCHEDULER_INVALID,

@@ -24,7 +24,7 @@ class KeyReader {
     const ProfileText& m_text;
 };
 
-const LocalizedText RECOMPRESSION_ABOVE_PACKED_DATA{
+constexpr LocalizedText RECOMPRESSION_ABOVE_PACKED_DATA{
     L"Wartość parametru AskForGlobalRegisterRecompression nie powinna być większa niż "
     L"UseDataPackedForRandomAccess.",
     L"Value of parameter AskForGlobalRegisterRecompression should not be greater than "
@@ -32,7 +32,7 @@ const LocalizedText RECOMPRESSION_ABOVE_PACKED_DATA{
     L"Значення параметра AskForGlobalRegisterRecompression не повинно бути більшим за "
     L"UseDataPackedForRandomAccess."};
 
-const LocalizedText FULL_LOG_AT_START{
+constexpr LocalizedText FULL_LOG_AT_START{
     L"Program został otwarty z opcją zapisu pełnego loga analizy - opcja jest niezalecana (wydłuża czas "
     L"analizy i produkowane są b.duże pliki)",
     L"Program has been opened with the option to write log of full analysis - this option is not "

@@ -6,7 +6,7 @@
 //       gives the defaults). `warnings` gets the boxes to show at start-up,
 //       each under the title "Warning", in the order they are to appear; the
 //       texts come in all three languages, pick one with
-//       Tr(options.LanguageId, ...).
+//       warning.In(options.LanguageId).
 //   SaveOptions(options, path);
 //       What the Options dialog's "Save settings" writes: only the keys the
 //       dialog owns; every other key and section of the file stays.

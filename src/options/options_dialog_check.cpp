@@ -48,37 +48,49 @@ bool threadTreeFits(int threads, int levels) {
     return true;
 }
 
-LocalizedText withRange(LocalizedText text, int maximum) {
-    const std::wstring tail = std::to_wstring(maximum) + L")";
-    text.polish += tail;
-    text.english += tail;
-    text.ukrainian += tail;
-    return text;
-}
-
-const LocalizedText PRECALC_RATIO_IMPROPER{
+constexpr LocalizedText PRECALC_RATIO_IMPROPER{
     L"Niepoprawna wartość w polu z procentem pamięci dla danych prekalkulowanych.",
     L"Improper value in field with memory ratio for precalculated data.",
     L"Неправильне значення в полі частки пам’яті для попередньо обчислених даних."};
-const LocalizedText TEMP_RATIO_IMPROPER{
+constexpr LocalizedText TEMP_RATIO_IMPROPER{
     L"Niepoprawna wartość w polu z procentem pamięci dla danych tymczasowych.",
     L"Improper value in field with memory ratio for temporary data.",
     L"Неправильне значення в полі частки пам’яті для тимчасових даних."};
-const LocalizedText SCHEDULER_LEVELS_INVALID{L"Niepoprawna liczba poziomów planisty (min=0, max=",
-                                             L"Invalid number of scheduler levels (min=0, max=",
-                                             L"Неправильна кількість рівнів планувальника (min=0, max="};
-const LocalizedText LICHESS_LEVELS_INVALID{
-    L"Niepoprawna liczba poziomów analizy z rozwiązaniami pobieranymi z ... (min=-1, max=",
-    L"Invalid number of levels of analysis with solutions dowanloaded from ... (min=-1, max=",
-    L"Неправильна кількість рівнів аналізу з розв’язками, завантаженими з ... (min=-1, max="};
-const LocalizedText LEVELS_ADJUSTED{
+constexpr LocalizedText SCHEDULER_LEVELS_INVALID{
+    L"Niepoprawna liczba poziomów planisty (min=0, max=9)",
+    L"Invalid number of scheduler levels (min=0, max=9)",
+    L"Неправильна кількість рівнів планувальника (min=0, max=9)"};
+constexpr LocalizedText LICHESS_LEVELS_INVALID{
+    L"Niepoprawna liczba poziomów analizy z rozwiązaniami pobieranymi z ... (min=-1, max=255)",
+    L"Invalid number of levels of analysis with solutions dowanloaded from ... (min=-1, max=255)",
+    L"Неправильна кількість рівнів аналізу з розв’язками, завантаженими з ... (min=-1, max=255)"};
+
+// Whether every form of `text` ends with "max=<maximum>)": the two range
+// messages spell their limit, which must follow the constant.
+constexpr bool namesMaximum(std::wstring_view text, int maximum) {
+    if (!text.ends_with(L')')) return false;
+    text.remove_suffix(1);
+    do {
+        if (text.empty() || text.back() != L'0' + maximum % 10) return false;
+        text.remove_suffix(1);
+        maximum /= 10;
+    } while (maximum > 0);
+    return text.ends_with(L"max=");
+}
+constexpr bool namesMaximum(const LocalizedText& text, int maximum) {
+    return namesMaximum(text.polish, maximum) && namesMaximum(text.english, maximum) &&
+           namesMaximum(text.ukrainian, maximum);
+}
+static_assert(namesMaximum(SCHEDULER_LEVELS_INVALID, MAX_SCHEDULER_LEVELS));
+static_assert(namesMaximum(LICHESS_LEVELS_INVALID, MAX_LICHESS_LEVELS));
+constexpr LocalizedText LEVELS_ADJUSTED{
     L"Niepoprawna wartość opcji poziomów wielowątkowości: wartość obcięta/dopasowana",
     L"Improper value in multithreading levels option: value truncated/adjusted",
     L"Неправильне значення параметра рівнів багатопотоковості: значення обрізано/скориговано"};
-const LocalizedText TOO_MANY_THREADS{L"Zbyt wiele wątków i/lub poziomów wielowątkowości.",
-                                     L"Too many threads and/or multithreading levels.",
-                                     L"Забагато потоків і/або рівнів багатопотоковості."};
-const LocalizedText MANUAL_ENGINE_CONTROL_CAUTION{
+constexpr LocalizedText TOO_MANY_THREADS{L"Zbyt wiele wątków i/lub poziomów wielowątkowości.",
+                                         L"Too many threads and/or multithreading levels.",
+                                         L"Забагато потоків і/або рівнів багатопотоковості."};
+constexpr LocalizedText MANUAL_ENGINE_CONTROL_CAUTION{
     L"Uwaga: ręcznego sterowania silnikiem (dostępnego z menu kontekstowego w obszarze informacji o "
     L"postępie) należy używać bardzo ostrożnie, w przeciwnym razie może ono prowadzić do pominięcia "
     L"rozwiązań lub fałszywych wyników.",
@@ -87,14 +99,14 @@ const LocalizedText MANUAL_ENGINE_CONTROL_CAUTION{
     L"Зауважте: ручним керуванням рушієм (доступним із контекстного меню в області інформації про "
     L"перебіг) слід користуватися дуже обережно, інакше можна пропустити розв’язки або отримати хибні "
     L"результати."};
-const LocalizedText LOG_WITH_SCHEDULER{
+constexpr LocalizedText LOG_WITH_SCHEDULER{
     L"Włączony jest pełny log analizy. Zdecydowanie zaleca się wyłączenie planisty dla "
     L"czytelności/liniowości zapisów w logu.",
     L"Full analysis logging is on. It is highly recommended to switch off scheduler for "
     L"readability/linearity of log records.",
     L"Увімкнено повний журнал аналізу. Наполегливо рекомендується вимкнути планувальник для "
     L"читабельності/лінійності записів журналу."};
-const LocalizedText CUSTOM_SCHEDULER_OFF{
+constexpr LocalizedText CUSTOM_SCHEDULER_OFF{
     L"Uwaga: z powodu SchedulerLevels=0 własny planista zostanie wyłączony",
     L"Note: Due to SchedulerLevels=0, Custom scheduler will be off",
     L"Примітка: через SchedulerLevels=0 власний планувальник буде вимкнено"};
@@ -103,8 +115,8 @@ const LocalizedText CUSTOM_SCHEDULER_OFF{
 
 OptionsDialogOutcome CheckOptionsDialog(const Options& before, const OptionsDialogEntry& entry) {
     OptionsDialogOutcome outcome;
-    const auto refuse = [&outcome](LocalizedText text) {
-        outcome.messages.push_back({MessageTitle::Error, std::move(text)});
+    const auto refuse = [&outcome](const LocalizedText& text) {
+        outcome.messages.push_back({MessageTitle::Error, text});
         return outcome;
     };
 
@@ -114,10 +126,10 @@ OptionsDialogOutcome CheckOptionsDialog(const Options& before, const OptionsDial
     const std::optional<int> tempRegRatio = fieldInRange(entry.tempRegRatio, 0, MAX_MEMORY_RATIO);
     if (!tempRegRatio) return refuse(TEMP_RATIO_IMPROPER);
     const std::optional<int> schedulerLevels = fieldInRange(entry.schedulerLevels, 0, MAX_SCHEDULER_LEVELS);
-    if (!schedulerLevels) return refuse(withRange(SCHEDULER_LEVELS_INVALID, MAX_SCHEDULER_LEVELS));
+    if (!schedulerLevels) return refuse(SCHEDULER_LEVELS_INVALID);
     const std::optional<int> lichessLevels =
         fieldInRange(entry.lichessLevels, MIN_LICHESS_LEVELS, MAX_LICHESS_LEVELS);
-    if (!lichessLevels) return refuse(withRange(LICHESS_LEVELS_INVALID, MAX_LICHESS_LEVELS));
+    if (!lichessLevels) return refuse(LICHESS_LEVELS_INVALID);
 
     // 5. Threads and levels are adjusted rather than refused.
     const int threads = clampedField(entry.threads, 1, MAX_THREADS).value;

@@ -8,7 +8,7 @@ namespace {
 
 using Table = std::array<ControlTexts, static_cast<std::size_t>(OptionsControl::Count)>;
 
-const LocalizedText REPEATED_POSITIONS_TIP{
+constexpr LocalizedText REPEATED_POSITIONS_TIP{
     L"Tak (tryb szybki): pozycja powtórzona w wariancie jest zapisywana w danych tymczasowych jako "
     L"wątpliwa, co zwykle skraca rozwiązywanie. Nie (tryb bezpieczny): powtórzenia nie są tak zapisywane.",
     L"Yes (quick mode): a position that repeats in a line is stored in the temporary data as doubtful, "
@@ -16,7 +16,7 @@ const LocalizedText REPEATED_POSITIONS_TIP{
     L"Так (швидкий режим): позиція, що повторюється у варіанті, записується в тимчасові дані як сумнівна, "
     L"що зазвичай скорочує розв’язування. Ні (безпечний режим): повторення так не записуються."};
 
-const LocalizedText MAIN_VARIANT_SORT_TIP{
+constexpr LocalizedText MAIN_VARIANT_SORT_TIP{
     L"Silnik sprawdza najpierw ruchy wariantu głównego zadania, tak jakby były jego wskazówkami "
     L"sortowania. Domyślna wartość przełącznika każdego zadania.",
     L"The engine tries the moves of the problem's main variant first, as if they were its sort "
@@ -24,7 +24,7 @@ const LocalizedText MAIN_VARIANT_SORT_TIP{
     L"Рушій спершу перевіряє ходи головного варіанта задачі, ніби це її вказівки сортування. Типове "
     L"значення власного перемикача кожної задачі."};
 
-const LocalizedText MINIMIZE_TIP{
+constexpr LocalizedText MINIMIZE_TIP{
     L"Dokąd trafia program po zminimalizowaniu: na pasek zadań, zawsze do obszaru powiadomień albo "
     L"tam tylko z wciśniętym Ctrl.",
     L"Where the program goes when minimised: to the task bar, always to the notification area, or there "
@@ -32,7 +32,7 @@ const LocalizedText MINIMIZE_TIP{
     L"Куди потрапляє програма після згортання: на панель завдань, завжди в область сповіщень або туди "
     L"лише з натиснутою Ctrl."};
 
-const LocalizedText SECOND_INSTANCE_TIP{
+constexpr LocalizedText SECOND_INSTANCE_TIP{
     L"Co się dzieje, gdy program startuje, a działa już inna jego kopia: nic, okno z komunikatem albo "
     L"tylko tekst na pasku stanu.",
     L"What happens when the program starts while another copy of it runs: nothing, a message box, or "
@@ -40,7 +40,7 @@ const LocalizedText SECOND_INSTANCE_TIP{
     L"Що відбувається, коли програма запускається, а інша її копія вже працює: нічого, вікно з "
     L"повідомленням або лише текст у рядку стану."};
 
-const LocalizedText MANUAL_ENGINE_CONTROL_TIP{
+constexpr LocalizedText MANUAL_ENGINE_CONTROL_TIP{
     L"Udostępnia polecenia menu kontekstowego obszaru postępu, które zmieniają kolejność analizy "
     L"pierwszych ruchów przez silnik. Nieostrożne użycie może pominąć rozwiązania.",
     L"Offers the commands of the progress area's context menu that change the order in which the engine "

@@ -77,37 +77,37 @@ void BoardController::setLanguage(int languageId) {
     m_languageId = languageId;
 }
 
-bool BoardController::dispatch(int commandId) {
-    switch (commandId) {
-    case SettingMode:
+bool BoardController::dispatch(CommandId command) {
+    switch (command) {
+    case CommandId::PositionSettingMode:
         toggleSettingMode();
         return true;
-    case MoveBack:
+    case CommandId::MoveBack:
         step(-1);
         return true;
-    case MoveForward:
+    case CommandId::MoveRedo:
         step(1);
         return true;
-    case RotateView:
+    case CommandId::ViewRotateBoard:
         m_rotated = !m_rotated;
         m_view->setRotated(m_rotated);
         return true;
-    case Undo:
+    case CommandId::Undo:
         undoOrRedo(true);
         return true;
-    case Redo:
+    case CommandId::Redo:
         undoOrRedo(false);
         return true;
-    case StipulationUp:
+    case CommandId::StipulationUp:
         changeStipulation(STIPULATION_STEP);
         return true;
-    case StipulationDown:
+    case CommandId::StipulationDown:
         changeStipulation(-STIPULATION_STEP);
         return true;
-    case StipulationUpTen:
+    case CommandId::StipulationUpTen:
         changeStipulation(STIPULATION_BIG_STEP);
         return true;
-    case StipulationDownTen:
+    case CommandId::StipulationDownTen:
         changeStipulation(-STIPULATION_BIG_STEP);
         return true;
     default:
@@ -270,9 +270,9 @@ void BoardController::onPaletteClicked(int column, bool white) {
 void BoardController::onStipulationArrow(int delta) {
     const bool big = delta > STIPULATION_STEP || delta < -STIPULATION_STEP;
     if (delta > 0)
-        dispatch(big ? StipulationUpTen : StipulationUp);
+        dispatch(big ? CommandId::StipulationUpTen : CommandId::StipulationUp);
     else
-        dispatch(big ? StipulationDownTen : StipulationDown);
+        dispatch(big ? CommandId::StipulationDownTen : CommandId::StipulationDown);
 }
 
 void BoardController::changeStipulation(int delta) {

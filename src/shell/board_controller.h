@@ -15,10 +15,10 @@
 //       call it again after anything else changed the problem or its chain.
 //       Leaves setting mode without the checks of leaving and forgets undo and
 //       redo. nullptr shows nothing.
-//   bool dispatch(int commandId)
-//       137 setting mode on/off, 150 move back, 151 move forward, 190 rotate
-//       the view, 208 undo, 209 redo, 210/211 stipulation +1/-1, 212/213 +10/-10.
-//       False for any other id.
+//   bool dispatch(CommandId command)
+//       PositionSettingMode on/off, MoveBack, MoveRedo (forward), ViewRotateBoard,
+//       Undo, Redo, StipulationUp/Down (+1/-1) and StipulationUpTen/DownTen
+//       (+10/-10). False for any other command.
 //   bool isSettingMode() const, bool rotated() const
 //   const TChessboard* shownPosition() const   the board on screen, nullptr without a problem
 //   bool canUndo() const, bool canRedo() const   for the menu state
@@ -34,6 +34,7 @@
 #include "options/localized_text.h"
 #include "problems/chess_problem.h"
 #include "shell/board_texts.h"
+#include "shell/command_id.h"
 #include "shell/position_setting.h"
 #include "shell/prompts.h"
 
@@ -53,18 +54,6 @@ class BoardController : public QObject {
     Q_OBJECT
 
   public:
-    enum Command : int {
-        SettingMode = 137,
-        MoveBack = 150,
-        MoveForward = 151,
-        RotateView = 190,
-        Undo = 208,
-        Redo = 209,
-        StipulationUp = 210,
-        StipulationDown = 211,
-        StipulationUpTen = 212,
-        StipulationDownTen = 213,
-    };
     // The figure a pawn becomes: a kind, or 0 to give the move up.
     using PromotionChooser = std::function<uint8_t(bool white)>;
 
@@ -73,7 +62,7 @@ class BoardController : public QObject {
     ~BoardController() override;
 
     void setProblem(TChessProblem* problem, const TChessboard* shown = nullptr);
-    bool dispatch(int commandId);
+    bool dispatch(CommandId command);
     bool isSettingMode() const { return m_settingMode; }
     bool rotated() const { return m_rotated; }
     const TChessboard* shownPosition() const;

@@ -1,18 +1,13 @@
 #include "shell/board_texts.h"
 
-#include "problems/language.h"
+#include "options/localized_text.h"
+#include "shell/shell_text.h"
 
 namespace zorvane {
 
 namespace {
 
-struct Triple {
-    const wchar_t* polish;
-    const wchar_t* english;
-    const wchar_t* ukrainian;
-};
-
-Triple triple(BoardText text) {
+LocalizedText textOf(BoardText text) {
     switch (text) {
     case BoardText::NoMoreMoves:
         return {L"Nie można wykonać kolejnych ruchów ze względu na warunek #%1",
@@ -96,12 +91,8 @@ Triple triple(BoardText text) {
     return {L"", L"", L""};
 }
 
-QString pick(int languageId, const Triple& t) {
-    return QString::fromWCharArray(Tr(languageId, t.polish, t.english, t.ukrainian));
-}
-
 // The texts of the strict set-up of a position.
-constexpr Triple SETUP_FAULTS[] = {
+constexpr LocalizedText SETUP_FAULTS[] = {
     {L"Piony nie mogą stać na 1. ani 8. linii szachownicy.",
      L"Pawns cannot occupy 1st nor 8th line of the chessboard.",
      L"Пішаки не можуть стояти на 1-й чи 8-й горизонталі шахівниці."},
@@ -112,13 +103,13 @@ constexpr Triple SETUP_FAULTS[] = {
 } // namespace
 
 QString BoardMessage(int languageId, BoardText text) {
-    return pick(languageId, triple(text));
+    return Translate(languageId, textOf(text));
 }
 
 QString SetupFaultMessage(int languageId, const std::string& englishText) {
     const QString english = QString::fromStdString(englishText);
-    for (const Triple& fault : SETUP_FAULTS)
-        if (english == QString::fromWCharArray(fault.english)) return pick(languageId, fault);
+    for (const LocalizedText& fault : SETUP_FAULTS)
+        if (english == ToQString(fault.english)) return Translate(languageId, fault);
     return english;
 }
 

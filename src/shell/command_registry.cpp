@@ -15,15 +15,17 @@
 
 namespace zorvane {
 
-bool IsCheckableCommand(int id) {
-    return (id >= 195 && id <= 197) || (id >= 200 && id <= 204) || (id >= 285 && id <= 287) || id == 190 ||
-           (id >= FIRST_AFFINITY_COMMAND && id <= LAST_AFFINITY_COMMAND);
+bool IsCheckableCommand(CommandId id) {
+    using enum CommandId;
+    return (id >= TypeDirectMate && id <= TypeHelpmate) || (id >= PriorityHigh && id <= PriorityLow) ||
+           (id >= LanguagePolish && id <= LanguageUkrainian) || id == ViewRotateBoard ||
+           IsProcessorCommand(id);
 }
 
 CommandRegistry::CommandRegistry(QWidget* window) : QObject(window), m_window(window) {
     for (const Accelerator& key : Accelerators()) {
-        const CommandInfo* info = FindCommand(key.twin != 0 ? key.twin : key.id);
-        QAction* action = makeAction(key.id, info ? info->text : Text3{}, window);
+        const CommandInfo* info = FindCommand(key.twin);
+        QAction* action = makeAction(key.id, info ? info->text : LocalizedText{}, window);
         action->setShortcut(QKeySequence(QString::fromLatin1(key.keys)));
         action->setShortcutContext(Qt::WindowShortcut);
         window->addAction(action);
@@ -37,13 +39,13 @@ CommandRegistry::CommandRegistry(QWidget* window) : QObject(window), m_window(wi
 
 CommandRegistry::~CommandRegistry() = default;
 
-QAction* CommandRegistry::makeAction(int id, const Text3& text, QObject* parent) {
+QAction* CommandRegistry::makeAction(CommandId id, const LocalizedText& text, QObject* parent) {
     auto* action = new QAction(parent);
     action->setCheckable(IsCheckableCommand(id));
     connect(action, &QAction::triggered, this, [this, id] { emit commandTriggered(id); });
     m_entries.push_back({id, action, text});
     m_byCommand.emplace(CanonicalCommand(id), action);
-    if (text.english) action->setText(Translate(m_languageId, text));
+    if (!text.english.empty()) action->setText(Translate(m_languageId, text));
     return action;
 }
 
@@ -62,9 +64,10 @@ void CommandRegistry::fillMenu(QMenu* menu, const MenuDefinition& definition) {
         } else if (line.id == AFFINITY_ITEMS) {
             m_affinityMenu = current;
         } else {
-            const CommandInfo* info = FindCommand(line.id);
-            const Text3 text = line.ownText.english ? line.ownText : (info ? info->text : Text3{});
-            current->addAction(makeAction(line.id, text, current));
+            const CommandInfo* info = FindCommand(line.command());
+            const LocalizedText text =
+                !line.ownText.english.empty() ? line.ownText : (info ? info->text : LocalizedText{});
+            current->addAction(makeAction(line.command(), text, current));
         }
     }
 }
@@ -75,7 +78,8 @@ void CommandRegistry::buildMainMenu(QMenuBar* bar) {
         m_menus.emplace_back(menu, definition.title);
         fillMenu(menu, definition);
         const auto& lines = definition.lines;
-        if (std::any_of(lines.begin(), lines.end(), [](const MenuLine& line) { return line.id == 185; }))
+        if (std::any_of(lines.begin(), lines.end(),
+                        [](const MenuLine& line) { return line.command() == CommandId::HelpAbout; }))
             m_helpMenu = menu;
     }
 }
@@ -131,14 +135,14 @@ void CommandRegistry::addAffinityItems(uint64_t systemMask) {
     for (int cpu = 0; cpu < 64; ++cpu) {
         if (!(systemMask & (uint64_t{1} << cpu))) continue;
         // "Procesor " and the number, the same in every language.
-        QAction* action = makeAction(FIRST_AFFINITY_COMMAND + cpu, Text3{}, m_affinityMenu);
+        QAction* action = makeAction(ProcessorCommand(cpu), LocalizedText{}, m_affinityMenu);
         action->setText(QString::fromWCharArray(ProcessorItemText) + QString::number(cpu));
         m_affinityMenu->addAction(action);
     }
 }
 
 void CommandRegistry::addBonusItem() {
-    if (m_helpMenu) m_helpMenu->addAction(makeAction(BONUS_COMMAND, BonusCommandText, m_helpMenu));
+    if (m_helpMenu) m_helpMenu->addAction(makeAction(CommandId::Bonus, BonusCommandText, m_helpMenu));
 }
 
 QMenu* CommandRegistry::popup(int menuId) const {
@@ -149,7 +153,7 @@ QMenu* CommandRegistry::popup(int menuId) const {
 void CommandRegistry::retranslate(int languageId) {
     m_languageId = languageId;
     for (const Entry& entry : m_entries) {
-        if (!entry.text.english) continue;
+        if (entry.text.english.empty()) continue;
         if (entry.isToolTip)
             entry.action->setToolTip(Translate(languageId, entry.text));
         else
@@ -158,36 +162,36 @@ void CommandRegistry::retranslate(int languageId) {
     for (const auto& [menu, title] : m_menus) menu->setTitle(Translate(languageId, title));
 }
 
-QAction* CommandRegistry::action(int id) const {
+QAction* CommandRegistry::action(CommandId id) const {
     for (const Entry& entry : m_entries)
         if (entry.id == id) return entry.action;
     return nullptr;
 }
 
-std::vector<QAction*> CommandRegistry::actionsOf(int id) const {
+std::vector<QAction*> CommandRegistry::actionsOf(CommandId id) const {
     std::vector<QAction*> actions;
     const auto [first, last] = m_byCommand.equal_range(CanonicalCommand(id));
     for (auto it = first; it != last; ++it) actions.push_back(it->second);
     return actions;
 }
 
-std::vector<int> CommandRegistry::commandIds() const {
-    std::vector<int> ids;
+std::vector<CommandId> CommandRegistry::commandIds() const {
+    std::vector<CommandId> ids;
     for (const auto& [id, action] : m_byCommand)
         if (ids.empty() || ids.back() != id) ids.push_back(id);
     return ids;
 }
 
-bool CommandRegistry::isEnabled(int id) const {
+bool CommandRegistry::isEnabled(CommandId id) const {
     const auto it = m_byCommand.find(CanonicalCommand(id));
     return it != m_byCommand.end() && it->second->isEnabled();
 }
 
-void CommandRegistry::setEnabled(int id, bool enabled) {
+void CommandRegistry::setEnabled(CommandId id, bool enabled) {
     for (QAction* action : actionsOf(id)) action->setEnabled(enabled);
 }
 
-void CommandRegistry::setChecked(int id, bool checked) {
+void CommandRegistry::setChecked(CommandId id, bool checked) {
     for (QAction* action : actionsOf(id))
         if (action->isCheckable()) action->setChecked(checked);
 }

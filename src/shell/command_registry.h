@@ -41,34 +41,34 @@ class CommandRegistry : public QObject {
     void retranslate(int languageId);
 
     // The first action made for the command (its menu item, or its key), or null.
-    QAction* action(int id) const;
+    QAction* action(CommandId id) const;
     // Every action that runs the command: its items, its keys and its aliases.
-    std::vector<QAction*> actionsOf(int id) const;
+    std::vector<QAction*> actionsOf(CommandId id) const;
     // Commands as the table and the dynamic items give them (aliases not included).
-    std::vector<int> commandIds() const;
+    std::vector<CommandId> commandIds() const;
 
-    bool isEnabled(int id) const;
-    void setEnabled(int id, bool enabled);
-    void setChecked(int id, bool checked);
+    bool isEnabled(CommandId id) const;
+    void setEnabled(CommandId id, bool enabled);
+    void setChecked(CommandId id, bool checked);
 
   signals:
     // The id of the item or key as triggered; aliases keep their own id.
-    void commandTriggered(int id);
+    void commandTriggered(CommandId id);
 
   private:
     struct Entry {
-        int id;
+        CommandId id;
         QAction* action;
-        Text3 text;
+        LocalizedText text;
         bool isToolTip = false;
     };
-    QAction* makeAction(int id, const Text3& text, QObject* parent);
+    QAction* makeAction(CommandId id, const LocalizedText& text, QObject* parent);
     void fillMenu(QMenu* menu, const MenuDefinition& definition);
 
     QWidget* m_window;
     std::vector<Entry> m_entries;
-    std::multimap<int, QAction*> m_byCommand; // canonical id -> actions
-    std::vector<std::pair<QMenu*, Text3>> m_menus;
+    std::multimap<CommandId, QAction*> m_byCommand; // canonical id -> actions
+    std::vector<std::pair<QMenu*, LocalizedText>> m_menus;
     std::map<int, QMenu*> m_popups;
     QMenu* m_affinityMenu = nullptr;
     QMenu* m_helpMenu = nullptr;
@@ -76,6 +76,6 @@ class CommandRegistry : public QObject {
 };
 
 // Items with a check mark.
-bool IsCheckableCommand(int id);
+bool IsCheckableCommand(CommandId id);
 
 } // namespace zorvane

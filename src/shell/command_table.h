@@ -2,20 +2,17 @@
 // Every command of the window: its number, its text in the three languages,
 // where it stands in the menus, and the keys that run it. Only data; the
 // registry turns it into actions and menus.
+#include "options/localized_text.h"
+#include "shell/command_id.h"
+
 #include <cstddef>
 #include <span>
 
 namespace zorvane {
 
-struct Text3 {
-    const wchar_t* polish;
-    const wchar_t* english;
-    const wchar_t* ukrainian;
-};
-
 struct CommandInfo {
-    int id;
-    Text3 text;
+    CommandId id;
+    LocalizedText text;
 };
 
 // A line of a menu: a command, a separator, or the start or end of a sub-menu
@@ -27,26 +24,36 @@ constexpr int SUBMENU_END = -2;
 constexpr int AFFINITY_ITEMS = -3; // where the processor items go
 
 struct MenuLine {
-    int id;
-    Text3 ownText{};
+    constexpr MenuLine(CommandId item, LocalizedText text = {}) : id(CommandNumber(item)), ownText(text) {}
+    constexpr MenuLine(int special, LocalizedText title = {}) : id(special), ownText(title) {}
+    // The line's command; a special line names none of the table.
+    constexpr CommandId command() const { return CommandOfNumber(id); }
+
+    int id; // a command's number, or one of the special lines above
+    LocalizedText ownText;
 };
 
 struct MenuDefinition {
     int menuId; // 100 for the top-level menus of the bar, else the pop-up's number
-    Text3 title;
+    LocalizedText title;
     std::span<const MenuLine> lines;
 };
 
 // A key of the accelerator table. `twin` is the menu item an alias stands
-// for; 0 when `id` itself is the command.
+// for; `id` itself when the key is the command's own.
 struct Accelerator {
+    constexpr Accelerator(const char* sequence, CommandId command)
+        : keys(sequence), id(command), twin(command) {}
+    constexpr Accelerator(const char* sequence, CommandId alias, CommandId item)
+        : keys(sequence), id(alias), twin(item) {}
+
     const char* keys;
-    int id;
-    int twin;
+    CommandId id;
+    CommandId twin;
 };
 
 std::span<const CommandInfo> Commands();
-const CommandInfo* FindCommand(int id);
+const CommandInfo* FindCommand(CommandId id);
 // The top-level menus of the menu bar, left to right.
 std::span<const MenuDefinition> MainMenus();
 // The pop-up menus 105, 110, 115, 117, 118 and 119.
@@ -56,14 +63,14 @@ std::span<const Accelerator> Accelerators();
 // The tool buttons of the window, left to right.
 enum class ToolIcon { Previous, Next, Select, Tag, Save, Setting, Rotate, Progress };
 struct ToolButton {
-    int id;
+    CommandId id;
     ToolIcon icon;
-    Text3 toolTip;
+    LocalizedText toolTip;
 };
 std::span<const ToolButton> ToolButtons();
 
-// The command an alias stands for (F5 and its twins all come to 140); the id itself otherwise.
-int CanonicalCommand(int id);
+// The command an alias stands for (F5 and its twins all come to SolveStart); the id itself otherwise.
+CommandId CanonicalCommand(CommandId id);
 
 // Menu ids of the dynamic items.
 constexpr int MENU_TRAY = 105;
@@ -72,15 +79,10 @@ constexpr int MENU_VARIANT = 115;
 constexpr int MENU_MOVE = 117;
 constexpr int MENU_DESCRIPTION = 118;
 constexpr int MENU_PROBLEMS = 119;
-// Processor affinity: one item per processor from this id up.
-constexpr int FIRST_AFFINITY_COMMAND = 2000;
-constexpr int LAST_AFFINITY_COMMAND = 2063;
-// Added under Help when Ctrl and Shift are held at start.
-constexpr int BONUS_COMMAND = 166;
 
 // Texts shared by every language: the item added under Help, and the
 // processor items ("Procesor " and the number).
-extern const Text3 BonusCommandText;
+extern const LocalizedText BonusCommandText;
 extern const wchar_t* const ProcessorItemText;
 
 } // namespace zorvane

@@ -28,40 +28,40 @@ fs::path withExtension(const QString& name) {
 FileCommands::FileCommands(WindowServices& window, QObject* parent)
     : QObject(parent), m_window(window), m_watch(this) {}
 
-bool FileCommands::dispatch(int id) {
+bool FileCommands::dispatch(CommandId id) {
     switch (id) {
-    case 125:
+    case CommandId::FileNew:
         newFile();
         return true;
-    case 120:
+    case CommandId::FileOpenDefault:
         openFile(m_window.dataDirectory() / "myChessProblems.cp", true);
         return true;
-    case 121:
+    case CommandId::FileOpenSamples:
         openFile(m_window.dataDirectory() / "sample_problems.cp");
         return true;
-    case 122: {
-        const QString name = askFileToOpen(m_window.tr3(L"Otwórz plik z problemami szachowymi",
-                                                        L"Open file with chess problems",
-                                                        L"Відкрити файл із шаховими задачами"));
+    case CommandId::FileOpen: {
+        const QString name = askFileToOpen(
+            m_window.translate({L"Otwórz plik z problemami szachowymi", L"Open file with chess problems",
+                                L"Відкрити файл із шаховими задачами"}));
         if (!name.isEmpty()) openFile(toPath(name));
         return true;
     }
-    case 123:
+    case CommandId::FileSave:
         save();
         return true;
-    case 124:
+    case CommandId::FileSaveAs:
         saveAs();
         return true;
-    case 126:
+    case CommandId::FileAppendProblems:
         appendProblems();
         return true;
-    case 128:
+    case CommandId::FileRemoveProblems:
         removeProblems();
         return true;
-    case 129:
+    case CommandId::FileExit:
         m_window.closeWindow();
         return true;
-    case 163:
+    case CommandId::TagsAppendFromFile:
         appendTags();
         return true;
     default:
@@ -83,10 +83,10 @@ bool FileCommands::openFile(const fs::path& path, bool createIfMissing) {
     if (m_window.runningSolves().count() > 0) {
         const Answer answer = m_window.prompts().ask(
             m_window.title(MessageTitle::Question),
-            m_window.tr3(
-                L"Wszystkie trwające wątki szukania mata zostaną zatrzymane.\nCzy chcesz kontynuować?",
-                L"All pending threads of mate search will be stopped.\nDo you want to continue?",
-                L"Усі незавершені потоки пошуку мату буде зупинено.\nПродовжити?"),
+            m_window.translate(
+                {L"Wszystkie trwające wątki szukania mata zostaną zatrzymane.\nCzy chcesz kontynuować?",
+                 L"All pending threads of mate search will be stopped.\nDo you want to continue?",
+                 L"Усі незавершені потоки пошуку мату буде зупинено.\nПродовжити?"}),
             Buttons::YesNo, PromptIcon::Question);
         if (answer != Answer::Yes) return false;
         m_window.stopAllSolves();
@@ -98,7 +98,8 @@ bool FileCommands::openFile(const fs::path& path, bool createIfMissing) {
     // A new problem thrown away leaves another one current.
     if (saved == -1) m_window.showCurrentProblem();
     // 3. The load; the old list stays when the new file cannot be read.
-    m_window.showStatus(m_window.tr3(L"Otwieranie pliku...", L"Opening file...", L"Відкриття файлу..."));
+    m_window.showStatus(
+        m_window.translate({L"Otwieranie pliku...", L"Opening file...", L"Відкриття файлу..."}));
     ProblemMap loaded;
     std::set<std::wstring> tags;
     m_loading = true;
@@ -112,9 +113,7 @@ bool FileCommands::openFile(const fs::path& path, bool createIfMissing) {
     m_loading = false;
     if (loaded.empty()) {
         m_window.prompts().message(m_window.title(MessageTitle::Error),
-                                   m_window.tr3(L"Plik nie może być pusty.", L"File cannot be empty.",
-                                                L"Файл не може бути порожнім."),
-                                   PromptIcon::Error);
+                                   m_window.translate(FILE_CANNOT_BE_EMPTY), PromptIcon::Error);
         return false;
     }
     // 4. The new list, its file and what the status says of it.
@@ -125,19 +124,20 @@ bool FileCommands::openFile(const fs::path& path, bool createIfMissing) {
     m_window.setTitleFile(QString::fromStdWString(list.FileName()));
     m_window.showCurrentProblem();
     m_window.showStatus(
-        m_window.tr3(L"Otwarty plik zawiera ", L"The opened file contains ", L"Відкритий файл містить ") +
+        m_window.translate(
+            {L"Otwarty plik zawiera ", L"The opened file contains ", L"Відкритий файл містить "}) +
         QString::number(count) +
-        m_window.tr3(L" problem(ów) szachowych", L" chess problem(s)", L" шахових задач(і)") +
-        m_window.tr3(
-            L"\n\nPrzykładowe kompozycje: Plik, Otwórz przykładowe kompozycje.\nCtrl+F wyszukuje problemy.",
-            L"\n\nSample compositions: File, Open sample compositions.\nCtrl+F finds problems.",
-            L"\n\nЗразкові композиції: Файл, Відкрити зразкові композиції.\nCtrl+F шукає задачі."));
+        m_window.translate({L" problem(ów) szachowych", L" chess problem(s)", L" шахових задач(і)"}) +
+        m_window.translate(
+            {L"\n\nPrzykładowe kompozycje: Plik, Otwórz przykładowe kompozycje.\nCtrl+F wyszukuje problemy.",
+             L"\n\nSample compositions: File, Open sample compositions.\nCtrl+F finds problems.",
+             L"\n\nЗразкові композиції: Файл, Відкрити зразкові композиції.\nCtrl+F шукає задачі."}));
     return true;
 }
 
 void FileCommands::newFile() {
     const QString name =
-        m_window.prompts().saveFileName(m_window.tr3(L"Nowy plik", L"New file", L"Новий файл"),
+        m_window.prompts().saveFileName(m_window.translate({L"Nowy plik", L"New file", L"Новий файл"}),
                                         QString::fromStdWString(m_window.problems().FileDirectory()), FILTER);
     if (name.isEmpty()) return;
     const fs::path path = withExtension(name);
@@ -166,7 +166,7 @@ bool FileCommands::writeAll(const fs::path& path) {
     } catch (const std::exception&) {
         m_window.prompts().message(
             m_window.title(MessageTitle::Error),
-            m_window.tr3(L"Błąd zapisu pliku", L"Error writing to file", L"Помилка запису файлу"),
+            m_window.translate({L"Błąd zapisu pliku", L"Error writing to file", L"Помилка запису файлу"}),
             PromptIcon::Error);
         return false;
     }
@@ -185,7 +185,7 @@ bool FileCommands::writeAll(const fs::path& path) {
 bool FileCommands::saveAs() {
     ProblemList& list = m_window.problems();
     const QString name =
-        m_window.prompts().saveFileName(m_window.tr3(L"Zapisz jako", L"Save as", L"Зберегти як"),
+        m_window.prompts().saveFileName(m_window.translate({L"Zapisz jako", L"Save as", L"Зберегти як"}),
                                         QString::fromStdWString(list.FileDirectory()), FILTER);
     if (name.isEmpty()) return false;
     if (!writeAll(withExtension(name))) return false;
@@ -209,9 +209,10 @@ bool FileCommands::readOtherFile(const QString& caption, ProblemMap& other) {
 }
 
 bool FileCommands::askToSaveAll(const QString& resultText) {
-    const QString question = m_window.tr3(L"\n\nCzy chcesz zapisać zmiany? (wybierz 'Nie', aby je odrzucić)",
-                                          L"\n\nDo you want to save changes? (select 'No' to reject them)",
-                                          L"\n\nЗберегти зміни? (виберіть 'Ні', щоб їх відхилити)");
+    const QString question =
+        m_window.translate({L"\n\nCzy chcesz zapisać zmiany? (wybierz 'Nie', aby je odrzucić)",
+                            L"\n\nDo you want to save changes? (select 'No' to reject them)",
+                            L"\n\nЗберегти зміни? (виберіть 'Ні', щоб їх відхилити)"});
     const Answer answer = m_window.prompts().ask(m_window.title(MessageTitle::Question),
                                                  resultText + question, Buttons::YesNo, PromptIcon::Question);
     return answer == Answer::Yes && writeAll(m_window.problems().filePath);
@@ -219,9 +220,9 @@ bool FileCommands::askToSaveAll(const QString& resultText) {
 
 void FileCommands::appendProblems() {
     ProblemMap other;
-    if (!readOtherFile(
-            m_window.tr3(L"Dołącz problemy z pliku", L"Append problems from file", L"Додати задачі з файлу"),
-            other))
+    if (!readOtherFile(m_window.translate({L"Dołącz problemy z pliku", L"Append problems from file",
+                                           L"Додати задачі з файлу"}),
+                       other))
         return;
     ProblemList& list = m_window.problems();
     AppendResult result;
@@ -229,12 +230,12 @@ void FileCommands::appendProblems() {
         std::lock_guard<std::mutex> lock(list.listLock);
         result = AppendProblems(list.problems, std::move(other));
     }
-    QString text = m_window.tr3(L"Dołączone problemy: ", L"Appended problems: ", L"Додано задач: ") +
+    QString text = m_window.translate({L"Dołączone problemy: ", L"Appended problems: ", L"Додано задач: "}) +
                    QString::number(result.appended.size());
     if (!result.differingStipulations.empty()) {
-        text += m_window.tr3(L"\nPonadto niektóre problemy różnią się tylko warunkiem (#n): \n",
-                             L"\nMoreover some problems differ only by stipulation (#n): \n",
-                             L"\nКрім того, деякі задачі відрізняються лише умовою (#n): \n");
+        text += m_window.translate({L"\nPonadto niektóre problemy różnią się tylko warunkiem (#n): \n",
+                                    L"\nMoreover some problems differ only by stipulation (#n): \n",
+                                    L"\nКрім того, деякі задачі відрізняються лише умовою (#n): \n"});
         for (const std::wstring& line : result.differingStipulations)
             text += QString::fromStdWString(line) + "\n";
     }
@@ -252,9 +253,10 @@ void FileCommands::appendProblems() {
 
 void FileCommands::removeProblems() {
     ProblemMap other;
-    if (!readOtherFile(m_window.tr3(L"Usuń problemy obecne w pliku", L"Remove problems present in file",
-                                    L"Вилучити задачі, наявні у файлі"),
-                       other))
+    if (!readOtherFile(
+            m_window.translate({L"Usuń problemy obecne w pliku", L"Remove problems present in file",
+                                L"Вилучити задачі, наявні у файлі"}),
+            other))
         return;
     ProblemList& list = m_window.problems();
     const TChessProblem* current = list.Current();
@@ -263,12 +265,12 @@ void FileCommands::removeProblems() {
         std::lock_guard<std::mutex> lock(list.listLock);
         result = RemoveProblems(list.problems, other, current ? current->id : 0);
     }
-    QString text = m_window.tr3(L"Usunięte problemy: ", L"Removed problems: ", L"Вилучено задач: ") +
+    QString text = m_window.translate({L"Usunięte problemy: ", L"Removed problems: ", L"Вилучено задач: "}) +
                    QString::number(result.removed.size());
     if (result.currentKept)
-        text += m_window.tr3(L"\nUwaga: bieżącego problemu nie można usunąć.",
-                             L"\nWarning: the current problem cannot be removed.",
-                             L"\nУвага: поточну задачу не можна вилучити.");
+        text += m_window.translate({L"\nUwaga: bieżącego problemu nie można usunąć.",
+                                    L"\nWarning: the current problem cannot be removed.",
+                                    L"\nУвага: поточну задачу не можна вилучити."});
     if (result.removed.empty()) {
         m_window.prompts().message(m_window.title(MessageTitle::Information), text, PromptIcon::Information);
         return;
@@ -291,12 +293,12 @@ void FileCommands::removeProblems() {
 void FileCommands::appendTags() {
     TChessProblem* problem = m_window.problems().Current();
     ProblemMap other;
-    if (!problem ||
-        !readOtherFile(m_window.tr3(L"Dołącz tagi z pliku", L"Append tags from file", L"Додати теги з файлу"),
-                       other))
+    if (!problem || !readOtherFile(m_window.translate({L"Dołącz tagi z pliku", L"Append tags from file",
+                                                       L"Додати теги з файлу"}),
+                                   other))
         return;
     const int added = AppendMatchingTags(*problem, other);
-    m_window.showStatus(m_window.tr3(L"Dodane tagi: ", L"Tags added: ", L"Додано тегів: ") +
+    m_window.showStatus(m_window.translate({L"Dodane tagi: ", L"Tags added: ", L"Додано тегів: "}) +
                         QString::number(added));
     m_window.refreshProblemText();
 }
@@ -308,32 +310,32 @@ void FileCommands::checkExternalChange() {
     if (!changed) return;
     list.fileTime = *changed;
     m_watch.watch(list.filePath);
-    const QString start = m_window.tr3(
-        L"Otwarty plik został zmieniony przez inną aplikację.\n\nZdecydowanie zaleca się ponowne "
-        L"otwarcie go (zamknięcie i otwarcie)\n\n",
-        L"The opened file has been changed by an external application.\n\nIt is strongly recommended "
-        L"to reopen it (close and open it again)\n\n",
-        L"Відкритий файл було змінено іншою програмою.\n\nНаполегливо рекомендується відкрити його "
-        L"заново (закрити й відкрити знову)\n\n");
+    const QString start = m_window.translate(
+        {L"Otwarty plik został zmieniony przez inną aplikację.\n\nZdecydowanie zaleca się ponowne "
+         L"otwarcie go (zamknięcie i otwarcie)\n\n",
+         L"The opened file has been changed by an external application.\n\nIt is strongly recommended "
+         L"to reopen it (close and open it again)\n\n",
+         L"Відкритий файл було змінено іншою програмою.\n\nНаполегливо рекомендується відкрити його "
+         L"заново (закрити й відкрити знову)\n\n"});
     if (list.IsCurrentProblemChanged()) {
         m_window.prompts().message(
             m_window.title(MessageTitle::Information),
             start +
-                m_window.tr3(
-                    L"Wszelkie niezapisane zmiany zostaną utracone.\nJeśli chcesz je zachować, zaleca się "
-                    L"zapisanie do innego pliku (Plik... Zapisz jako).",
-                    L"Any unsaved changes will be lost.\nIf you want to save them, it is recommended to "
-                    L"save to another file (File... Save As).",
-                    L"Усі незбережені зміни буде втрачено.\nЯкщо ви хочете їх зберегти, рекомендується "
-                    L"зберегти в інший файл (Файл... Зберегти як)."),
+                m_window.translate(
+                    {L"Wszelkie niezapisane zmiany zostaną utracone.\nJeśli chcesz je zachować, zaleca się "
+                     L"zapisanie do innego pliku (Plik... Zapisz jako).",
+                     L"Any unsaved changes will be lost.\nIf you want to save them, it is recommended to "
+                     L"save to another file (File... Save As).",
+                     L"Усі незбережені зміни буде втрачено.\nЯкщо ви хочете їх зберегти, рекомендується "
+                     L"зберегти в інший файл (Файл... Зберегти як)."}),
             PromptIcon::Warning);
         return;
     }
-    const Answer answer = m_window.prompts().ask(m_window.title(MessageTitle::Question),
-                                                 start + m_window.tr3(L"Czy chcesz ponownie wczytać plik?",
-                                                                      L"Do you want to reload the file?",
-                                                                      L"Перезавантажити файл?"),
-                                                 Buttons::YesNo, PromptIcon::Question);
+    const Answer answer = m_window.prompts().ask(
+        m_window.title(MessageTitle::Question),
+        start + m_window.translate({L"Czy chcesz ponownie wczytać plik?", L"Do you want to reload the file?",
+                                    L"Перезавантажити файл?"}),
+        Buttons::YesNo, PromptIcon::Question);
     if (answer == Answer::Yes) {
         const fs::path path = list.filePath;
         openFile(path);

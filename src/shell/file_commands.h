@@ -3,6 +3,7 @@
 // another file, tags from another file, and the check for outside changes
 // of the open file.
 #include "problems/chess_problem.h"
+#include "shell/command_id.h"
 #include "shell/file_watch.h"
 
 #include <QObject>
@@ -20,8 +21,8 @@ class FileCommands : public QObject {
   public:
     FileCommands(WindowServices& window, QObject* parent = nullptr);
 
-    // 125, 120, 121, 122, 123, 124, 126, 128, 129, 163; false for other ids.
-    bool dispatch(int id);
+    // The File menu and TagsAppendFromFile; false for other commands.
+    bool dispatch(CommandId id);
 
     // Replaces the list by the file's problems, after the questions of an open.
     bool openFile(const std::filesystem::path& path, bool createIfMissing = false);

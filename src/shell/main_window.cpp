@@ -154,13 +154,13 @@ void MainWindow::startInitialisation() {
         std::error_code error;
         const fs::path actual = FileToRead(path, settings);
         if (!fs::exists(actual, error))
-            create = m_prompts.ask(
-                         title(MessageTitle::Question),
-                         tr3(L"Plik nie istnieje:\n", L"The file does not exist:\n", L"Файл не існує:\n") +
-                             QString::fromStdWString(actual.wstring()) +
-                             tr3(L"\n\nCzy chcesz go utworzyć?", L"\n\nDo you want to create it?",
-                                 L"\n\nСтворити його?"),
-                         Buttons::YesNo, PromptIcon::Question) == Answer::Yes;
+            create = m_prompts.ask(title(MessageTitle::Question),
+                                   translate({L"Plik nie istnieje:\n", L"The file does not exist:\n",
+                                              L"Файл не існує:\n"}) +
+                                       QString::fromStdWString(actual.wstring()) +
+                                       translate({L"\n\nCzy chcesz go utworzyć?",
+                                                  L"\n\nDo you want to create it?", L"\n\nСтворити його?"}),
+                                   Buttons::YesNo, PromptIcon::Question) == Answer::Yes;
     }
     m_loader = std::thread([this, path, settings, create] {
         auto loaded = std::make_shared<InitialProblems>(LoadInitialProblems(path, settings, create));
@@ -183,27 +183,27 @@ void MainWindow::finishInitialisation(InitialProblems& loaded) {
     showCurrentProblem();
     // 3. The information text.
     QString info =
-        tr3(L"Liczba problemów szachowych w tym pliku: ", L"Number of chess problems in this file: ",
-            L"Кількість шахових задач у цьому файлі: ") +
+        translate({L"Liczba problemów szachowych w tym pliku: ", L"Number of chess problems in this file: ",
+                   L"Кількість шахових задач у цьому файлі: "}) +
         QString::number(count);
     if (m_problems->LoadedInPart())
-        info = tr3(L"Plik wczytano częściowo: wczytano ", L"The file was loaded in part: ",
-                   L"Файл завантажено частково: прочитано ") +
+        info = translate({L"Plik wczytano częściowo: wczytano ", L"The file was loaded in part: ",
+                          L"Файл завантажено частково: прочитано "}) +
                QString::number(loaded.problemsRead) +
-               tr3(L" problem(ów), kolejnych ", L" problem(s) read, ", L" задач(і), ще ") +
+               translate({L" problem(ów), kolejnych ", L" problem(s) read, ", L" задач(і), ще "}) +
                QString::number(m_problems->problemsNotLoaded) +
-               tr3(L" w pliku nie wczytano.\nZapis do tego pliku wymaga potwierdzenia.",
-                   L" more in the file not read.\nSaving over this file asks first.",
-                   L" у файлі не прочитано.\nЗбереження в цей файл потребує підтвердження.");
+               translate({L" w pliku nie wczytano.\nZapis do tego pliku wymaga potwierdzenia.",
+                          L" more in the file not read.\nSaving over this file asks first.",
+                          L" у файлі не прочитано.\nЗбереження в цей файл потребує підтвердження."});
     else if (loaded.path.empty())
-        info =
-            tr3(L"Pliku nie utworzono: problem pozostaje w pamięci do zapisu (Plik, Zapisz jako).",
-                L"The file was not created: the problem stays in memory until it is saved (File, Save as).",
-                L"Файл не створено: задача залишається в пам'яті до збереження (Файл, Зберегти як).");
+        info = translate(
+            {L"Pliku nie utworzono: problem pozostaje w pamięci do zapisu (Plik, Zapisz jako).",
+             L"The file was not created: the problem stays in memory until it is saved (File, Save as).",
+             L"Файл не створено: задача залишається в пам'яті до збереження (Файл, Зберегти як)."});
     if (m_start.isSecondInstance && m_start.options.WarnAboutSecondInstanceOfProgram != 0)
-        info = tr3(L"UWAGA: To nie jest pierwsza uruchomiona instancja programu.\n",
-                   L"WARNING: This is not the first instance of the program running.\n",
-                   L"УВАГА: Це не перший запущений екземпляр програми.\n") +
+        info = translate({L"UWAGA: To nie jest pierwsza uruchomiona instancja programu.\n",
+                          L"WARNING: This is not the first instance of the program running.\n",
+                          L"УВАГА: Це не перший запущений екземпляр програми.\n"}) +
                info;
     showStatus(info);
     // 4. Ctrl and Shift held at this moment open the bonus.
@@ -219,8 +219,8 @@ void MainWindow::finishInitialisation(InitialProblems& loaded) {
 
 // ---- Commands
 
-void MainWindow::DispatchCommand(int id) {
-    const int command = CanonicalCommand(id);
+void MainWindow::DispatchCommand(CommandId id) {
+    const CommandId command = CanonicalCommand(id);
     if (!m_initialised) return;
     // Commands may come by other roads than their items: the same rules decide.
     UpdateMenuState();
@@ -238,23 +238,23 @@ void MainWindow::DispatchCommand(int id) {
     UpdateMenuState();
 }
 
-void MainWindow::runWindowCommand(int id) {
+void MainWindow::runWindowCommand(CommandId id) {
     switch (id) {
-    case 170:
+    case CommandId::Options:
         showOptionsDialog();
         break;
-    case 192:
+    case CommandId::ViewResizeProgressArea:
         toggleProgressArea();
         break;
-    case 285:
-    case 286:
-    case 287:
-        ApplyLanguage(id - 285);
+    case CommandId::LanguagePolish:
+    case CommandId::LanguageEnglish:
+    case CommandId::LanguageUkrainian:
+        ApplyLanguage(LanguageOf(id));
         break;
-    case 300:
+    case CommandId::TrayShowProgram:
         m_tray->restore();
         break;
-    case 310:
+    case CommandId::TrayCloseProgram:
         close();
         break;
     default:
@@ -262,22 +262,22 @@ void MainWindow::runWindowCommand(int id) {
     }
 }
 
-void MainWindow::explainRefusal(int id) {
+void MainWindow::explainRefusal(CommandId id) {
     const TChessProblem* problem = m_problems->Current();
     const bool solving = problem && m_running.contains(problem->id);
     const bool notBuilt = std::find(CommandsNotBuiltYet().begin(), CommandsNotBuiltYet().end(), id) !=
                           CommandsNotBuiltYet().end();
     if (notBuilt || (IsSolveCommand(id) && !onSolveCommand)) {
         m_prompts.message(title(MessageTitle::Information),
-                          tr3(L"Ta funkcja nie jest jeszcze dostępna w tej wersji programu.",
-                              L"This function is not available yet in this version of the program.",
-                              L"Ця функція ще недоступна в цій версії програми."),
+                          translate({L"Ta funkcja nie jest jeszcze dostępna w tej wersji programu.",
+                                     L"This function is not available yet in this version of the program.",
+                                     L"Ця функція ще недоступна в цій версії програми."}),
                           PromptIcon::Information);
     } else if (solving && IsRefusedDuringSolve(id)) {
         m_prompts.message(title(MessageTitle::Information),
-                          tr3(L"Trwa analiza - pozycji nie można zmienić",
-                              L"Analysis pending - position cannot be modified",
-                              L"Триває аналіз - позицію не можна змінити"),
+                          translate({L"Trwa analiza - pozycji nie można zmienić",
+                                     L"Analysis pending - position cannot be modified",
+                                     L"Триває аналіз - позицію не можна змінити"}),
                           PromptIcon::Information);
     }
 }
@@ -374,7 +374,7 @@ void MainWindow::refreshTitle() {
     }
     QString text = QStringLiteral("Zorvane - ") + m_titleFile;
     if (m_problems->LoadedInPart())
-        text += tr3(L" (wczytany częściowo)", L" (loaded in part)", L" (завантажено частково)");
+        text += translate({L" (wczytany częściowo)", L" (loaded in part)", L" (завантажено частково)"});
     setWindowTitle(text);
 }
 
@@ -398,14 +398,14 @@ void MainWindow::refreshProblemText() {
         QStringList tags;
         for (const std::wstring& tag : problem->tags) tags << QString::fromStdWString(tag);
         if (!tags.isEmpty())
-            text += "\n" + tr3(L"Tagi: ", L"Tags: ", L"Теги: ") + tags.join(QStringLiteral(", "));
+            text += "\n" + translate({L"Tagi: ", L"Tags: ", L"Теги: "}) + tags.join(QStringLiteral(", "));
         m_description->setText(text);
     }
     UpdateMenuState();
 }
 
 void MainWindow::stopCurrentSolve() {
-    if (onSolveCommand) onSolveCommand(142);
+    if (onSolveCommand) onSolveCommand(CommandId::SolveStop);
 }
 
 void MainWindow::stopAllSolves() {
@@ -450,15 +450,15 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     // 1. Running solves are named and confirmed.
     const int running = m_running.count();
     if (running > 0) {
-        const Answer answer =
-            m_prompts.ask(title(MessageTitle::Question),
-                          tr3(L"Poszukiwanie rozwiązania trwa dla ", L"Search for solution is pending for ",
-                              L"Пошук розв'язку триває для ") +
-                              QString::number(running) +
-                              tr3(L" problemu(ów).\nCzy na pewno chcesz zakończyć?",
-                                  L" problem(s).\nAre you sure you want to quit?",
-                                  L" задач(і).\nВи впевнені, що хочете вийти?"),
-                          Buttons::YesNo, PromptIcon::Question);
+        const Answer answer = m_prompts.ask(
+            title(MessageTitle::Question),
+            translate({L"Poszukiwanie rozwiązania trwa dla ", L"Search for solution is pending for ",
+                       L"Пошук розв'язку триває для "}) +
+                QString::number(running) +
+                translate({L" problemu(ów).\nCzy na pewno chcesz zakończyć?",
+                           L" problem(s).\nAre you sure you want to quit?",
+                           L" задач(і).\nВи впевнені, що хочете вийти?"}),
+            Buttons::YesNo, PromptIcon::Question);
         if (answer != Answer::Yes) {
             event->ignore();
             return;

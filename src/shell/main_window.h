@@ -39,16 +39,17 @@ class MainWindow : public QMainWindow, public WindowServices {
     void startInitialisation();
     bool isInitialised() const { return m_initialised; }
 
-    void DispatchCommand(int id);
+    void DispatchCommand(CommandId id);
     void UpdateMenuState();
     // Sets the language, writes it to options.ini at once and replaces every text.
     void ApplyLanguage(int languageId);
 
     // The solve driver's entry: start, stop, pause and resume commands come here
-    // (140, 141, 142, 143, 144, 169; F5 and its twins as 140, Shift+F5 as 141).
-    // While it is empty those commands are greyed. 152, 153, 164, 677 and 679
-    // belong to it too, but stay greyed while their engines are not built.
-    std::function<void(int)> onSolveCommand;
+    // (F5 and its twins as SolveStart, Shift+F5 as SolveAllSolutions). While it
+    // is empty those commands are greyed. Black's best defence, the whole main
+    // variant and the heuristics dialog belong to it too, but stay greyed while
+    // their engines are not built.
+    std::function<void(CommandId)> onSolveCommand;
     // Stops every running solve and waits for them (before an open and on closing).
     std::function<void()> onStopAllSolves;
 
@@ -57,7 +58,7 @@ class MainWindow : public QMainWindow, public WindowServices {
     BoardController& board() { return *m_board; }
     bool isSecondInstance() const { return m_start.isSecondInstance; }
     QString statusText() const override;
-    // The area the solve driver fills with its progress; command 192 changes its size.
+    // The area the solve driver fills with its progress; ViewResizeProgressArea changes its size.
     QLabel* progressPanel() const { return m_progress; }
     // What the 250 ms timer does when the watch has seen a change, at once.
     void checkFileChange();
@@ -101,11 +102,11 @@ class MainWindow : public QMainWindow, public WindowServices {
     void onRefreshTick();
     void onRunningSolvesChanged();
     // The commands of the window itself: options, progress area, languages, tray.
-    void runWindowCommand(int id);
+    void runWindowCommand(CommandId id);
     void toggleProgressArea();
     void showOptionsDialog();
     // A command that is greyed came anyway (a key, a button): say why nothing happens.
-    void explainRefusal(int id);
+    void explainRefusal(CommandId id);
 
     Prompts& m_prompts;
     StartupArguments m_arguments;

@@ -4,76 +4,96 @@
 #include "shell/process_control.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace zorvane {
 
 namespace {
 
+using enum CommandId;
+
 // clang-format off
-constexpr int NOT_BUILT_YET[] = {
+constexpr CommandId NOT_BUILT_YET[] = {
     // clipboard: positions, FEN, moves and variants as text, board images
-    131, 132, 133, 134, 135, 136, 214, 216, 298, 299, 612, 250, 251, 252,
+    PositionCopyFullFen, PositionCopy, PositionPaste, PositionPasteMirrored, MovesCopyFull, MovesCopyShort,
+    VariantsCopyFull, VariantsCopyShort, PositionCopyWithoutVariants, PositionCopyWithoutVariantsOrTags,
+    PositionCopyFen, ProgressCopyPosition, ProgressCopyFen, ProgressShowInNewInstance,
     // position transformations
-    138, 139, 295, 296, 297, 305,
+    PositionSwapColours, PositionRotate90, PositionShiftLeft, PositionShiftRight, PositionShiftUp,
+    PositionShiftDown,
     // variants, comments and the description's links
-    176, 270, 271, 274, 275, 276, 277, 278, 279, 280, 290, 320, 321, 325,
+    CommentLastMove, VariantSaveAsMain, VariantSaveAs, VariantShowMain, VariantAnimateMain, VariantShow,
+    VariantAnimate, VariantStopAnimation, VariantRename, VariantRemove, CommentThisMove, DescriptionOpenLink,
+    DescriptionCopyAddress, DescriptionEdit,
     // sort indications dialog
-    171,
+    EditSortIndications,
     // problem search
-    156, 157, 158, 207, 218,
+    ProblemFind, ProblemFindPrevious, ProblemFindNext, FindSimilarPositions, CheckFenCodesFromFile,
     // temporary registers on disk
-    177, 178, 179, 193, 194,
+    TempRegisterClear, TempRegisterSave, TempRegisterReadDefault, TempRegisterSaveAs, TempRegisterReadFile,
     // manual control of a running engine
-    149, 255, 256, 257,
+    SkipCurrentMove, ProgressSkipToNext, ProgressSwapWithNext, ProgressMoveToLast,
     // solves not built: Black's best defence, the whole main variant, the heuristics dialog
-    152, 153, 164, 677, 679,
+    SolveBlackDefence, SolveBlackDefenceThorough, SolveShowMainVariant, SolveWithHeuristics,
+    SolveAllWithHeuristics,
     // regression test
-    184, 215,
+    RegressionTest, QuickRegressionTest,
     // global register and its tables
-    172, 180, 188, 189, 199, 206,
+    PrecalculateData, ShowGlobalRegister, VerifyPrecalculatedData, VerifyPrecalculatedFiles,
+    VerifyPrecalculatedFilesResume, VerifyPartlyPrecalculatedData,
     // position types and identifiers
-    173, 174, 175, 181, 182, 183, 205,
+    MaxMovesNextPosition, MaxMovesPreviousPosition, PositionInformation, NextPositionOfType,
+    PreviousPositionOfType, ShowPositionId, PastePositionByIndex,
     // keys of the table with no command of their own
-    635, 695,
+    KeyCtrlP, KeyCtrlShiftD,
+};
+
+constexpr CommandId SOLVE_COMMANDS[] = {
+    SolveStart, SolveAllSolutions, SolveStop, SolvePause, SolveResume, SolveBlackDefence,
+    SolveBlackDefenceThorough, SolveShowMainVariant, SolvePauseOneThread, SolveWithHeuristics,
+    SolveAllWithHeuristics,
+};
+
+// Refused while the current problem is being solved (the start commands follow the running state).
+constexpr CommandId REFUSED_DURING_SOLVE[] = {
+    FileSave, Undo, Redo, PositionSettingMode, StipulationUp, StipulationDown, StipulationUpTen,
+    StipulationDownTen, TempRegisterClear, TempRegisterSave, TempRegisterReadDefault, TempRegisterSaveAs,
+    TempRegisterReadFile, RegressionTest, QuickRegressionTest, EditSortIndications, PrecalculateData,
+    MaxMovesNextPosition, MaxMovesPreviousPosition, PositionInformation, NextPositionOfType,
+    PreviousPositionOfType, VerifyPrecalculatedData, VerifyPrecalculatedFiles, VerifyPrecalculatedFilesResume,
+    PastePositionByIndex, VerifyPartlyPrecalculatedData, VariantSaveAsMain, VariantSaveAs,
 };
 // clang-format on
 
-constexpr int SOLVE_COMMANDS[] = {140, 141, 142, 143, 144, 152, 153, 164, 169, 677, 679};
-
-// Refused while the current problem is being solved (the start commands follow the running state).
-constexpr int REFUSED_DURING_SOLVE[] = {123, 208, 209, 137, 210, 211, 212, 213, 177, 178,
-                                        179, 193, 194, 184, 215, 171, 172, 173, 174, 175,
-                                        181, 182, 188, 189, 199, 205, 206, 270, 271};
-
-bool contains(std::span<const int> ids, int id) {
+bool contains(std::span<const CommandId> ids, CommandId id) {
     return std::find(ids.begin(), ids.end(), id) != ids.end();
 }
 
-int priorityCommand(int priorityClass) {
+std::optional<CommandId> priorityCommand(int priorityClass) {
     switch (priorityClass) {
     case PRIORITY_HIGH:
-        return 200;
+        return PriorityHigh;
     case PRIORITY_ABOVE_NORMAL:
-        return 201;
+        return PriorityAboveNormal;
     case PRIORITY_NORMAL:
-        return 202;
+        return PriorityNormal;
     case PRIORITY_BELOW_NORMAL:
-        return 203;
+        return PriorityBelowNormal;
     case PRIORITY_LOW:
-        return 204;
+        return PriorityLow;
     default:
-        return 0;
+        return std::nullopt;
     }
 }
 
-bool solveCommandEnabled(int id, const MenuState& state) {
+bool solveCommandEnabled(CommandId id, const MenuState& state) {
     if (!state.solvingConnected || !state.hasProblem) return false;
     switch (id) {
-    case 142:
-    case 143:
-    case 169:
+    case SolveStop:
+    case SolvePause:
+    case SolvePauseOneThread:
         return state.solveOnCurrent;
-    case 144:
+    case SolveResume:
         return state.solveOnCurrent && state.solvePaused;
     default:
         // The start commands, where the board shows a position that a built solve takes.
@@ -83,70 +103,69 @@ bool solveCommandEnabled(int id, const MenuState& state) {
 
 } // namespace
 
-std::span<const int> CommandsNotBuiltYet() {
+std::span<const CommandId> CommandsNotBuiltYet() {
     return NOT_BUILT_YET;
 }
-std::span<const int> SolveCommands() {
+std::span<const CommandId> SolveCommands() {
     return SOLVE_COMMANDS;
 }
-bool IsSolveCommand(int id) {
+bool IsSolveCommand(CommandId id) {
     return contains(SOLVE_COMMANDS, id);
 }
-bool IsRefusedDuringSolve(int id) {
+bool IsRefusedDuringSolve(CommandId id) {
     return contains(REFUSED_DURING_SOLVE, id);
 }
 
-bool IsCommandEnabled(int id, const MenuState& state) {
+bool IsCommandEnabled(CommandId id, const MenuState& state) {
     // The menu offers only direct mates; other types read from a file keep their type.
-    if (id == 196 || id == 197) return false;
+    if (id == TypeSelfmate || id == TypeHelpmate) return false;
     if (contains(NOT_BUILT_YET, id)) return false;
     if (IsSolveCommand(id)) return solveCommandEnabled(id, state);
     if (state.solveOnCurrent && IsRefusedDuringSolve(id)) return false;
     switch (id) {
-    case 167:
+    case ProblemHistoryBack:
         return state.historyBack;
-    case 168:
+    case ProblemHistoryForward:
         return state.historyForward;
-    case 208:
+    case Undo:
         return state.canUndo;
-    case 209:
+    case Redo:
         return state.canRedo;
-    case 123:
-    case 124:
-    case 145:
-    case 146:
-    case 147:
-    case 150:
-    case 151:
-    case 154:
-    case 155:
-    case 159:
-    case 160:
-    case 161:
-    case 162:
-    case 195:
+    case FileSave:
+    case FileSaveAs:
+    case ProblemNext:
+    case ProblemPrevious:
+    case ProblemNew:
+    case MoveBack:
+    case MoveRedo:
+    case ProblemSelectByNumber:
+    case ProblemSelectFromList:
+    case ProblemFirst:
+    case ProblemLast:
+    case TagAdd:
+    case TagRemove:
+    case TypeDirectMate:
         return state.hasProblem;
     default:
         return true;
     }
 }
 
-bool IsCommandChecked(int id, const MenuState& state) {
-    if (id == 195) return state.hasProblem && state.problemType == 1;
-    if (id == 196) return state.hasProblem && state.problemType == 2;
-    if (id >= 200 && id <= 204) return id == priorityCommand(state.priorityClass);
-    if (id >= 285 && id <= 287) {
+bool IsCommandChecked(CommandId id, const MenuState& state) {
+    if (id == TypeDirectMate) return state.hasProblem && state.problemType == 1;
+    if (id == TypeSelfmate) return state.hasProblem && state.problemType == 2;
+    if (id >= PriorityHigh && id <= PriorityLow) return id == priorityCommand(state.priorityClass);
+    if (id >= LanguagePolish && id <= LanguageUkrainian) {
         const int language = state.languageId == 0 || state.languageId == 2 ? state.languageId : 1;
-        return id - 285 == language;
+        return LanguageOf(id) == language;
     }
-    if (id >= FIRST_AFFINITY_COMMAND && id <= LAST_AFFINITY_COMMAND)
-        return (state.affinityMask >> (id - FIRST_AFFINITY_COMMAND)) & 1;
-    if (id == 190) return state.rotatedView;
+    if (IsProcessorCommand(id)) return (state.affinityMask >> ProcessorOf(id)) & 1;
+    if (id == ViewRotateBoard) return state.rotatedView;
     return false;
 }
 
 void UpdateMenuState(CommandRegistry& registry, const MenuState& state) {
-    for (int id : registry.commandIds()) {
+    for (CommandId id : registry.commandIds()) {
         registry.setEnabled(id, IsCommandEnabled(id, state));
         if (IsCheckableCommand(id)) registry.setChecked(id, IsCommandChecked(id, state));
     }

@@ -1,6 +1,8 @@
 #pragma once
 // Which commands are available, from the state of the window. One function
 // decides for every command, so that the menus, the pop-ups and the keys agree.
+#include "shell/command_id.h"
+
 #include <cstdint>
 #include <span>
 
@@ -28,15 +30,15 @@ struct MenuState {
 };
 
 // Commands whose part of the program is not built yet: they stay in the menus, greyed.
-std::span<const int> CommandsNotBuiltYet();
+std::span<const CommandId> CommandsNotBuiltYet();
 // Commands run by the solve driver through the window's solve hook.
-std::span<const int> SolveCommands();
-bool IsSolveCommand(int id);
+std::span<const CommandId> SolveCommands();
+bool IsSolveCommand(CommandId id);
 // Commands that may not change the current problem while it is being solved.
-bool IsRefusedDuringSolve(int id);
+bool IsRefusedDuringSolve(CommandId id);
 
-bool IsCommandEnabled(int id, const MenuState& state);
-bool IsCommandChecked(int id, const MenuState& state);
+bool IsCommandEnabled(CommandId id, const MenuState& state);
+bool IsCommandChecked(CommandId id, const MenuState& state);
 
 // Enables, greys and checks every command of the registry.
 void UpdateMenuState(CommandRegistry& registry, const MenuState& state);

@@ -7,49 +7,57 @@
 
 namespace zorvane {
 
+namespace {
+
+// The titles and labels that two of the questions share.
+constexpr LocalizedText SELECT_PROBLEM{L"Wybierz problem", L"Select problem", L"Вибрати задачу"};
+constexpr LocalizedText TAG_LABEL{L"Tag:", L"Tag:", L"Тег:"};
+
+} // namespace
+
 NavigationCommands::NavigationCommands(WindowServices& window, QObject* parent)
     : QObject(parent), m_window(window) {}
 
-bool NavigationCommands::dispatch(int id) {
+bool NavigationCommands::dispatch(CommandId id) {
     ProblemList& list = m_window.problems();
     switch (id) {
-    case 145:
+    case CommandId::ProblemNext:
         list.NavigateToProblem(Navigation::Next);
         return true;
-    case 146:
+    case CommandId::ProblemPrevious:
         list.NavigateToProblem(Navigation::Previous);
         return true;
-    case 159:
+    case CommandId::ProblemFirst:
         list.NavigateToProblem(Navigation::First);
         return true;
-    case 160:
+    case CommandId::ProblemLast:
         list.NavigateToProblem(Navigation::Last);
         return true;
-    case 167:
+    case CommandId::ProblemHistoryBack:
         list.HistoryBack();
         return true;
-    case 168:
+    case CommandId::ProblemHistoryForward:
         list.HistoryForward();
         return true;
-    case 154:
+    case CommandId::ProblemSelectByNumber:
         selectByNumber();
         return true;
-    case 155:
+    case CommandId::ProblemSelectFromList:
         selectFromList();
         return true;
-    case 147:
+    case CommandId::ProblemNew:
         appendNewProblem(PROBLEM_DIRECT_MATE);
         return true;
-    case 166:
+    case CommandId::Bonus:
         appendNewProblem(PROBLEM_POSITION);
         return true;
-    case 161:
+    case CommandId::TagAdd:
         addTag();
         return true;
-    case 162:
+    case CommandId::TagRemove:
         removeTag();
         return true;
-    case 195:
+    case CommandId::TypeDirectMate:
         setDirectMate();
         return true;
     default:
@@ -62,16 +70,16 @@ void NavigationCommands::selectByNumber() {
     const TChessProblem* current = list.Current();
     if (!current || list.problems.empty()) return;
     const auto number = m_window.prompts().askNumber(
-        m_window.tr3(L"Wybierz problem", L"Select problem", L"Вибрати задачу"),
-        m_window.tr3(L"Numer problemu:", L"Problem number:", L"Номер задачі:"), current->id,
+        m_window.translate(SELECT_PROBLEM),
+        m_window.translate({L"Numer problemu:", L"Problem number:", L"Номер задачі:"}), current->id,
         list.problems.begin()->first, list.problems.rbegin()->first);
     if (!number) return;
     // Navigation by number needs a number of the list.
     if (!list.problems.count(*number)) {
         m_window.prompts().message(m_window.title(MessageTitle::Information),
-                                   m_window.tr3(L"W tym pliku nie ma problemu o numerze ",
-                                                L"There is no problem with number ",
-                                                L"У цьому файлі немає задачі з номером ") +
+                                   m_window.translate({L"W tym pliku nie ma problemu o numerze ",
+                                                       L"There is no problem with number ",
+                                                       L"У цьому файлі немає задачі з номером "}) +
                                        QString::number(*number),
                                    PromptIcon::Information);
         return;
@@ -95,8 +103,8 @@ void NavigationCommands::selectFromList() {
     }
     if (items.isEmpty()) return;
     const auto chosen =
-        m_window.prompts().askItem(m_window.tr3(L"Wybierz problem", L"Select problem", L"Вибрати задачу"),
-                                   m_window.tr3(L"Problem:", L"Problem:", L"Задача:"), items, false);
+        m_window.prompts().askItem(m_window.translate(SELECT_PROBLEM),
+                                   m_window.translate({L"Problem:", L"Problem:", L"Задача:"}), items, false);
     if (!chosen) return;
     const auto index = items.indexOf(*chosen);
     if (index >= 0) list.NavigateToProblem(Navigation::ById, ids[static_cast<size_t>(index)]);
@@ -135,8 +143,8 @@ void NavigationCommands::addTag() {
     if (!problem) return;
     QStringList known;
     for (const std::wstring& tag : list.allTags) known << QString::fromStdWString(tag);
-    const auto tag = m_window.prompts().askItem(m_window.tr3(L"Dodaj tag", L"Add tag", L"Додати тег"),
-                                                m_window.tr3(L"Tag:", L"Tag:", L"Тег:"), known, true);
+    const auto tag = m_window.prompts().askItem(m_window.translate({L"Dodaj tag", L"Add tag", L"Додати тег"}),
+                                                m_window.translate(TAG_LABEL), known, true);
     if (!tag || tag->trimmed().isEmpty()) return;
     const std::wstring text = tag->trimmed().toStdWString();
     problem->tags.insert(text);
@@ -148,17 +156,18 @@ void NavigationCommands::removeTag() {
     TChessProblem* problem = m_window.problems().Current();
     if (!problem) return;
     if (problem->tags.empty()) {
-        m_window.prompts().message(m_window.title(MessageTitle::Information),
-                                   m_window.tr3(L"Bieżący problem nie ma tagów.",
-                                                L"The current problem has no tags.",
-                                                L"Поточна задача не має тегів."),
-                                   PromptIcon::Information);
+        m_window.prompts().message(
+            m_window.title(MessageTitle::Information),
+            m_window.translate({L"Bieżący problem nie ma tagów.", L"The current problem has no tags.",
+                                L"Поточна задача не має тегів."}),
+            PromptIcon::Information);
         return;
     }
     QStringList tags;
     for (const std::wstring& tag : problem->tags) tags << QString::fromStdWString(tag);
-    const auto tag = m_window.prompts().askItem(m_window.tr3(L"Usuń tag", L"Remove tag", L"Вилучити тег"),
-                                                m_window.tr3(L"Tag:", L"Tag:", L"Тег:"), tags, false);
+    const auto tag =
+        m_window.prompts().askItem(m_window.translate({L"Usuń tag", L"Remove tag", L"Вилучити тег"}),
+                                   m_window.translate(TAG_LABEL), tags, false);
     if (!tag) return;
     problem->tags.erase(tag->toStdWString());
     m_window.refreshProblemText();

@@ -2,6 +2,8 @@
 // NavigationCommands: moving between problems (next, previous, first, last,
 // by number, from the list, through the history), a new problem, the tags of
 // the current problem and its type.
+#include "shell/command_id.h"
+
 #include <QObject>
 
 namespace zorvane {
@@ -13,8 +15,10 @@ class NavigationCommands : public QObject {
   public:
     explicit NavigationCommands(WindowServices& window, QObject* parent = nullptr);
 
-    // 145, 146, 147, 154, 155, 159, 160, 161, 162, 166, 167, 168, 195; false for other ids.
-    bool dispatch(int id);
+    // Next, previous, first, last, by number, from the list, back and forth in
+    // the history, a new problem, the bonus, adding and removing a tag, the
+    // direct-mate type; false for other commands.
+    bool dispatch(CommandId id);
 
   private:
     void selectByNumber();

@@ -1,12 +1,10 @@
 #include "shell/shell_text.h"
 
-#include "problems/language.h"
-
 namespace zorvane {
 
 namespace {
 
-constexpr Text3 TITLES[] = {
+constexpr LocalizedText TITLES[] = {
     {L"Pytanie", L"Question", L"Питання"},
     {L"Ostrzeżenie", L"Warning", L"Увага"},
     {L"Błąd", L"Error", L"Помилка"},
@@ -15,17 +13,12 @@ constexpr Text3 TITLES[] = {
 
 } // namespace
 
-QString Translate(int languageId, const wchar_t* polish, const wchar_t* english, const wchar_t* ukrainian) {
-    return QString::fromWCharArray(Tr(languageId, polish, english, ukrainian));
-}
-
-QString Translate(int languageId, const Text3& text) {
-    return Translate(languageId, text.polish, text.english, text.ukrainian);
+QString ToQString(std::wstring_view text) {
+    return QString::fromWCharArray(text.data(), static_cast<qsizetype>(text.size()));
 }
 
 QString Translate(int languageId, const LocalizedText& text) {
-    return QString::fromStdWString(
-        Tr(languageId, text.polish.c_str(), text.english.c_str(), text.ukrainian.c_str()));
+    return ToQString(text.In(languageId));
 }
 
 QString TitleText(int languageId, MessageTitle title) {
@@ -33,7 +26,7 @@ QString TitleText(int languageId, MessageTitle title) {
 }
 
 QString TranslateTitle(int languageId, const std::wstring& englishTitle) {
-    for (const Text3& title : TITLES)
+    for (const LocalizedText& title : TITLES)
         if (englishTitle == title.english) return Translate(languageId, title);
     return QString::fromStdWString(englishTitle);
 }

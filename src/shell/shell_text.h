@@ -1,16 +1,21 @@
 #pragma once
 // Texts of the window in the language in force.
 #include "options/localized_text.h"
-#include "shell/command_table.h"
 
 #include <QString>
+
+#include <string>
+#include <string_view>
 
 namespace zorvane {
 
 // The form of `text` for the language: 0 Polish, 2 Ukrainian, anything else English.
-QString Translate(int languageId, const Text3& text);
-QString Translate(int languageId, const wchar_t* polish, const wchar_t* english, const wchar_t* ukrainian);
 QString Translate(int languageId, const LocalizedText& text);
+QString ToQString(std::wstring_view text);
+
+// Said both when a file is opened and at start-up.
+inline constexpr LocalizedText FILE_CANNOT_BE_EMPTY{L"Plik nie może być pusty.", L"File cannot be empty.",
+                                                    L"Файл не може бути порожнім."};
 
 // The four standard titles of the boxes.
 QString TitleText(int languageId, MessageTitle title);

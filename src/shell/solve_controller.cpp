@@ -77,7 +77,7 @@ SolveController::SolveController(WindowServices& window, BoardController& board,
 
 void SolveController::attachTo(MainWindow& window) {
     m_mainWindow = &window;
-    window.onSolveCommand = [this](int id) { dispatch(id); };
+    window.onSolveCommand = [this](CommandId id) { dispatch(id); };
     window.onStopAllSolves = [this] { StopAllSolving(); };
     connect(&window, &MainWindow::closing, this, [this] { StopAllSolving(true); });
     connect(&window, &MainWindow::refreshTick, this,
@@ -91,12 +91,13 @@ void SolveController::attachTo(MainWindow& window) {
         auto* button = new QToolButton(bar);
         button->setObjectName(QStringLiteral("startButton"));
         button->setIcon(window.style()->standardIcon(QStyle::SP_MediaPlay));
-        button->setToolTip(tr3(L"Start/stop (prawy klik: znajdź wszystkie rozwiązania/wstrzymaj; +Ctrl: okno wyboru "
-                               L"heurystyk)",
-                               L"Start/stop (right click: find all solutions/pause; +Ctrl: display heuristics selection "
-                               L"dialog)",
-                               L"Старт/стоп (клацання правою кнопкою: знайти всі розв'язки/пауза; +Ctrl: вікно вибору "
-                               L"евристик)"));
+        button->setToolTip(translate(
+            {L"Start/stop (prawy klik: znajdź wszystkie rozwiązania/wstrzymaj; +Ctrl: okno wyboru "
+             L"heurystyk)",
+             L"Start/stop (right click: find all solutions/pause; +Ctrl: display heuristics selection "
+             L"dialog)",
+             L"Старт/стоп (клацання правою кнопкою: знайти всі розв'язки/пауза; +Ctrl: вікно вибору "
+             L"евристик)"}));
         button->setContextMenuPolicy(Qt::CustomContextMenu);
         connect(button, &QToolButton::clicked, this,
                 [this] { startButtonClicked(false, QGuiApplication::keyboardModifiers() & Qt::ControlModifier); });
@@ -112,13 +113,13 @@ void SolveController::startButtonClicked(bool rightButton, bool ctrl) {
     if (!problem) return;
     const bool running = m_runs.count(problem->id) != 0;
     // Through the window, so that a greyed command does not run by the button either.
-    const auto command = [this](int id) {
+    const auto command = [this](CommandId id) {
         if (m_mainWindow) m_mainWindow->DispatchCommand(id);
         else dispatch(id);
     };
-    if (!rightButton) command(running ? 142 : 140);
+    if (!rightButton) command(running ? CommandId::SolveStop : CommandId::SolveStart);
     else if (running) PauseOrResume(ctrl);
-    else command(ctrl ? 679 : 141);
+    else command(ctrl ? CommandId::SolveAllWithHeuristics : CommandId::SolveAllSolutions);
 }
 
 void SolveController::refreshStartButton() {
@@ -140,22 +141,22 @@ SolveController::~SolveController() {
     }
 }
 
-QString SolveController::tr3(const wchar_t* polish, const wchar_t* english, const wchar_t* ukrainian) const {
-    return m_window.tr3(polish, english, ukrainian);
+QString SolveController::translate(const LocalizedText& text) const {
+    return m_window.translate(text);
 }
 
 void SolveController::tell(const QString& title, const QString& text) {
     m_window.prompts().message(title, text, PromptIcon::Information);
 }
 
-void SolveController::dispatch(int id) {
+void SolveController::dispatch(CommandId id) {
     switch (id) {
-    case 140: StartSolving(false); return;
-    case 141: StartSolving(true); return;
-    case 142: StopSolving(); return;
-    case 143: PauseOrResume(false); return;
-    case 169: PauseOrResume(true); return;
-    case 144: ResumeSolving(); return;
+    case CommandId::SolveStart: StartSolving(false); return;
+    case CommandId::SolveAllSolutions: StartSolving(true); return;
+    case CommandId::SolveStop: StopSolving(); return;
+    case CommandId::SolvePause: PauseOrResume(false); return;
+    case CommandId::SolvePauseOneThread: PauseOrResume(true); return;
+    case CommandId::SolveResume: ResumeSolving(); return;
     default: return;
     }
 }
@@ -166,14 +167,14 @@ void SolveController::StartSolving(bool allSolutions) {
     // 1. One run per problem.
     if (m_window.runningSolves().contains(problem->id)) {
         tell(m_window.title(MessageTitle::Information),
-             tr3(L"Poszukiwanie mata bieżącego problemu w toku.",
-                 L"Search for solution of the current problem is pending",
-                 L"Пошук розв'язку поточної задачі триває"));
+             translate({L"Poszukiwanie mata bieżącego problemu w toku.",
+                        L"Search for solution of the current problem is pending",
+                        L"Пошук розв'язку поточної задачі триває"}));
         return;
     }
     // 2. Position setting is left first; a refusal cancels the start.
     if (m_board.isSettingMode()) {
-        m_board.dispatch(137);
+        m_board.dispatch(CommandId::PositionSettingMode);
         if (m_board.isSettingMode()) return;
     }
     // 3. The thread by what the board shows.
@@ -208,15 +209,17 @@ void SolveController::start(TChessProblem& problem, SolveRoad road, int plies, c
     // 4. A register of an earlier solve goes first when the option says so;
     // the solve clears it, the status says so meanwhile.
     if (options.ClearRegisterOnStartSolving && Solver::RegisterPositions(problem) > 0) {
-        m_window.showStatus(tr3(L"Usuwanie danych tymczasowych z pamięci...\n(opcja czyszczenia tych danych przy "
-                                L"starcie rozwiązywania jest włączona)",
-                                L"Removing temporary data from memory...\n(the option to clear this data on start "
-                                L"solving is on)",
-                                L"Видалення тимчасових даних з пам'яті...\n(параметр очищення цих даних на початку "
-                                L"розв'язування увімкнено)"));
+        m_window.showStatus(
+            translate({L"Usuwanie danych tymczasowych z pamięci...\n(opcja czyszczenia tych danych przy "
+                       L"starcie rozwiązywania jest włączona)",
+                       L"Removing temporary data from memory...\n(the option to clear this data on start "
+                       L"solving is on)",
+                       L"Видалення тимчасових даних з пам'яті...\n(параметр очищення цих даних на початку "
+                       L"розв'язування увімкнено)"}));
     }
-    showRunStatus(problem.id, tr3(L"Sprawdzanie typu pozycji początkowej...", L"Initial position type check...",
-                                  L"Перевірка типу початкової позиції..."));
+    showRunStatus(problem.id,
+                  translate({L"Sprawdzanie typu pozycji początkowej...", L"Initial position type check...",
+                             L"Перевірка типу початкової позиції..."}));
     // The clock of the run: one second at a time, standing still while paused.
     run->clock = new QTimer(this);
     run->clock->setInterval(CLOCK_PERIOD_MS);
@@ -266,12 +269,15 @@ void SolveController::finish(int32_t id) {
     if (!run->error.empty()) {
         QString text = QString::fromStdString(run->error);
         if (run->unexpected)
-            text = tr3(L"Wątek rozwiązujący problem ", L"Thread solving problem ", L"Потік, що розв'язує задачу ") +
+            text = translate({L"Wątek rozwiązujący problem ", L"Thread solving problem ",
+                              L"Потік, що розв'язує задачу "}) +
                    QString::number(id) +
-                   tr3(L" zakończył się błędem:\n\n", L" completed with error:\n\n", L" завершився з помилкою:\n\n") +
+                   translate({L" zakończył się błędem:\n\n", L" completed with error:\n\n",
+                              L" завершився з помилкою:\n\n"}) +
                    text;
-        m_window.prompts().message(tr3(L"Wystąpił błąd", L"An error has occurred", L"Сталася помилка"), text,
-                                   PromptIcon::Error);
+        m_window.prompts().message(
+            translate({L"Wystąpił błąd", L"An error has occurred", L"Сталася помилка"}), text,
+            PromptIcon::Error);
         emit solveFinished(id);
         return;
     }
@@ -290,23 +296,28 @@ void SolveController::finish(int32_t id) {
     // 8. The result; a problem that is no longer on the board names itself.
     QString text = wide(result.text);
     if (problem.m_pRegister)
-        text += "\n" + tr3(L"Pozycji w rejestrze tymczasowym: ", L"Positions in temporary register: ",
-                           L"Позицій у тимчасовому реєстрі: ") +
+        text += "\n" +
+                translate({L"Pozycji w rejestrze tymczasowym: ", L"Positions in temporary register: ",
+                           L"Позицій у тимчасовому реєстрі: "}) +
                 counterText(Solver::RegisterPositions(problem));
     if (!current) {
-        const QString head = result.moves.empty()
-                                 ? tr3(L"Nie znaleziono rozwiązania problemu ", L"No solution found of the problem ",
-                                       L"Не знайдено розв'язку задачі ") + QString::number(id)
-                                 : QString::number(result.moves.size()) +
-                                       tr3(L" rozwiązań znaleziono dla problemu ", L" solution(s) found of the problem ",
-                                           L" розв'язків знайдено для задачі ") +
-                                       QString::number(id);
+        const QString head =
+            result.moves.empty()
+                ? translate({L"Nie znaleziono rozwiązania problemu ", L"No solution found of the problem ",
+                             L"Не знайдено розв'язку задачі "}) +
+                      QString::number(id)
+                : QString::number(result.moves.size()) +
+                      translate({L" rozwiązań znaleziono dla problemu ",
+                                 L" solution(s) found of the problem ",
+                                 L" розв'язків знайдено для задачі "}) +
+                      QString::number(id);
         text = head + "\n\n" + text;
     }
     m_lastResults[id] = wide(result.text);
-    const QString title = run->road == SolveRoad::Main
-                              ? tr3(L"Wynik poszukiwania mata", L"Mate search result", L"Результат пошуку мату")
-                              : tr3(L"Wynik poszukiwania mata", L"Result of analysis", L"Результат аналізу");
+    const QString title =
+        run->road == SolveRoad::Main
+            ? translate({L"Wynik poszukiwania mata", L"Mate search result", L"Результат пошуку мату"})
+            : translate({L"Wynik poszukiwania mata", L"Result of analysis", L"Результат аналізу"});
     m_window.prompts().message(title, text, PromptIcon::Information);
     emit solveFinished(id);
 }
@@ -321,7 +332,7 @@ void SolveController::stop(Run& run) {
     const int32_t id = run.id;
     run.solver.Stop();
     m_window.runningSolves().setPaused(id, false);
-    showRunStatus(id, tr3(L"Zatrzymywanie...", L"Stop pending...", L"Зупинка..."));
+    showRunStatus(id, translate({L"Zatrzymywanie...", L"Stop pending...", L"Зупинка..."}));
     // The window stays alive while the thread winds down: its end comes as a queued call.
     while (m_runs.count(id)) {
         QCoreApplication::processEvents(QEventLoop::AllEvents, 1);
@@ -390,8 +401,8 @@ QString SolveController::progressText() const {
     // The window never waits for an engine thread: a busy list is shown at the next tick.
     std::unique_lock<std::mutex> guard(run.lock, std::try_to_lock);
     if (guard.owns_lock() && !run.found.empty()) {
-        text += "\n" + tr3(L"Dotychczas znalezione rozwiązania: ", L"Solutions found so far: ",
-                           L"Знайдені досі розв'язки: ");
+        text += "\n" + translate({L"Dotychczas znalezione rozwiązania: ", L"Solutions found so far: ",
+                                  L"Знайдені досі розв'язки: "});
         for (size_t i = 0; i < run.found.size(); ++i)
             text += (i ? ", " : "") + QString::fromStdString(run.found[i]);
     }

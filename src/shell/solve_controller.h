@@ -8,7 +8,9 @@
 // While a run is on, the record is not edited: the menus grey every command
 // that changes it, and the board refuses moves and position setting.
 #include "engine/solver.h"
+#include "options/localized_text.h"
 #include "shell/board_rules.h"
+#include "shell/command_id.h"
 
 #include <QObject>
 #include <QString>
@@ -48,11 +50,11 @@ public:
     // (with Ctrl one thread, or the heuristics dialog when nothing runs).
     void startButtonClicked(bool rightButton, bool ctrl);
 
-    // The solve commands: 140 (and F5) solve, 141 all solutions, 142 stop, 143
-    // pause, 169 pause one thread, 144 resume. The best defence (152, 153), the
-    // whole main variant (164) and the heuristics dialog (677, 679) are not
-    // built yet: the menus keep them greyed, and they do nothing here.
-    void dispatch(int id);
+    // The solve commands: start (and F5), all solutions, stop, pause, pause one
+    // thread, resume. Black's best defence, the whole main variant and the
+    // heuristics dialog are not built yet: the menus keep them greyed, and they
+    // do nothing here.
+    void dispatch(CommandId id);
     void StartSolving(bool allSolutions);
     void StopSolving();
     // `quietly` (when the program closes): the runs end without their result boxes.
@@ -83,7 +85,7 @@ private:
     void showRunStatus(int32_t id, const QString& text);
     // Play while the current problem rests, stop while it is being solved.
     void refreshStartButton();
-    QString tr3(const wchar_t* polish, const wchar_t* english, const wchar_t* ukrainian) const;
+    QString translate(const LocalizedText& text) const;
 
     WindowServices& m_window;
     BoardController& m_board;

@@ -37,16 +37,17 @@ void warnSecondInstance(const fs::path& optionsPath, Prompts& prompts) {
         TitleText(language, MessageTitle::Information),
         Translate(
             language,
-            L"Uwaga:\nProgram zostanie otwarty w trybie tylko do odczytu dla plików .lichess.\n\nNależy też "
-            L"zachować szczególną ostrożność przy zapisywaniu plików z problemami (.cp) - choć instancje "
-            L"programu ostrzegają i proponują synchronizację/ponowne wczytanie",
-            L"Note:\nProgram will be opened in read-only mode for .lichess files.\n\nAlso particular care "
-            L"should "
-            L"be taken while saving problem files (.cp) - although program instances warn and suggest "
-            L"sychronization/reload",
-            L"Примітка:\nПрограму буде відкрито в режимі лише для читання для файлів .lichess.\n\nТакож слід "
-            L"бути особливо обережним під час збереження файлів задач (.cp) - хоча екземпляри програми "
-            L"попереджають і пропонують синхронізацію/перезавантаження"),
+            {L"Uwaga:\nProgram zostanie otwarty w trybie tylko do odczytu dla plików .lichess.\n\nNależy też "
+             L"zachować szczególną ostrożność przy zapisywaniu plików z problemami (.cp) - choć instancje "
+             L"programu ostrzegają i proponują synchronizację/ponowne wczytanie",
+             L"Note:\nProgram will be opened in read-only mode for .lichess files.\n\nAlso particular care "
+             L"should "
+             L"be taken while saving problem files (.cp) - although program instances warn and suggest "
+             L"sychronization/reload",
+             L"Примітка:\nПрограму буде відкрито в режимі лише для читання для файлів .lichess.\n\nТакож "
+             L"слід "
+             L"бути особливо обережним під час збереження файлів задач (.cp) - хоча екземпляри програми "
+             L"попереджають і пропонують синхронізацію/перезавантаження"}),
         PromptIcon::Information);
 }
 
@@ -135,9 +136,7 @@ InitialProblems LoadInitialProblems(const fs::path& path, const ProblemFileSetti
     ProblemLoadReport report;
     try {
         LoadProblemFile(path, result.problems, createIfMissing, settings, result.allTags, &report);
-        if (result.problems.empty())
-            result.error = Translate(settings.languageId, L"Plik nie może być pusty.",
-                                     L"File cannot be empty.", L"Файл не може бути порожнім.");
+        if (result.problems.empty()) result.error = Translate(settings.languageId, FILE_CANNOT_BE_EMPTY);
     } catch (const std::exception& error) {
         result.error = QString::fromUtf8(error.what());
         result.problemsNotLoaded = report.problemsNotRead;

@@ -1,6 +1,5 @@
 #include "shell/system_commands.h"
 
-#include "shell/command_table.h"
 #include "shell/process_control.h"
 #include "shell/startup.h"
 #include "shell/window_services.h"
@@ -15,6 +14,7 @@ namespace zorvane {
 
 namespace {
 
+// In the order of the Priority menu.
 constexpr int PRIORITY_CLASSES[] = {PRIORITY_HIGH, PRIORITY_ABOVE_NORMAL, PRIORITY_NORMAL,
                                     PRIORITY_BELOW_NORMAL, PRIORITY_LOW};
 constexpr int MAX_THREADS = 64;
@@ -24,24 +24,24 @@ constexpr int MAX_THREADS = 64;
 SystemCommands::SystemCommands(WindowServices& window, QObject* parent)
     : QObject(parent), m_window(window), m_knownMask(ProcessAffinityMask()) {}
 
-bool SystemCommands::dispatch(int id) {
-    if (id >= 200 && id <= 204) {
+bool SystemCommands::dispatch(CommandId id) {
+    if (id >= CommandId::PriorityHigh && id <= CommandId::PriorityLow) {
         setPriority(id);
         return true;
     }
-    if (id >= FIRST_AFFINITY_COMMAND && id <= LAST_AFFINITY_COMMAND) {
-        toggleProcessor(id - FIRST_AFFINITY_COMMAND);
+    if (IsProcessorCommand(id)) {
+        toggleProcessor(ProcessorOf(id));
         return true;
     }
     switch (id) {
-    case 165:
+    case CommandId::Threads:
         askThreads();
         return true;
-    case 185:
+    case CommandId::HelpAbout:
         about();
         return true;
-    case 187:
-    case 198:
+    case CommandId::HelpReadme:
+    case CommandId::HelpManual:
         openReadme();
         return true;
     default:
@@ -49,9 +49,9 @@ bool SystemCommands::dispatch(int id) {
     }
 }
 
-void SystemCommands::setPriority(int id) {
+void SystemCommands::setPriority(CommandId id) {
     // Raising the priority may be refused without privileges; the menu then shows what holds.
-    SetProcessPriorityClass(PRIORITY_CLASSES[id - 200]);
+    SetProcessPriorityClass(PRIORITY_CLASSES[CommandNumber(id) - CommandNumber(CommandId::PriorityHigh)]);
 }
 
 void SystemCommands::toggleProcessor(int cpu) {
@@ -60,9 +60,10 @@ void SystemCommands::toggleProcessor(int cpu) {
         m_knownMask = mask;
         m_window.prompts().message(
             m_window.title(MessageTitle::Information),
-            m_window.tr3(L"Ustawienia zostały zmienione poza programem.\nObowiązują ustawienia bieżące.",
-                         L"Settings were changed outside the program.\nThe current settings are taken over.",
-                         L"Налаштування було змінено поза програмою.\nЗастосовано поточні налаштування."),
+            m_window.translate(
+                {L"Ustawienia zostały zmienione poza programem.\nObowiązują ustawienia bieżące.",
+                 L"Settings were changed outside the program.\nThe current settings are taken over.",
+                 L"Налаштування було змінено поза програмою.\nЗастосовано поточні налаштування."}),
             PromptIcon::Information);
         return;
     }
@@ -72,21 +73,23 @@ void SystemCommands::toggleProcessor(int cpu) {
 
 void SystemCommands::askThreads() {
     ThreadDefaults& threads = m_window.threadSettings();
-    const auto count = m_window.prompts().askNumber(m_window.tr3(L"Wątki", L"Threads", L"Потоки"),
-                                                    m_window.tr3(L"Liczba wątków silnika (pierwszy ruch):",
-                                                                 L"Number of engine threads (1st move):",
-                                                                 L"Кількість потоків рушія (перший хід):"),
-                                                    threads.threads, 1, MAX_THREADS);
+    const auto count =
+        m_window.prompts().askNumber(m_window.translate({L"Wątki", L"Threads", L"Потоки"}),
+                                     m_window.translate({L"Liczba wątków silnika (pierwszy ruch):",
+                                                         L"Number of engine threads (1st move):",
+                                                         L"Кількість потоків рушія (перший хід):"}),
+                                     threads.threads, 1, MAX_THREADS);
     if (count) threads.threads = *count;
 }
 
 void SystemCommands::about() {
     m_window.prompts().message(
-        m_window.tr3(L"O programie", L"About", L"Про програму"),
+        m_window.translate({L"O programie", L"About", L"Про програму"}),
         QStringLiteral("Zorvane ") + QString::fromLatin1(ProgramVersion()) + "\n" +
-            m_window.tr3(L"Program do rozwiązywania ortodoksyjnych problemów szachowych (maty w n ruchach).",
-                         L"A solver of orthodox chess problems (mates in n moves).",
-                         L"Програма для розв'язування ортодоксальних шахових задач (мати в n ходів)."),
+            m_window.translate(
+                {L"Program do rozwiązywania ortodoksyjnych problemów szachowych (maty w n ruchach).",
+                 L"A solver of orthodox chess problems (mates in n moves).",
+                 L"Програма для розв'язування ортодоксальних шахових задач (мати в n ходів)."}),
         PromptIcon::Information);
 }
 
@@ -111,14 +114,15 @@ void SystemCommands::openReadme() {
     if (!std::filesystem::exists(path, error)) {
         m_window.prompts().message(
             m_window.title(MessageTitle::Error),
-            m_window.tr3(L"Nie znaleziono pliku: ", L"File not found: ", L"Файл не знайдено: ") + file,
+            m_window.translate({L"Nie znaleziono pliku: ", L"File not found: ", L"Файл не знайдено: "}) +
+                file,
             PromptIcon::Error);
         return;
     }
     if (!QDesktopServices::openUrl(QUrl::fromLocalFile(file)))
         m_window.prompts().message(m_window.title(MessageTitle::Error),
-                                   m_window.tr3(L"Nie można otworzyć pliku: ", L"Cannot open file: ",
-                                                L"Не вдається відкрити файл: ") +
+                                   m_window.translate({L"Nie można otworzyć pliku: ", L"Cannot open file: ",
+                                                       L"Не вдається відкрити файл: "}) +
                                        file,
                                    PromptIcon::Error);
 }

@@ -1,6 +1,8 @@
 #pragma once
 // SystemCommands: process priority and processor affinity, the thread count,
 // and the Help menu.
+#include "shell/command_id.h"
+
 #include <QObject>
 
 #include <cstdint>
@@ -20,14 +22,15 @@ class SystemCommands : public QObject {
   public:
     explicit SystemCommands(WindowServices& window, QObject* parent = nullptr);
 
-    // 165, 185, 187, 198, 200 to 204 and the processor items; false for other ids.
-    // 187 and 198 both open the README.md shipped with the program: it is the manual.
-    bool dispatch(int id);
+    // Threads, About, the readme and the manual, the priority and processor
+    // items; false for other commands. The readme and the manual both open the
+    // README.md shipped with the program: it is the manual.
+    bool dispatch(CommandId id);
     // The affinity mask as last set or seen here.
     uint64_t knownAffinityMask() const { return m_knownMask; }
 
   private:
-    void setPriority(int id);
+    void setPriority(CommandId id);
     void toggleProcessor(int cpu);
     void askThreads();
     void about();

@@ -48,9 +48,7 @@ class WindowServices {
     virtual void closeWindow() = 0;
 
     int language() { return options().LanguageId; }
-    QString tr3(const wchar_t* polish, const wchar_t* english, const wchar_t* ukrainian) {
-        return Translate(language(), polish, english, ukrainian);
-    }
+    QString translate(const LocalizedText& text) { return Translate(language(), text); }
     QString title(MessageTitle title) { return TitleText(language(), title); }
 };
 

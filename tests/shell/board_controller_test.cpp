@@ -144,7 +144,7 @@ class BoardControllerTest : public QObject {
 
     void rotatedViewPlaysOnTheTurnedBoard() {
         load("5k2/8/5K2/8/8/8/8/4R3", 2);
-        QVERIFY(controller->dispatch(BoardController::RotateView));
+        QVERIFY(controller->dispatch(CommandId::ViewRotateBoard));
         QVERIFY(controller->rotated());
         QVERIFY(view->rotated());
         drag("f6", "g6");
@@ -158,7 +158,7 @@ class BoardControllerTest : public QObject {
         QVERIFY(problem->playedPositions.empty());
         QVERIFY(prompts.boxes.isEmpty());
         QCOMPARE(status->count(), 0);
-        controller->dispatch(BoardController::SettingMode);
+        controller->dispatch(CommandId::PositionSettingMode);
         QCOMPARE(prompts.boxes, QStringList{UNAVAILABLE});
         QVERIFY(!controller->isSettingMode());
     }
@@ -221,7 +221,7 @@ class BoardControllerTest : public QObject {
         drag("a8", "a7");
         QCOMPARE(lastStatus(), QStringLiteral("Temp.reg.: #2 (or less) in current position"));
         // Another line reaches a position the register does not know.
-        controller->dispatch(BoardController::MoveBack);
+        controller->dispatch(CommandId::MoveBack);
         drag("a8", "b8");
         QCOMPARE(lastStatus(), QString());
     }
@@ -231,7 +231,7 @@ class BoardControllerTest : public QObject {
         drag("g5", "g6");
         QCOMPARE(lastStatus(), QStringLiteral("threat: Ra1-a8"));
         controller->setLanguage(0);
-        controller->dispatch(BoardController::MoveBack);
+        controller->dispatch(CommandId::MoveBack);
         drag("g5", "g6");
         QCOMPARE(lastStatus(), QStringLiteral("groźba: Ra1-a8"));
         // Black's answer leaves White to move: the mate itself is told.
@@ -267,20 +267,20 @@ class BoardControllerTest : public QObject {
         drag("f6", "g6");
         drag("f8", "g8");
         const qsizetype before = changes->count();
-        controller->dispatch(BoardController::MoveBack);
+        controller->dispatch(CommandId::MoveBack);
         QCOMPARE(controller->shownPosition(), &problem->playedPositions[0]);
-        controller->dispatch(BoardController::MoveBack);
+        controller->dispatch(CommandId::MoveBack);
         QCOMPARE(controller->shownPosition(), &problem->startPosition);
-        controller->dispatch(BoardController::MoveBack); // nothing before the start
+        controller->dispatch(CommandId::MoveBack); // nothing before the start
         QCOMPARE(changes->count(), before + 2);
-        controller->dispatch(BoardController::MoveForward);
+        controller->dispatch(CommandId::MoveRedo);
         QCOMPARE(controller->shownPosition(), &problem->playedPositions[0]);
-        controller->dispatch(BoardController::MoveForward);
-        controller->dispatch(BoardController::MoveForward); // already the last
+        controller->dispatch(CommandId::MoveRedo);
+        controller->dispatch(CommandId::MoveRedo); // already the last
         QCOMPARE(controller->shownPosition(), &problem->playedPositions[1]);
         // A move from an earlier position replaces the rest of the line.
-        controller->dispatch(BoardController::MoveBack);
-        controller->dispatch(BoardController::MoveBack);
+        controller->dispatch(CommandId::MoveBack);
+        controller->dispatch(CommandId::MoveBack);
         drag("f6", "e6");
         QCOMPARE(problem->playedPositions.size(), size_t{1});
         QCOMPARE(problem->playedPositions[0].m_aSquares[sq("e6")], WK);
@@ -293,11 +293,11 @@ class BoardControllerTest : public QObject {
         load("5k2/8/5K2/8/8/8/8/4R3", 2);
         drag("f6", "g6");
         prompts.answers = {Answer::No, Answer::Yes};
-        controller->dispatch(BoardController::SettingMode);
+        controller->dispatch(CommandId::PositionSettingMode);
         QCOMPARE(prompts.boxes, QStringList{START_EDITING});
         QVERIFY(!controller->isSettingMode());
         QCOMPARE(problem->playedPositions.size(), size_t{1});
-        controller->dispatch(BoardController::SettingMode);
+        controller->dispatch(CommandId::PositionSettingMode);
         QCOMPARE(prompts.boxes, (QStringList{START_EDITING, START_EDITING}));
         QVERIFY(controller->isSettingMode());
         QVERIFY(view->settingMode());
@@ -307,7 +307,7 @@ class BoardControllerTest : public QObject {
 
     void putRemoveAndTheOtherColour() {
         load("5k2/8/5K2/8/8/8/8/4R3", 2);
-        controller->dispatch(BoardController::SettingMode);
+        controller->dispatch(CommandId::PositionSettingMode);
         QVERIFY(prompts.boxes.isEmpty());
         QTest::mousePress(view.get(), Qt::LeftButton, {}, paletteCell(1, true)); // white queen
         click("d4", Qt::LeftButton);
@@ -327,8 +327,8 @@ class BoardControllerTest : public QObject {
 
     void rotatedViewPutsOnH8FromTheLowerLeft() {
         load("5k2/8/5K2/8/8/8/8/4R3", 2);
-        controller->dispatch(BoardController::RotateView);
-        controller->dispatch(BoardController::SettingMode);
+        controller->dispatch(CommandId::ViewRotateBoard);
+        controller->dispatch(CommandId::PositionSettingMode);
         QTest::mousePress(view.get(), Qt::LeftButton, {}, paletteCell(2, true)); // white rook
         QTest::mousePress(view.get(), Qt::LeftButton, {}, QPoint(25, 405));
         QCOMPARE(problem->startPosition.m_aSquares[sq("h8")], WR);
@@ -336,7 +336,7 @@ class BoardControllerTest : public QObject {
 
     void stipulationArrowsInTheMode() {
         load("5k2/8/5K2/8/8/8/8/4R3", 2);
-        controller->dispatch(BoardController::SettingMode);
+        controller->dispatch(CommandId::PositionSettingMode);
         QTest::mousePress(view.get(), Qt::LeftButton, {}, ARROW_UP);
         QCOMPARE(problem->stipulationMoves(), 3);
         QCOMPARE(problem->plies, uint16_t{5});
@@ -350,7 +350,7 @@ class BoardControllerTest : public QObject {
         QTest::mousePress(view.get(), Qt::RightButton, {}, ARROW_DOWN); // not below one move
         QCOMPARE(problem->stipulationMoves(), 1);
         QCOMPARE(problem->stipulationPlies, uint16_t{1});
-        controller->dispatch(BoardController::StipulationUpTen);
+        controller->dispatch(CommandId::StipulationUpTen);
         QCOMPARE(problem->stipulationMoves(), 11);
         QVERIFY(prompts.boxes.isEmpty());
     }
@@ -359,7 +359,7 @@ class BoardControllerTest : public QObject {
         load("5k2/8/5K2/8/8/8/8/4R3", 2);
         QTest::mousePress(view.get(), Qt::LeftButton, {}, ARROW_UP);
         QCOMPARE(prompts.boxes, QStringList{STIPULATION_TOOL});
-        controller->dispatch(BoardController::StipulationDownTen);
+        controller->dispatch(CommandId::StipulationDownTen);
         QCOMPARE(prompts.boxes, (QStringList{STIPULATION_TOOL, STIPULATION_TOOL}));
         QCOMPARE(problem->stipulationMoves(), 2);
     }
@@ -369,7 +369,7 @@ class BoardControllerTest : public QObject {
         TVariant main{L"Main variant", {TVariantMove{mv("f6", "g6"), "Kf6-g6", L""}}};
         problem->variants[main.name] = main;
         problem->tags = {L"miniature"};
-        controller->dispatch(BoardController::SettingMode);
+        controller->dispatch(CommandId::PositionSettingMode);
         QTest::mousePress(view.get(), Qt::LeftButton, {}, paletteCell(5, true)); // white pawn
         click("b2", Qt::LeftButton);                                             // the line still plays
         QCOMPARE(problem->variants.size(), size_t{1});
@@ -379,21 +379,21 @@ class BoardControllerTest : public QObject {
         QVERIFY(problem->variants.empty());
 
         QVERIFY(controller->canUndo());
-        controller->dispatch(BoardController::Undo);
+        controller->dispatch(CommandId::Undo);
         QCOMPARE(problem->startPosition.m_aSquares[sq("g6")], uint8_t{0});
         QCOMPARE(problem->variants.size(), size_t{1});
         QVERIFY(problem->tags.count(L"edited") == 1);
-        controller->dispatch(BoardController::Undo);
+        controller->dispatch(CommandId::Undo);
         QCOMPARE(problem->startPosition.m_aSquares[sq("b2")], uint8_t{0});
         QCOMPARE(problem->tags, (std::set<std::wstring>{L"miniature"}));
         QVERIFY(!controller->canUndo());
-        controller->dispatch(BoardController::Undo); // nothing left
+        controller->dispatch(CommandId::Undo); // nothing left
         QCOMPARE(problem->startPosition.m_aSquares[sq("b2")], uint8_t{0});
 
-        controller->dispatch(BoardController::Redo);
+        controller->dispatch(CommandId::Redo);
         QCOMPARE(problem->startPosition.m_aSquares[sq("b2")], WP);
         QVERIFY(problem->tags.count(L"edited") == 1);
-        controller->dispatch(BoardController::Redo);
+        controller->dispatch(CommandId::Redo);
         QCOMPARE(problem->startPosition.m_aSquares[sq("g6")], WR);
         QVERIFY(problem->variants.empty());
         QVERIFY(!controller->canRedo());
@@ -401,24 +401,24 @@ class BoardControllerTest : public QObject {
 
     void stipulationChangeIsUndone() {
         load("5k2/8/5K2/8/8/8/8/4R3", 2);
-        controller->dispatch(BoardController::SettingMode);
-        controller->dispatch(BoardController::StipulationUp);
-        controller->dispatch(BoardController::Undo);
+        controller->dispatch(CommandId::PositionSettingMode);
+        controller->dispatch(CommandId::StipulationUp);
+        controller->dispatch(CommandId::Undo);
         QCOMPARE(problem->stipulationMoves(), 2);
         QCOMPARE(problem->startPosition.m_shPliesLeft, uint16_t{3});
     }
 
     void leavingRefusesABadPosition() {
         load("5k2/8/5K2/8/8/8/8/4R3", 2);
-        controller->dispatch(BoardController::SettingMode);
+        controller->dispatch(CommandId::PositionSettingMode);
         QTest::mousePress(view.get(), Qt::LeftButton, {}, paletteCell(0, false)); // black king
         click("f8", Qt::LeftButton);
-        controller->dispatch(BoardController::SettingMode);
+        controller->dispatch(CommandId::PositionSettingMode);
         QCOMPARE(prompts.boxes, QStringList{QStringLiteral("Error|Illegal number of kings.")});
         QVERIFY(controller->isSettingMode());
 
         click("e8", Qt::LeftButton); // in check from the rook, White to move
-        controller->dispatch(BoardController::SettingMode);
+        controller->dispatch(CommandId::PositionSettingMode);
         QCOMPARE(prompts.boxes.last(),
                  QStringLiteral("Error|Black king cannot be checked in the mate task starting postition."));
         QVERIFY(controller->isSettingMode());
@@ -427,13 +427,13 @@ class BoardControllerTest : public QObject {
         click("a8", Qt::LeftButton);
         QTest::mousePress(view.get(), Qt::LeftButton, {}, paletteCell(5, true));
         click("c8", Qt::LeftButton);
-        controller->dispatch(BoardController::SettingMode);
+        controller->dispatch(CommandId::PositionSettingMode);
         QCOMPARE(prompts.boxes.last(),
                  QStringLiteral("Error|Pawns cannot occupy 1st nor 8th line of the chessboard."));
         QVERIFY(controller->isSettingMode());
 
         click("c8", Qt::LeftButton);
-        controller->dispatch(BoardController::SettingMode);
+        controller->dispatch(CommandId::PositionSettingMode);
         QCOMPARE(prompts.boxes.size(), 3);
         QVERIFY(!controller->isSettingMode());
         QCOMPARE(problem->startPosition.m_aSquares[sq("a8")], BK);
@@ -442,24 +442,24 @@ class BoardControllerTest : public QObject {
 
     void tooManyQueensAndPawnsAsks() {
         load("4k3/8/PPPPPPPP/8/8/8/QQ6/4K3", 2);
-        controller->dispatch(BoardController::SettingMode);
+        controller->dispatch(CommandId::PositionSettingMode);
         prompts.answers = {Answer::No, Answer::Yes};
-        controller->dispatch(BoardController::SettingMode);
+        controller->dispatch(CommandId::PositionSettingMode);
         QCOMPARE(prompts.boxes, QStringList{TOO_MANY});
         QVERIFY(controller->isSettingMode());
-        controller->dispatch(BoardController::SettingMode); // yes this time
+        controller->dispatch(CommandId::PositionSettingMode); // yes this time
         QCOMPARE(prompts.boxes, (QStringList{TOO_MANY, TOO_MANY}));
         QVERIFY(!controller->isSettingMode());
 
         // Nine are no question.
         load("4k3/8/PPPPPPPP/8/8/8/Q7/4K3", 2);
-        controller->dispatch(BoardController::SettingMode);
-        controller->dispatch(BoardController::SettingMode);
+        controller->dispatch(CommandId::PositionSettingMode);
+        controller->dispatch(CommandId::PositionSettingMode);
         QVERIFY(prompts.boxes.isEmpty());
         QVERIFY(!controller->isSettingMode());
     }
 
-    void unknownCommandsAreNotTaken() { QVERIFY(!controller->dispatch(140)); }
+    void unknownCommandsAreNotTaken() { QVERIFY(!controller->dispatch(CommandId::SolveStart)); }
 
   private:
     void load(const char* fen, int moves, uint16_t type = PROBLEM_DIRECT_MATE) {

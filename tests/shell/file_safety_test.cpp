@@ -97,11 +97,11 @@ class FileSafetyTest : public QObject {
         const QString file = startOnBroken(s);
         const std::string before = readText(file);
         s.prompts.boxes.clear();
-        s.window->DispatchCommand(638); // Ctrl+S
+        s.window->DispatchCommand(CommandId::FileSaveKey); // Ctrl+S
         QCOMPARE(s.prompts.boxes, (QStringList{partQuestion(3), QStringLiteral("(unanswered)")}));
         QCOMPARE(s.prompts.questionButtons, QList<Buttons>{Buttons::YesNoDefaultNo});
         QCOMPARE(readText(file), before);
-        s.window->DispatchCommand(123); // the menu's Save asks again
+        s.window->DispatchCommand(CommandId::FileSave); // the menu's Save asks again
         QCOMPARE(s.prompts.boxes.size(), 4);
         QCOMPARE(readText(file), before);
         QVERIFY(s.window->windowTitle().endsWith(QStringLiteral(" (loaded in part)")));
@@ -112,14 +112,14 @@ class FileSafetyTest : public QObject {
         const QString file = startOnBroken(s);
         s.prompts.boxes.clear();
         s.prompts.answers = {Answer::Yes};
-        s.window->DispatchCommand(638);
+        s.window->DispatchCommand(CommandId::FileSaveKey);
         QCOMPARE(s.prompts.boxes, QStringList{partQuestion(3)});
         const std::string written = readText(file);
         QVERIFY(written.find("problem 2") != std::string::npos);
         QVERIFY(written.find("problem 3") == std::string::npos);
         QCOMPARE(s.window->windowTitle(), QStringLiteral("Zorvane - ") + file);
         // Agreed once: the next save asks no more.
-        s.window->DispatchCommand(638);
+        s.window->DispatchCommand(CommandId::FileSaveKey);
         QCOMPARE(s.prompts.boxes.size(), 1);
     }
 
@@ -145,7 +145,7 @@ class FileSafetyTest : public QObject {
         s.prompts.boxes.clear();
         s.window->problems().Current()->tags.insert(L"mine");
         s.prompts.answers = {Answer::Yes};
-        s.window->DispatchCommand(121); // the sample problems
+        s.window->DispatchCommand(CommandId::FileOpenSamples); // the sample problems
         QCOMPARE(s.prompts.boxes,
                  (QStringList{CHANGES_QUESTION, partQuestion(3), QStringLiteral("(unanswered)")}));
         QCOMPARE(readText(file), before);
@@ -159,7 +159,7 @@ class FileSafetyTest : public QObject {
         s.prompts.boxes.clear();
         s.window->problems().Current()->tags.insert(L"mine");
         s.prompts.answers = {Answer::Yes};
-        s.window->DispatchCommand(145);
+        s.window->DispatchCommand(CommandId::ProblemNext);
         QCOMPARE(s.current(), 1);
         QCOMPARE(s.prompts.boxes,
                  (QStringList{CHANGES_QUESTION, partQuestion(3), QStringLiteral("(unanswered)")}));
@@ -174,14 +174,14 @@ class FileSafetyTest : public QObject {
         s.prompts.boxes.clear();
         s.prompts.fileNames.push_back(s.path(QStringLiteral("other.cp")));
         s.prompts.answers = {Answer::Yes}; // save the appended problems
-        s.window->DispatchCommand(126);
+        s.window->DispatchCommand(CommandId::FileAppendProblems);
         QCOMPARE(s.prompts.boxes.value(1), partQuestion(3));
         QCOMPARE(readText(file), before);
         QCOMPARE(s.window->problems().problems.size(), size_t{2}); // not saved: the appended ones left
         s.prompts.boxes.clear();
         s.prompts.fileNames.push_back(s.path(QStringLiteral("other.cp")));
         s.prompts.answers = {Answer::Yes};
-        s.window->DispatchCommand(128);
+        s.window->DispatchCommand(CommandId::FileRemoveProblems);
         QCOMPARE(s.prompts.boxes.value(1), partQuestion(3));
         QCOMPARE(readText(file), before);
         QCOMPARE(s.window->problems().problems.size(), size_t{2});
@@ -193,7 +193,7 @@ class FileSafetyTest : public QObject {
         const std::string before = readText(file);
         s.prompts.boxes.clear();
         s.prompts.fileNames.push_back(file);
-        s.window->DispatchCommand(125);
+        s.window->DispatchCommand(CommandId::FileNew);
         QCOMPARE(s.prompts.boxes, (QStringList{partQuestion(3), QStringLiteral("(unanswered)")}));
         QCOMPARE(readText(file), before);
     }
@@ -204,12 +204,12 @@ class FileSafetyTest : public QObject {
         const std::string before = readText(file);
         s.prompts.boxes.clear();
         s.prompts.fileNames.push_back(s.path(QStringLiteral("copy.cp")));
-        s.window->DispatchCommand(124);
+        s.window->DispatchCommand(CommandId::FileSaveAs);
         QCOMPARE(s.prompts.boxes, QStringList());
         QCOMPARE(readText(file), before);
         QVERIFY(readText(s.path(QStringLiteral("copy.cp"))).find("problem 2") != std::string::npos);
         QCOMPARE(s.window->windowTitle(), QStringLiteral("Zorvane - copy.cp"));
-        s.window->DispatchCommand(638); // the copy holds the whole list
+        s.window->DispatchCommand(CommandId::FileSaveKey); // the copy holds the whole list
         QCOMPARE(s.prompts.boxes, QStringList());
     }
 
@@ -219,7 +219,7 @@ class FileSafetyTest : public QObject {
         const std::string before = readText(file);
         s.prompts.boxes.clear();
         s.prompts.fileNames.push_back(file);
-        s.window->DispatchCommand(124);
+        s.window->DispatchCommand(CommandId::FileSaveAs);
         QCOMPARE(s.prompts.boxes, (QStringList{partQuestion(3), QStringLiteral("(unanswered)")}));
         QCOMPARE(readText(file), before);
         QVERIFY(s.window->windowTitle().endsWith(QStringLiteral(" (loaded in part)")));
@@ -233,10 +233,10 @@ class FileSafetyTest : public QObject {
         writeText(file, repaired);
         s.prompts.boxes.clear();
         s.prompts.fileNames.push_back(file);
-        s.window->DispatchCommand(122);
+        s.window->DispatchCommand(CommandId::FileOpen);
         QCOMPARE(s.window->problems().problems.size(), size_t{5});
         QCOMPARE(s.window->windowTitle(), QStringLiteral("Zorvane - broken.cp"));
-        s.window->DispatchCommand(638);
+        s.window->DispatchCommand(CommandId::FileSaveKey);
         QCOMPARE(s.prompts.boxes, QStringList());
     }
 
@@ -252,7 +252,7 @@ class FileSafetyTest : public QObject {
             QStringLiteral("The file was loaded in part: 0 problem(s) read, 2 more in the file not read.\n"
                            "Saving over this file asks first."));
         const std::string before = readText(file);
-        s.window->DispatchCommand(638);
+        s.window->DispatchCommand(CommandId::FileSaveKey);
         QCOMPARE(s.prompts.boxes.value(1), partQuestion(2));
         QCOMPARE(readText(file), before);
     }
@@ -267,13 +267,13 @@ class FileSafetyTest : public QObject {
                  QStringLiteral("Plik wczytano częściowo: wczytano 2 problem(ów), kolejnych 3 w pliku nie "
                                 "wczytano.\nZapis do tego pliku wymaga potwierdzenia."));
         s.prompts.boxes.clear();
-        s.window->DispatchCommand(638);
+        s.window->DispatchCommand(CommandId::FileSaveKey);
         QCOMPARE(s.prompts.boxes.value(0),
                  QStringLiteral(
                      "Pytanie|Ten plik został wczytany częściowo: zawiera jeszcze 3 problem(ów) poza "
                      "wyświetlonymi.\nZapis nadpisze plik i zostaną one utracone.\n\nCzy mimo to chcesz "
                      "nadpisać plik? (Nie zachowuje plik; Zapisz jako zapisuje do innego)"));
-        s.window->DispatchCommand(287);
+        s.window->DispatchCommand(CommandId::LanguageUkrainian);
         QCOMPARE(s.window->windowTitle(),
                  QStringLiteral("Zorvane - ") + file + QStringLiteral(" (завантажено частково)"));
 
@@ -303,7 +303,7 @@ class FileSafetyTest : public QObject {
                  QStringList{QStringLiteral("Error|Error parsing problem 6: Improper FEN code")});
         QCOMPARE(s.window->problems().problems.size(), size_t{5});
         QVERIFY(s.window->windowTitle().endsWith(QStringLiteral("peer_examples.cp (loaded in part)")));
-        s.window->DispatchCommand(638);
+        s.window->DispatchCommand(CommandId::FileSaveKey);
         QCOMPARE(s.prompts.boxes.value(1), partQuestion(120));
         QCOMPARE(readText(file), text);
     }
@@ -328,7 +328,7 @@ class FileSafetyTest : public QObject {
             QStringLiteral("The file was not created: the problem stays in memory until it is saved (File, "
                            "Save as)."));
         // A save names its file first; given up, nothing is written.
-        s.window->DispatchCommand(638);
+        s.window->DispatchCommand(CommandId::FileSaveKey);
         QVERIFY(!QFile::exists(file));
         QCOMPARE(QDir(s.dir.path()).entryList({QStringLiteral("*.cp")}, QDir::Files), QStringList());
     }

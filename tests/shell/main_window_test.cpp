@@ -87,7 +87,7 @@ class MainWindowTest : public QObject {
         QVERIFY(!s.window->isSecondInstance());
         QCOMPARE(s.prompts.boxes, QStringList());
         QCOMPARE(ProcessPriorityClass(), PRIORITY_BELOW_NORMAL);
-        QVERIFY(s.checked(203));
+        QVERIFY(s.checked(CommandId::PriorityBelowNormal));
         const QString log = QString::fromStdString(readText(fs::path(s.path("Quorlan.log").toStdString())));
         const QRegularExpression line(
             QStringLiteral("^\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d, %1: Program opened \\(%2\\)\n$")
@@ -119,26 +119,26 @@ class MainWindowTest : public QObject {
     void nextPreviousFirstLastAndByNumber() {
         Session s;
         startOnSample(s);
-        s.window->DispatchCommand(145);
+        s.window->DispatchCommand(CommandId::ProblemNext);
         QCOMPARE(s.current(), 2);
         QCOMPARE(s.window->statusText(), QString());
-        s.window->DispatchCommand(688); // the tool button's next
+        s.window->DispatchCommand(CommandId::ProblemNextButton); // the tool button's next
         QCOMPARE(s.current(), 3);
-        s.window->DispatchCommand(146);
+        s.window->DispatchCommand(CommandId::ProblemPrevious);
         QCOMPARE(s.current(), 2);
-        s.window->DispatchCommand(689);
+        s.window->DispatchCommand(CommandId::ProblemPreviousButton);
         QCOMPARE(s.current(), 1);
-        s.window->DispatchCommand(146); // at the first problem the list stays there
+        s.window->DispatchCommand(CommandId::ProblemPrevious); // at the first problem the list stays there
         QCOMPARE(s.current(), 1);
-        s.window->DispatchCommand(686); // Ctrl+End
+        s.window->DispatchCommand(CommandId::ProblemLastKey); // Ctrl+End
         QCOMPARE(s.current(), 4);
-        s.window->DispatchCommand(685); // Ctrl+Home
+        s.window->DispatchCommand(CommandId::ProblemFirstKey); // Ctrl+Home
         QCOMPARE(s.current(), 1);
         s.prompts.numbers.push_back(3);
-        s.window->DispatchCommand(634); // Ctrl+G
+        s.window->DispatchCommand(CommandId::ProblemSelectByNumberKey); // Ctrl+G
         QCOMPARE(s.current(), 3);
         s.prompts.items.push_back(QStringLiteral("2. #2 The king steps aside"));
-        s.window->DispatchCommand(155);
+        s.window->DispatchCommand(CommandId::ProblemSelectFromList);
         QCOMPARE(s.current(), 2);
         QCOMPARE(s.prompts.offeredItems,
                  (QStringList{"1. #1 Back rank", "2. #2 The king steps aside",
@@ -149,40 +149,40 @@ class MainWindowTest : public QObject {
     void historyGoesBackAndForward() {
         Session s;
         startOnSample(s);
-        QVERIFY(!s.enabled(167));
-        s.window->DispatchCommand(145);
-        s.window->DispatchCommand(145);
+        QVERIFY(!s.enabled(CommandId::ProblemHistoryBack));
+        s.window->DispatchCommand(CommandId::ProblemNext);
+        s.window->DispatchCommand(CommandId::ProblemNext);
         QCOMPARE(s.current(), 3);
-        s.window->DispatchCommand(167);
+        s.window->DispatchCommand(CommandId::ProblemHistoryBack);
         QCOMPARE(s.current(), 2);
-        s.window->DispatchCommand(167);
+        s.window->DispatchCommand(CommandId::ProblemHistoryBack);
         QCOMPARE(s.current(), 1);
-        QVERIFY(!s.enabled(167));
-        QVERIFY(s.enabled(168));
-        s.window->DispatchCommand(168);
-        s.window->DispatchCommand(168);
+        QVERIFY(!s.enabled(CommandId::ProblemHistoryBack));
+        QVERIFY(s.enabled(CommandId::ProblemHistoryForward));
+        s.window->DispatchCommand(CommandId::ProblemHistoryForward);
+        s.window->DispatchCommand(CommandId::ProblemHistoryForward);
         QCOMPARE(s.current(), 3);
-        QVERIFY(!s.enabled(168));
+        QVERIFY(!s.enabled(CommandId::ProblemHistoryForward));
         QCOMPARE(s.window->problems().history, (std::vector<int32_t>{1, 2, 3}));
     }
 
     void nextAtTheLastProblemAsksForANewOne() {
         Session s;
         startOnSample(s);
-        s.window->DispatchCommand(160);
+        s.window->DispatchCommand(CommandId::ProblemLast);
         s.prompts.answers = {Answer::No};
-        s.window->DispatchCommand(145);
+        s.window->DispatchCommand(CommandId::ProblemNext);
         QCOMPARE(s.current(), 4);
         QCOMPARE(s.prompts.boxes,
                  QStringList{
                      QStringLiteral("Question|This is the last problem.\nDo you want to create a new one?")});
         s.prompts.boxes.clear();
         s.prompts.answers = {Answer::Yes};
-        s.window->DispatchCommand(145);
+        s.window->DispatchCommand(CommandId::ProblemNext);
         QCOMPARE(s.current(), 5);
         // Left without saving, the new problem goes away again.
         s.prompts.answers = {Answer::No};
-        s.window->DispatchCommand(146);
+        s.window->DispatchCommand(CommandId::ProblemPrevious);
         QCOMPARE(s.current(), 4);
         QCOMPARE(s.window->problems().problems.size(), size_t{4});
         QCOMPARE(
@@ -193,7 +193,7 @@ class MainWindowTest : public QObject {
     void newProblemCommandAppendsBehindTheLastNumber() {
         Session s;
         startOnSample(s);
-        s.window->DispatchCommand(636); // Ctrl+N
+        s.window->DispatchCommand(CommandId::ProblemNewKey); // Ctrl+N
         const TChessProblem* problem = s.window->problems().Current();
         QCOMPARE(problem->id, 5);
         QCOMPARE(problem->description, std::wstring(L"New Problem"));
@@ -201,7 +201,7 @@ class MainWindowTest : public QObject {
         QCOMPARE(problem->startPosition.m_aSquares[60], BK);
         QCOMPARE(s.window->problems().history, (std::vector<int32_t>{1, 5}));
         s.prompts.answers = {Answer::No};
-        s.window->DispatchCommand(159);
+        s.window->DispatchCommand(CommandId::ProblemFirst);
         QCOMPARE(s.current(), 1);
         QCOMPARE(s.window->problems().problems.count(5), size_t{0});
     }
@@ -210,15 +210,15 @@ class MainWindowTest : public QObject {
         Session s;
         startOnSample(s);
         s.prompts.items.push_back(QStringLiteral("miniature"));
-        s.window->DispatchCommand(161);
+        s.window->DispatchCommand(CommandId::TagAdd);
         QCOMPARE(s.window->problems().Current()->tags, std::set<std::wstring>{L"miniature"});
         QVERIFY(s.window->problems().allTags.count(L"miniature"));
         QVERIFY(s.window->problems().IsCurrentProblemChanged());
         s.prompts.items.push_back(QStringLiteral("miniature"));
-        s.window->DispatchCommand(162);
+        s.window->DispatchCommand(CommandId::TagRemove);
         QCOMPARE(s.prompts.offeredItems, QStringList{QStringLiteral("miniature")});
         QVERIFY(s.window->problems().Current()->tags.empty());
-        s.window->DispatchCommand(162);
+        s.window->DispatchCommand(CommandId::TagRemove);
         QCOMPARE(s.prompts.boxes,
                  QStringList{QStringLiteral("Information|The current problem has no tags.")});
     }
@@ -228,27 +228,28 @@ class MainWindowTest : public QObject {
         startOnSample(s);
         const fs::path options = fs::path(s.path(QStringLiteral("options.ini")).toStdString());
         QCOMPARE(s.firstMenu(), QStringLiteral("&File"));
-        QCOMPARE(s.text(125), QStringLiteral("&New file"));
-        QVERIFY(s.checked(286));
-        s.window->DispatchCommand(285);
+        QCOMPARE(s.text(CommandId::FileNew), QStringLiteral("&New file"));
+        QVERIFY(s.checked(CommandId::LanguageEnglish));
+        s.window->DispatchCommand(CommandId::LanguagePolish);
         QCOMPARE(s.firstMenu(), QStringLiteral("&Plik"));
-        QCOMPARE(s.text(125), QStringLiteral("&Nowy plik"));
-        QCOMPARE(s.text(122), QStringLiteral("Otwórz plik z problemami szachowymi (.cp) ...\tCtrl+O"));
-        QVERIFY(s.checked(285));
-        QVERIFY(!s.checked(286));
+        QCOMPARE(s.text(CommandId::FileNew), QStringLiteral("&Nowy plik"));
+        QCOMPARE(s.text(CommandId::FileOpen),
+                 QStringLiteral("Otwórz plik z problemami szachowymi (.cp) ...\tCtrl+O"));
+        QVERIFY(s.checked(CommandId::LanguagePolish));
+        QVERIFY(!s.checked(CommandId::LanguageEnglish));
         QCOMPARE(ReadProfileFile(options)->Get("chess", "LanguageId"), std::optional<std::string>("0"));
         // The list's own questions follow the language too.
-        s.window->DispatchCommand(160);
+        s.window->DispatchCommand(CommandId::ProblemLast);
         s.prompts.answers = {Answer::No};
-        s.window->DispatchCommand(145);
+        s.window->DispatchCommand(CommandId::ProblemNext);
         QCOMPARE(s.prompts.boxes,
                  QStringList{QStringLiteral("Pytanie|To jest ostatni problem.\nCzy chcesz utworzyć nowy?")});
-        s.window->DispatchCommand(287);
+        s.window->DispatchCommand(CommandId::LanguageUkrainian);
         QCOMPARE(s.firstMenu(), QStringLiteral("&Файл"));
-        QCOMPARE(s.text(125), QStringLiteral("&Новий файл"));
+        QCOMPARE(s.text(CommandId::FileNew), QStringLiteral("&Новий файл"));
         QCOMPARE(ReadProfileFile(options)->Get("chess", "LanguageId"), std::optional<std::string>("2"));
-        s.window->DispatchCommand(286);
-        QCOMPARE(s.text(125), QStringLiteral("&New file"));
+        s.window->DispatchCommand(CommandId::LanguageEnglish);
+        QCOMPARE(s.text(CommandId::FileNew), QStringLiteral("&New file"));
         QCOMPARE(ReadProfileFile(options)->Get("chess", "LanguageId"), std::optional<std::string>("1"));
     }
 
@@ -258,7 +259,7 @@ class MainWindowTest : public QObject {
         ProblemList& list = s.window->problems();
         list.Current()->variants[L"Main variant"] = TVariant{L"Main variant", {}};
         list.TakeSnapshot(false);
-        s.window->DispatchCommand(285);
+        s.window->DispatchCommand(CommandId::LanguagePolish);
         QCOMPARE(list.Current()->variants.count(L"Wariant główny"), size_t{1});
         QCOMPARE(list.Current()->variants.count(L"Main variant"), size_t{0});
         QVERIFY(!list.IsCurrentProblemChanged());
@@ -284,10 +285,10 @@ class MainWindowTest : public QObject {
         startOnSample(s);
         QCOMPARE(s.window->options().LanguageId, 5);
         QCOMPARE(s.firstMenu(), QStringLiteral("&File"));
-        QCOMPARE(s.text(129), QStringLiteral("E&xit"));
-        QVERIFY(s.checked(286));
+        QCOMPARE(s.text(CommandId::FileExit), QStringLiteral("E&xit"));
+        QVERIFY(s.checked(CommandId::LanguageEnglish));
         QCOMPARE(s.window->statusText(), COUNT_STATUS);
-        QCOMPARE(Translate(5, L"pl", L"en", L"uk"), QStringLiteral("en"));
+        QCOMPARE(Translate(5, {L"pl", L"en", L"uk"}), QStringLiteral("en"));
     }
 
     void aSecondInstanceIsNoticedAndWarned() {
@@ -424,49 +425,54 @@ class MainWindowTest : public QObject {
     void solveCommandsWaitForTheSolveDriver() {
         Session s;
         startOnSample(s);
-        QVERIFY(!s.enabled(140));
-        QVERIFY(!s.enabled(655));
-        s.window->DispatchCommand(655);
+        QVERIFY(!s.enabled(CommandId::SolveStart));
+        QVERIFY(!s.enabled(CommandId::SolveStartKey));
+        s.window->DispatchCommand(CommandId::SolveStartKey);
         QCOMPARE(s.prompts.boxes, QStringList{NOT_AVAILABLE});
-        std::vector<int> received;
-        s.window->onSolveCommand = [&received](int id) { received.push_back(id); };
+        std::vector<CommandId> received;
+        s.window->onSolveCommand = [&received](CommandId id) { received.push_back(id); };
         s.window->UpdateMenuState();
-        QVERIFY(s.enabled(140));
-        QVERIFY(s.enabled(655));
-        QVERIFY(!s.enabled(142));
-        s.window->DispatchCommand(655);
-        s.window->DispatchCommand(675);
+        QVERIFY(s.enabled(CommandId::SolveStart));
+        QVERIFY(s.enabled(CommandId::SolveStartKey));
+        QVERIFY(!s.enabled(CommandId::SolveStop));
+        s.window->DispatchCommand(CommandId::SolveStartKey);
+        s.window->DispatchCommand(CommandId::SolveAllSolutionsKey);
         // The best defence and the whole main variant stay greyed: their engines are not built.
-        QVERIFY(!s.enabled(164));
-        QVERIFY(!s.enabled(152));
-        s.window->DispatchCommand(680);
-        s.window->DispatchCommand(152);
-        QCOMPARE(received, (std::vector<int>{140, 141}));
+        QVERIFY(!s.enabled(CommandId::SolveShowMainVariant));
+        QVERIFY(!s.enabled(CommandId::SolveBlackDefence));
+        s.window->DispatchCommand(CommandId::SolveShowMainVariantKey);
+        s.window->DispatchCommand(CommandId::SolveBlackDefence);
+        QCOMPARE(received, (std::vector<CommandId>{CommandId::SolveStart, CommandId::SolveAllSolutions}));
     }
 
     void menusDuringASolveOfTheCurrentProblem() {
         Session s;
         startOnSample(s);
-        s.window->onSolveCommand = [](int) {};
+        s.window->onSolveCommand = [](CommandId) {};
         s.window->runningSolves().add(1);
-        for (int id : {140, 141, 152, 153, 164, 677, 679, 123, 208, 209, 137, 210, 211, 212, 213, 144})
-            QVERIFY2(!s.enabled(id), qPrintable(QString::number(id)));
-        for (int id : {142, 143, 169, 145, 146, 122, 190})
-            QVERIFY2(s.enabled(id), qPrintable(QString::number(id)));
+        using enum CommandId;
+        for (CommandId id : {SolveStart, SolveAllSolutions, SolveBlackDefence, SolveBlackDefenceThorough,
+                             SolveShowMainVariant, SolveWithHeuristics, SolveAllWithHeuristics, FileSave,
+                             Undo, Redo, PositionSettingMode, StipulationUp, StipulationDown,
+                             StipulationUpTen, StipulationDownTen, SolveResume})
+            QVERIFY2(!s.enabled(id), qPrintable(QString::number(CommandNumber(id))));
+        for (CommandId id : {SolveStop, SolvePause, SolvePauseOneThread, ProblemNext, ProblemPrevious,
+                             FileOpen, ViewRotateBoard})
+            QVERIFY2(s.enabled(id), qPrintable(QString::number(CommandNumber(id))));
         s.window->runningSolves().setPaused(1, true);
-        QVERIFY(s.enabled(144));
-        s.window->DispatchCommand(638); // Ctrl+S comes by key
+        QVERIFY(s.enabled(CommandId::SolveResume));
+        s.window->DispatchCommand(CommandId::FileSaveKey); // Ctrl+S comes by key
         QCOMPARE(s.prompts.boxes,
                  QStringList{QStringLiteral("Information|Analysis pending - position cannot be modified")});
         // Leaving the solve running behind, the next problem is free.
         s.prompts.answers = {Answer::No};
-        s.window->DispatchCommand(145);
+        s.window->DispatchCommand(CommandId::ProblemNext);
         QCOMPARE(s.current(), 2);
         QCOMPARE(s.prompts.boxes.back(),
                  QStringLiteral(
                      "Navigation between problems|Search for mate pending. Do you want to stop this task?"));
-        QVERIFY(s.enabled(140));
-        QVERIFY(!s.enabled(142));
+        QVERIFY(s.enabled(CommandId::SolveStart));
+        QVERIFY(!s.enabled(CommandId::SolveStop));
     }
 
     void selfmatesStaySelfmatesWithTheItemGrey() {
@@ -474,23 +480,25 @@ class MainWindowTest : public QObject {
         writeText(s.path(QStringLiteral("s.cp")), problemBlock(1, "s#2", "5k2/8/5K2/8/8/8/8/4R3"));
         start(s, s.path(QStringLiteral("s.cp")));
         QCOMPARE(s.window->problems().Current()->type, uint16_t{PROBLEM_SELFMATE});
-        QVERIFY(!s.enabled(196));
-        QVERIFY(s.checked(196));
-        QVERIFY(!s.checked(195));
-        QVERIFY(!s.enabled(197));
+        QVERIFY(!s.enabled(CommandId::TypeSelfmate));
+        QVERIFY(s.checked(CommandId::TypeSelfmate));
+        QVERIFY(!s.checked(CommandId::TypeDirectMate));
+        QVERIFY(!s.enabled(CommandId::TypeHelpmate));
     }
 
     void keysAndAliasesShareTheirTwinsState() {
         Session s;
         startOnSample(s);
-        QVERIFY(!s.enabled(132));
-        QVERIFY(!s.enabled(610));
-        s.window->DispatchCommand(610); // as Ctrl+C would, were it not greyed
+        QVERIFY(!s.enabled(CommandId::PositionCopy));
+        QVERIFY(!s.enabled(CommandId::PositionCopyKey));
+        s.window->DispatchCommand(CommandId::PositionCopyKey); // as Ctrl+C would, were it not greyed
         QCOMPARE(s.prompts.boxes, QStringList{NOT_AVAILABLE});
-        QVERIFY(s.enabled(637));
-        QCOMPARE(s.window->commands().action(637)->shortcut(), QKeySequence(QStringLiteral("Ctrl+O")));
-        QCOMPARE(s.window->commands().action(168)->shortcut(), QKeySequence(QStringLiteral("Ctrl++")));
-        s.window->commands().action(686)->trigger();
+        QVERIFY(s.enabled(CommandId::FileOpenKey));
+        QCOMPARE(s.window->commands().action(CommandId::FileOpenKey)->shortcut(),
+                 QKeySequence(QStringLiteral("Ctrl+O")));
+        QCOMPARE(s.window->commands().action(CommandId::ProblemHistoryForward)->shortcut(),
+                 QKeySequence(QStringLiteral("Ctrl++")));
+        s.window->commands().action(CommandId::ProblemLastKey)->trigger();
         QCOMPARE(s.current(), 4);
     }
 
@@ -499,7 +507,7 @@ class MainWindowTest : public QObject {
         writeText(s.path(QStringLiteral("one.cp")), problemBlock(7, "#2", "5k2/8/5K2/8/8/8/8/4R3"));
         startOnSample(s);
         s.prompts.fileNames.push_back(s.path(QStringLiteral("one.cp")));
-        s.window->DispatchCommand(637);
+        s.window->DispatchCommand(CommandId::FileOpenKey);
         QCOMPARE(s.window->problems().problems.size(), size_t{1});
         QCOMPARE(s.current(), 7);
         QCOMPARE(s.window->windowTitle(), QStringLiteral("Zorvane - one.cp"));
@@ -507,12 +515,12 @@ class MainWindowTest : public QObject {
             s.window->statusText(),
             QStringLiteral("The opened file contains 1 chess problem(s)\n\nSample compositions: File, Open "
                            "sample compositions.\nCtrl+F finds problems."));
-        s.window->DispatchCommand(121);
+        s.window->DispatchCommand(CommandId::FileOpenSamples);
         QCOMPARE(s.window->problems().problems.size(), size_t{4});
         QCOMPARE(s.window->windowTitle(), QStringLiteral("Zorvane - sample_problems.cp"));
         writeText(s.path(QStringLiteral("empty.cp")), "");
         s.prompts.fileNames.push_back(s.path(QStringLiteral("empty.cp")));
-        s.window->DispatchCommand(122);
+        s.window->DispatchCommand(CommandId::FileOpen);
         // The reader's error; the old list stays open.
         QCOMPARE(s.prompts.boxes, QStringList{QStringLiteral("Error|Unexpected end of file.")});
         QCOMPARE(s.window->problems().problems.size(), size_t{4});
@@ -526,7 +534,7 @@ class MainWindowTest : public QObject {
         s.window->onStopAllSolves = [&stops] { ++stops; };
         s.window->runningSolves().add(2);
         s.prompts.answers = {Answer::No};
-        s.window->DispatchCommand(121);
+        s.window->DispatchCommand(CommandId::FileOpenSamples);
         QCOMPARE(s.prompts.boxes,
                  QStringList{QStringLiteral("Question|All pending threads of mate search will be "
                                             "stopped.\nDo you want to continue?")});
@@ -537,19 +545,19 @@ class MainWindowTest : public QObject {
         Session s;
         startOnSample(s);
         s.prompts.fileNames.push_back(s.path(QStringLiteral("copy")));
-        s.window->DispatchCommand(124);
+        s.window->DispatchCommand(CommandId::FileSaveAs);
         QCOMPARE(s.window->windowTitle(), QStringLiteral("Zorvane - copy.cp"));
         QCOMPARE(QString::fromStdWString(s.window->problems().filePath.wstring()),
                  s.path(QStringLiteral("copy.cp")));
         s.prompts.items.push_back(QStringLiteral("saved tag"));
-        s.window->DispatchCommand(161);
-        s.window->DispatchCommand(638);
+        s.window->DispatchCommand(CommandId::TagAdd);
+        s.window->DispatchCommand(CommandId::FileSaveKey);
         QVERIFY(!s.window->problems().IsCurrentProblemChanged());
         QVERIFY(readText(s.path(QStringLiteral("copy.cp")).toStdString()).find("//#saved tag") !=
                 std::string::npos);
         s.window->checkFileChange(); // our own write is no outside change
         s.prompts.fileNames.push_back(s.path(QStringLiteral("fresh.cp")));
-        s.window->DispatchCommand(125);
+        s.window->DispatchCommand(CommandId::FileNew);
         QCOMPARE(s.window->problems().problems.size(), size_t{1});
         QCOMPARE(s.window->windowTitle(), QStringLiteral("Zorvane - fresh.cp"));
         QCOMPARE(s.prompts.boxes, QStringList());
@@ -563,7 +571,7 @@ class MainWindowTest : public QObject {
                                                           problemBlock(3, "#2", "k7/8/1K6/8/8/8/8/7R"));
         s.prompts.fileNames.push_back(s.path(QStringLiteral("other.cp")));
         s.prompts.answers = {Answer::No};
-        s.window->DispatchCommand(126);
+        s.window->DispatchCommand(CommandId::FileAppendProblems);
         QCOMPARE(s.prompts.boxes,
                  QStringList{QStringLiteral("Question|Appended problems: 2\nMoreover some problems "
                                             "differ only by stipulation (#n): \n5 #3 vs. #2\n") +
@@ -578,7 +586,7 @@ class MainWindowTest : public QObject {
                                                           problemBlock(2, "#3", "8/8/8/8/8/2K5/1R6/k7"));
         s.prompts.fileNames.push_back(s.path(QStringLiteral("other.cp")));
         s.prompts.answers = {Answer::Yes};
-        s.window->DispatchCommand(128);
+        s.window->DispatchCommand(CommandId::FileRemoveProblems);
         QCOMPARE(
             s.prompts.boxes,
             QStringList{QStringLiteral("Question|Removed problems: 1\nWarning: the current problem cannot be "
@@ -594,16 +602,16 @@ class MainWindowTest : public QObject {
     void helpAboutThreadsAndProgressArea() {
         Session s;
         startOnSample(s);
-        s.window->DispatchCommand(185);
+        s.window->DispatchCommand(CommandId::HelpAbout);
         QVERIFY(
             s.prompts.boxes.value(0).startsWith(QStringLiteral("About|Zorvane ") + ProgramVersion() + "\n"));
         s.prompts.numbers.push_back(3);
-        s.window->DispatchCommand(165);
+        s.window->DispatchCommand(CommandId::Threads);
         QCOMPARE(s.window->threadSettings().threads, 3);
         const int small = s.window->progressPanel()->maximumHeight();
-        s.window->DispatchCommand(192);
+        s.window->DispatchCommand(CommandId::ViewResizeProgressArea);
         QVERIFY(s.window->progressPanel()->maximumHeight() > small);
-        s.window->DispatchCommand(192);
+        s.window->DispatchCommand(CommandId::ViewResizeProgressArea);
         QCOMPARE(s.window->progressPanel()->maximumHeight(), small);
     }
 
@@ -612,25 +620,25 @@ class MainWindowTest : public QObject {
         startOnSample(s);
         const uint64_t mask = ProcessAffinityMask();
         int items = 0;
-        for (int id = FIRST_AFFINITY_COMMAND; id <= LAST_AFFINITY_COMMAND; ++id)
-            items += s.window->commands().action(id) ? 1 : 0;
+        for (int cpu = 0; cpu <= ProcessorOf(CommandId::ProcessorLast); ++cpu)
+            items += s.window->commands().action(ProcessorCommand(cpu)) ? 1 : 0;
         QCOMPARE(items, std::popcount(mask));
         if (std::popcount(mask) < 2) QSKIP("one processor: no bit can be taken away");
         const int cpu = std::countr_zero(mask);
-        QVERIFY(s.checked(FIRST_AFFINITY_COMMAND + cpu));
-        QCOMPARE(s.window->commands().action(FIRST_AFFINITY_COMMAND + cpu)->text(),
+        QVERIFY(s.checked(ProcessorCommand(cpu)));
+        QCOMPARE(s.window->commands().action(ProcessorCommand(cpu))->text(),
                  QStringLiteral("Procesor ") + QString::number(cpu));
-        s.window->DispatchCommand(FIRST_AFFINITY_COMMAND + cpu);
+        s.window->DispatchCommand(ProcessorCommand(cpu));
         QCOMPARE(ProcessAffinityMask(), mask & ~(uint64_t{1} << cpu));
-        QVERIFY(!s.checked(FIRST_AFFINITY_COMMAND + cpu));
+        QVERIFY(!s.checked(ProcessorCommand(cpu)));
         // A change made by someone else is reported and taken over.
         QVERIFY(SetProcessAffinityMask(mask));
-        s.window->DispatchCommand(FIRST_AFFINITY_COMMAND + cpu);
+        s.window->DispatchCommand(ProcessorCommand(cpu));
         QCOMPARE(s.prompts.boxes,
                  QStringList{QStringLiteral("Information|Settings were changed outside the "
                                             "program.\nThe current settings are taken over.")});
         QCOMPARE(ProcessAffinityMask(), mask);
-        QVERIFY(s.checked(FIRST_AFFINITY_COMMAND + cpu));
+        QVERIFY(s.checked(ProcessorCommand(cpu)));
     }
 
     void theWindowIsGrabbed() {
@@ -648,10 +656,10 @@ class MainWindowTest : public QObject {
     void priorityItemsSetTheClass() {
         Session s;
         startOnSample(s);
-        s.window->DispatchCommand(204);
+        s.window->DispatchCommand(CommandId::PriorityLow);
         QCOMPARE(ProcessPriorityClass(), PRIORITY_LOW);
-        QVERIFY(s.checked(204));
-        QVERIFY(!s.checked(203));
+        QVERIFY(s.checked(CommandId::PriorityLow));
+        QVERIFY(!s.checked(CommandId::PriorityBelowNormal));
     }
 };
 

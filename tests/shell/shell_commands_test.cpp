@@ -35,7 +35,9 @@ constexpr int MENU_COMMANDS[] = {
     183, 184, 215, 180, 189, 199, 173, 174, 175, 205, 182, 181, 188, 206, 172, 218, 200, 201, 202, 203, 204,
     198, 187, 185, 165, 285, 286, 287, 300, 310, 250, 251, 252, 257, 256, 255, 279, 290, 320, 321, 325, 1900};
 // Names of the languages, which every language shows alike.
-constexpr int SAME_IN_ALL_LANGUAGES[] = {285, 286, 287, 635, 695};
+constexpr CommandId SAME_IN_ALL_LANGUAGES[] = {CommandId::LanguagePolish, CommandId::LanguageEnglish,
+                                               CommandId::LanguageUkrainian, CommandId::KeyCtrlP,
+                                               CommandId::KeyCtrlShiftD};
 
 std::unique_ptr<TChessProblem> problem(int id, int moves, const char* fen) {
     auto p = std::make_unique<TChessProblem>();
@@ -63,30 +65,29 @@ class ShellCommandsTest : public QObject {
   private slots:
     void everyCommandHasThreeTexts() {
         for (int id : MENU_COMMANDS) {
-            const CommandInfo* info = FindCommand(id);
+            const CommandInfo* info = FindCommand(CommandOfNumber(id));
             QVERIFY2(info, qPrintable(QString::number(id)));
-            QVERIFY(info->text.polish && *info->text.polish);
-            QVERIFY(info->text.english && *info->text.english);
-            QVERIFY(info->text.ukrainian && *info->text.ukrainian);
+            QVERIFY(!info->text.polish.empty());
+            QVERIFY(!info->text.english.empty());
+            QVERIFY(!info->text.ukrainian.empty());
         }
         for (const CommandInfo& info : Commands()) {
             if (std::find(std::begin(SAME_IN_ALL_LANGUAGES), std::end(SAME_IN_ALL_LANGUAGES), info.id) !=
                 std::end(SAME_IN_ALL_LANGUAGES))
                 continue;
             QVERIFY2(std::wstring(info.text.ukrainian) != info.text.english,
-                     qPrintable(QString::number(info.id)));
+                     qPrintable(QString::number(CommandNumber(info.id))));
         }
     }
 
     void theTextsKeepTheirOwnSpelling() {
-        QCOMPARE(QString::fromWCharArray(FindCommand(120)->text.english),
+        QCOMPARE(ToQString(FindCommand(CommandId::FileOpenDefault)->text.english),
                  QStringLiteral("&Open defaulf file (myChessProblems.cp)"));
-        QCOMPARE(QString::fromWCharArray(FindCommand(149)->text.polish),
+        QCOMPARE(ToQString(FindCommand(CommandId::SkipCurrentMove)->text.polish),
                  QStringLiteral("Zaniechaj analizy bieżącego ruchu i przejdź do &następnego"));
-        QCOMPARE(QString::fromWCharArray(FindCommand(290)->text.english),
+        QCOMPARE(ToQString(FindCommand(CommandId::CommentThisMove)->text.english),
                  QStringLiteral("Add/edit comment to to this move"));
-        QCOMPARE(QString::fromWCharArray(MainMenus().back().title.english),
-                 QStringLiteral("&Language/Język/Mова"));
+        QCOMPARE(ToQString(MainMenus().back().title.english), QStringLiteral("&Language/Język/Mова"));
     }
 
     void everyKeyIsAKeySequence() {
@@ -100,48 +101,58 @@ class ShellCommandsTest : public QObject {
             {610, 132}, {620, 133}, {630, 156},  {634, 154}, {640, 155}, {636, 147}, {637, 122}, {638, 123},
             {148, 123}, {653, 158}, {673, 157},  {655, 140}, {675, 141}, {680, 164}, {685, 159}, {686, 160},
             {688, 145}, {689, 146}, {1900, 155}, {612, 612}, {677, 677}, {145, 145}};
-        for (const auto& [alias, twin] : aliases) QCOMPARE(CanonicalCommand(alias), twin);
+        for (const auto& [alias, twin] : aliases)
+            QCOMPARE(CommandNumber(CanonicalCommand(CommandOfNumber(alias))), twin);
     }
 
     void greyingRules() {
         MenuState idle;
         idle.hasProblem = true;
-        QVERIFY(!IsCommandEnabled(196, idle));
-        QVERIFY(!IsCommandEnabled(197, idle));
-        QVERIFY(!IsCommandEnabled(140, idle)); // no solve driver yet
+        QVERIFY(!IsCommandEnabled(CommandId::TypeSelfmate, idle));
+        QVERIFY(!IsCommandEnabled(CommandId::TypeHelpmate, idle));
+        QVERIFY(!IsCommandEnabled(CommandId::SolveStart, idle)); // no solve driver yet
         idle.solvingConnected = true;
-        QVERIFY(IsCommandEnabled(140, idle));
-        QVERIFY(!IsCommandEnabled(142, idle));
-        QVERIFY(!IsCommandEnabled(144, idle));
-        QVERIFY(!IsCommandEnabled(208, idle));
+        QVERIFY(IsCommandEnabled(CommandId::SolveStart, idle));
+        QVERIFY(!IsCommandEnabled(CommandId::SolveStop, idle));
+        QVERIFY(!IsCommandEnabled(CommandId::SolveResume, idle));
+        QVERIFY(!IsCommandEnabled(CommandId::Undo, idle));
         idle.canUndo = true;
-        QVERIFY(IsCommandEnabled(208, idle));
+        QVERIFY(IsCommandEnabled(CommandId::Undo, idle));
         MenuState solving = idle;
         solving.solveOnCurrent = true;
-        for (int id :
-             {123, 208, 209, 137, 210, 211, 212, 213, 140, 141, 152, 153, 164, 677, 679, 177, 178, 179, 193,
-              194, 184, 215, 171, 172, 173, 174, 175, 181, 182, 188, 189, 199, 205, 206, 270, 271, 144})
-            QVERIFY2(!IsCommandEnabled(id, solving), qPrintable(QString::number(id)));
-        for (int id : {142, 143, 169, 145, 124})
-            QVERIFY2(IsCommandEnabled(id, solving), qPrintable(QString::number(id)));
+        using enum CommandId;
+        // clang-format off
+        for (CommandId id :
+             {FileSave, Undo, Redo, PositionSettingMode, StipulationUp, StipulationDown, StipulationUpTen,
+              StipulationDownTen, SolveStart, SolveAllSolutions, SolveBlackDefence, SolveBlackDefenceThorough,
+              SolveShowMainVariant, SolveWithHeuristics, SolveAllWithHeuristics, TempRegisterClear,
+              TempRegisterSave, TempRegisterReadDefault, TempRegisterSaveAs, TempRegisterReadFile, RegressionTest,
+              QuickRegressionTest, EditSortIndications, PrecalculateData, MaxMovesNextPosition,
+              MaxMovesPreviousPosition, PositionInformation, NextPositionOfType, PreviousPositionOfType,
+              VerifyPrecalculatedData, VerifyPrecalculatedFiles, VerifyPrecalculatedFilesResume,
+              PastePositionByIndex, VerifyPartlyPrecalculatedData, VariantSaveAsMain, VariantSaveAs, SolveResume})
+            // clang-format on
+            QVERIFY2(!IsCommandEnabled(id, solving), qPrintable(QString::number(CommandNumber(id))));
+        for (CommandId id : {SolveStop, SolvePause, SolvePauseOneThread, ProblemNext, FileSaveAs})
+            QVERIFY2(IsCommandEnabled(id, solving), qPrintable(QString::number(CommandNumber(id))));
         solving.solvePaused = true;
-        QVERIFY(IsCommandEnabled(144, solving));
-        for (int id : CommandsNotBuiltYet()) QVERIFY(!IsCommandEnabled(id, idle));
+        QVERIFY(IsCommandEnabled(CommandId::SolveResume, solving));
+        for (CommandId id : CommandsNotBuiltYet()) QVERIFY(!IsCommandEnabled(id, idle));
     }
 
     void checkMarks() {
         MenuState state;
         state.hasProblem = true;
         state.problemType = PROBLEM_SELFMATE;
-        QVERIFY(IsCommandChecked(196, state));
-        QVERIFY(!IsCommandChecked(195, state));
+        QVERIFY(IsCommandChecked(CommandId::TypeSelfmate, state));
+        QVERIFY(!IsCommandChecked(CommandId::TypeDirectMate, state));
         state.priorityClass = PRIORITY_BELOW_NORMAL;
-        QVERIFY(IsCommandChecked(203, state));
+        QVERIFY(IsCommandChecked(CommandId::PriorityBelowNormal, state));
         state.languageId = 5;
-        QVERIFY(IsCommandChecked(286, state));
+        QVERIFY(IsCommandChecked(CommandId::LanguageEnglish, state));
         state.affinityMask = 0b101;
-        QVERIFY(IsCommandChecked(2002, state));
-        QVERIFY(!IsCommandChecked(2001, state));
+        QVERIFY(IsCommandChecked(ProcessorCommand(2), state));
+        QVERIFY(!IsCommandChecked(ProcessorCommand(1), state));
     }
 
     void languageFiveIsEnglish() {

@@ -29,9 +29,9 @@ private slots:
         SolvingSession s;
         startOnSample(s);
         s.attach();
-        s.window->DispatchCommand(145); // problem 2, the #2
+        s.window->DispatchCommand(CommandId::ProblemNext); // problem 2, the #2
         QCOMPARE(s.current(), 2);
-        QVERIFY(s.enabled(140));
+        QVERIFY(s.enabled(CommandId::SolveStart));
         QSignalSpy finished(s.solving.get(), &SolveController::solveFinished);
         QTest::keyClick(s.window.get(), Qt::Key_F5);
         QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 10000);
@@ -47,7 +47,7 @@ private slots:
         SolvingSession s;
         startOnSample(s);
         s.attach();
-        s.window->DispatchCommand(145); // problem 2, the #2
+        s.window->DispatchCommand(CommandId::ProblemNext); // problem 2, the #2
         s.window->options().MaxMemRatioForTempReg = 7;
         QSignalSpy finished(s.solving.get(), &SolveController::solveFinished);
         QTest::keyClick(s.window.get(), Qt::Key_F5);
@@ -62,13 +62,13 @@ private slots:
     void stopEndsALongSolveWithinASecond() {
         SolvingSession s;
         startLong(s);
-        s.window->DispatchCommand(140);
+        s.window->DispatchCommand(CommandId::SolveStart);
         QVERIFY(s.window->runningSolves().contains(1));
-        QVERIFY(!s.enabled(140));
-        QVERIFY(s.enabled(142));
+        QVERIFY(!s.enabled(CommandId::SolveStart));
+        QVERIFY(s.enabled(CommandId::SolveStop));
         QTest::qWait(300);
         const auto stopAt = std::chrono::steady_clock::now();
-        s.window->DispatchCommand(142);
+        s.window->DispatchCommand(CommandId::SolveStop);
         QVERIFY(!s.window->runningSolves().contains(1));
         QVERIFY(std::chrono::steady_clock::now() - stopAt < std::chrono::seconds(1));
         QVERIFY2(s.prompts.boxes.last().startsWith(
@@ -79,28 +79,28 @@ private slots:
     void startingTwiceGivesTheBoxAndTheFirstRunGoesOn() {
         SolvingSession s;
         startLong(s);
-        s.window->DispatchCommand(140);
+        s.window->DispatchCommand(CommandId::SolveStart);
         s.solving->StartSolving(false);
         QCOMPARE(s.prompts.boxes.last(),
                  QStringLiteral("Information|Search for solution of the current problem is pending"));
         QVERIFY(s.window->runningSolves().contains(1));
-        s.window->DispatchCommand(142);
+        s.window->DispatchCommand(CommandId::SolveStop);
     }
 
     void pauseHoldsTheClockAndResumeGoesOn() {
         SolvingSession s;
         startLong(s);
-        s.window->DispatchCommand(140);
-        s.window->DispatchCommand(143);
+        s.window->DispatchCommand(CommandId::SolveStart);
+        s.window->DispatchCommand(CommandId::SolvePause);
         QVERIFY(s.window->runningSolves().isPaused(1));
-        QVERIFY(s.enabled(144));
+        QVERIFY(s.enabled(CommandId::SolveResume));
         const uint64_t nodes = s.solving->ProgressOf(1).nodes;
         QTest::qWait(400);
         QVERIFY(s.solving->ProgressOf(1).nodes <= nodes + 1);
-        s.window->DispatchCommand(144);
+        s.window->DispatchCommand(CommandId::SolveResume);
         QVERIFY(!s.window->runningSolves().isPaused(1));
         QTRY_VERIFY_WITH_TIMEOUT(s.solving->ProgressOf(1).nodes > nodes + 1, 5000);
-        s.window->DispatchCommand(142);
+        s.window->DispatchCommand(CommandId::SolveStop);
     }
 
     void theStartButtonStartsPausesAndStops() {
@@ -123,8 +123,8 @@ private slots:
         SolvingSession s;
         startOnSample(s);
         s.attach();
-        s.window->DispatchCommand(145);
-        s.window->DispatchCommand(145); // problem 3, the #3 with the rook
+        s.window->DispatchCommand(CommandId::ProblemNext);
+        s.window->DispatchCommand(CommandId::ProblemNext); // problem 3, the #3 with the rook
         QCOMPARE(s.current(), 3);
         auto* view = s.window->findChild<BoardView*>();
         QVERIFY(view);
@@ -132,7 +132,7 @@ private slots:
         emit view->moveRequested(0, 8);  // Ka1-a2
         QCOMPARE(s.window->problems().Current()->playedPositions.size(), size_t{2});
         QSignalSpy finished(s.solving.get(), &SolveController::solveFinished);
-        s.window->DispatchCommand(140);
+        s.window->DispatchCommand(CommandId::SolveStart);
         QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 10000);
         QVERIFY2(s.prompts.boxes.last().startsWith(QStringLiteral("Result of analysis|")),
                  qPrintable(s.prompts.boxes.last()));
@@ -150,7 +150,7 @@ private slots:
         start(s, file);
         s.attach();
         QSignalSpy finished(s.solving.get(), &SolveController::solveFinished);
-        s.window->DispatchCommand(140);
+        s.window->DispatchCommand(CommandId::SolveStart);
         QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 5000);
         QCOMPARE(s.prompts.boxes.last(), QStringLiteral("An error has occurred|Black king cannot be checked in the "
                                                         "mate task starting postition."));
@@ -160,15 +160,15 @@ private slots:
     void theProgressPanelShowsThePass() {
         SolvingSession s;
         startLong(s);
-        s.window->DispatchCommand(140);
+        s.window->DispatchCommand(CommandId::SolveStart);
         QTRY_VERIFY_WITH_TIMEOUT(s.window->progressPanel()->text().startsWith(QStringLiteral("Pass ")), 3000);
-        s.window->DispatchCommand(142);
+        s.window->DispatchCommand(CommandId::SolveStop);
     }
 
     void closingWithARunningSolveAsksAndStopsIt() {
         SolvingSession s;
         startLong(s);
-        s.window->DispatchCommand(140);
+        s.window->DispatchCommand(CommandId::SolveStart);
         s.prompts.answers.push_back(Answer::Yes);
         QVERIFY(s.window->close());
         QVERIFY(s.prompts.boxes.contains(QStringLiteral(
@@ -180,12 +180,12 @@ private slots:
         SolvingSession s;
         startOnSample(s);
         s.attach();
-        s.window->DispatchCommand(160); // the last problem, the #5
+        s.window->DispatchCommand(CommandId::ProblemLast); // the last problem, the #5
         const int solved = s.current();
         QSignalSpy finished(s.solving.get(), &SolveController::solveFinished);
-        s.window->DispatchCommand(141);
+        s.window->DispatchCommand(CommandId::SolveAllSolutions);
         s.prompts.answers.push_back(Answer::No); // do not stop it
-        s.window->DispatchCommand(159);          // away to the first while it runs
+        s.window->DispatchCommand(CommandId::ProblemFirst); // away to the first while it runs
         QCOMPARE(s.current(), 1);
         QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 20000);
         QVERIFY2(s.prompts.boxes.last().startsWith(QStringLiteral("Mate search result|5 solution(s) found of the problem ") +

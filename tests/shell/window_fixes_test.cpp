@@ -57,10 +57,10 @@ class WindowFixesTest : public QObject {
         QDesktopServices::setUrlHandler(QStringLiteral("file"), &catcher, "open");
         Session s;
         startOnSample(s);
-        QCOMPARE(s.text(198), QStringLiteral("Open &manual (quick start)"));
-        QCOMPARE(s.text(187), QStringLiteral("&Open readme.txt"));
-        s.window->DispatchCommand(198);
-        s.window->DispatchCommand(187);
+        QCOMPARE(s.text(CommandId::HelpManual), QStringLiteral("Open &manual (quick start)"));
+        QCOMPARE(s.text(CommandId::HelpReadme), QStringLiteral("&Open readme.txt"));
+        s.window->DispatchCommand(CommandId::HelpManual);
+        s.window->DispatchCommand(CommandId::HelpReadme);
         QDesktopServices::unsetUrlHandler(QStringLiteral("file"));
         QCOMPARE(s.prompts.boxes, QStringList());
         QCOMPARE(catcher.urls, (QList<QUrl>{QUrl::fromLocalFile(README), QUrl::fromLocalFile(README)}));
@@ -84,17 +84,23 @@ class WindowFixesTest : public QObject {
         SolvingSession s;
         startOnSample(s);
         s.attach();
-        QVERIFY(s.enabled(140));
-        QVERIFY(s.enabled(141));
-        for (int id : {152, 153, 164, 677, 679, 680})
-            QVERIFY2(!s.enabled(id), qPrintable(QString::number(id)));
-        QCOMPARE(s.text(152), QStringLiteral("Find best defence for &black\tF5"));
-        QCOMPARE(s.text(164), QStringLiteral("Solve and show whole main &variant\tAlt+F5 or middle-click"));
-        QCOMPARE(s.text(677), QStringLiteral("Select &heuristics and find solution\tCtrl+F5"));
+        QVERIFY(s.enabled(CommandId::SolveStart));
+        QVERIFY(s.enabled(CommandId::SolveAllSolutions));
+        using enum CommandId;
+        for (CommandId id : {SolveBlackDefence, SolveBlackDefenceThorough, SolveShowMainVariant,
+                             SolveWithHeuristics, SolveAllWithHeuristics, SolveShowMainVariantKey})
+            QVERIFY2(!s.enabled(id), qPrintable(QString::number(CommandNumber(id))));
+        QCOMPARE(s.text(CommandId::SolveBlackDefence), QStringLiteral("Find best defence for &black\tF5"));
+        QCOMPARE(s.text(CommandId::SolveShowMainVariant),
+                 QStringLiteral("Solve and show whole main &variant\tAlt+F5 or middle-click"));
+        QCOMPARE(s.text(CommandId::SolveWithHeuristics),
+                 QStringLiteral("Select &heuristics and find solution\tCtrl+F5"));
         // Their keys do nothing, and the controller has no box for them left.
         QTest::keyClick(s.window.get(), Qt::Key_F5, Qt::ControlModifier);
         QTest::keyClick(s.window.get(), Qt::Key_F5, Qt::AltModifier);
-        for (int id : {152, 153, 164, 677, 679}) s.solving->dispatch(id);
+        for (CommandId id : {SolveBlackDefence, SolveBlackDefenceThorough, SolveShowMainVariant,
+                             SolveWithHeuristics, SolveAllWithHeuristics})
+            s.solving->dispatch(id);
         QCOMPARE(s.prompts.boxes, QStringList());
         QCOMPARE(s.window->runningSolves().count(), 0);
         // The start button's Ctrl+right click asks for the heuristics: refused as a greyed command.
@@ -107,22 +113,22 @@ class WindowFixesTest : public QObject {
         SolvingSession s;
         startOnSample(s);
         s.attach();
-        s.window->DispatchCommand(145);
-        s.window->DispatchCommand(145); // problem 3, the #3 with the rook
+        s.window->DispatchCommand(CommandId::ProblemNext);
+        s.window->DispatchCommand(CommandId::ProblemNext); // problem 3, the #3 with the rook
         auto* view = s.window->findChild<BoardView*>();
         QVERIFY(view);
         emit view->moveRequested(9, 17); // Rb2-b3: Black's best defence would be next
         s.window->UpdateMenuState();
-        QVERIFY(!s.enabled(140));
-        QVERIFY(!s.enabled(141));
+        QVERIFY(!s.enabled(CommandId::SolveStart));
+        QVERIFY(!s.enabled(CommandId::SolveAllSolutions));
         QTest::keyClick(s.window.get(), Qt::Key_F5);
-        s.window->DispatchCommand(140);
+        s.window->DispatchCommand(CommandId::SolveStart);
         QCOMPARE(s.window->runningSolves().count(), 0);
         for (const QString& box : s.prompts.boxes)
             QVERIFY2(!box.contains(QStringLiteral("not available")), qPrintable(box));
         emit view->moveRequested(0, 8); // Ka1-a2: White to move again, a #2 from there
         s.window->UpdateMenuState();
-        QVERIFY(s.enabled(140));
+        QVERIFY(s.enabled(CommandId::SolveStart));
     }
 
     void theStartIsGreyedForAPositionWithoutStipulation() {
@@ -131,10 +137,10 @@ class WindowFixesTest : public QObject {
         s.attach();
         s.window->commands().addBonusItem();
         s.window->UpdateMenuState();
-        s.window->DispatchCommand(166); // a new position without stipulation
+        s.window->DispatchCommand(CommandId::Bonus); // a new position without stipulation
         QCOMPARE(s.window->problems().Current()->type, uint16_t{PROBLEM_POSITION});
-        QVERIFY(!s.enabled(140));
-        QVERIFY(!s.enabled(141));
+        QVERIFY(!s.enabled(CommandId::SolveStart));
+        QVERIFY(!s.enabled(CommandId::SolveAllSolutions));
         s.solving->StartSolving(false);
         QCOMPARE(s.prompts.boxes, QStringList());
         QCOMPARE(s.window->runningSolves().count(), 0);
@@ -148,7 +154,7 @@ class WindowFixesTest : public QObject {
         s.attach();
         QCOMPARE(s.current(), 1); // the #1
         QSignalSpy finished(s.solving.get(), &SolveController::solveFinished);
-        s.window->DispatchCommand(140);
+        s.window->DispatchCommand(CommandId::SolveStart);
         QCOMPARE(s.window->statusText(), QStringLiteral("Initial position type check..."));
         QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 10000);
         QCOMPARE(s.window->statusText(), QString());
@@ -157,9 +163,9 @@ class WindowFixesTest : public QObject {
     void theStatusOfAStopIsClearedWhenTheRunEnds() {
         SolvingSession s;
         startLong(s);
-        s.window->DispatchCommand(140);
+        s.window->DispatchCommand(CommandId::SolveStart);
         QTest::qWait(200);
-        s.window->DispatchCommand(142);
+        s.window->DispatchCommand(CommandId::SolveStop);
         QVERIFY(!s.window->runningSolves().contains(1));
         QCOMPARE(s.window->statusText(), QString());
     }
@@ -169,7 +175,7 @@ class WindowFixesTest : public QObject {
         startOnSample(s);
         s.attach();
         QSignalSpy finished(s.solving.get(), &SolveController::solveFinished);
-        s.window->DispatchCommand(140);
+        s.window->DispatchCommand(CommandId::SolveStart);
         s.window->showStatus(QStringLiteral("something else"));
         QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 10000);
         QCOMPARE(s.window->statusText(), QStringLiteral("something else"));
@@ -181,25 +187,26 @@ class WindowFixesTest : public QObject {
         SolvingSession s;
         startOnSample(s);
         s.attach();
-        s.window->DispatchCommand(145); // problem 2, the #2
+        s.window->DispatchCommand(CommandId::ProblemNext); // problem 2, the #2
         QSignalSpy finished(s.solving.get(), &SolveController::solveFinished);
-        s.window->DispatchCommand(140);
+        s.window->DispatchCommand(CommandId::SolveStart);
         QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 10000);
         TChessProblem* problem = s.window->problems().Current();
         QCOMPARE(problem->playedPositions.size(), size_t{1});
         QCOMPARE(s.window->board().shownPosition(),
                  &problem->playedPositions.front()); // the key on the board
-        s.window->DispatchCommand(145);
-        s.window->DispatchCommand(146);
+        s.window->DispatchCommand(CommandId::ProblemNext);
+        s.window->DispatchCommand(CommandId::ProblemPrevious);
         QCOMPARE(s.current(), 2);
         QCOMPARE(s.window->board().shownPosition(), &problem->startPosition);
         // The key stays a step forward away, and F5 solves the diagram again.
         QCOMPARE(problem->playedPositions.size(), size_t{1});
-        QVERIFY(s.enabled(140));
-        s.window->DispatchCommand(151);
+        QVERIFY(s.enabled(CommandId::SolveStart));
+        s.window->DispatchCommand(CommandId::MoveRedo);
         QCOMPARE(s.window->board().shownPosition(), &problem->playedPositions.front());
-        s.window->DispatchCommand(167); // the history's way back shows the diagram too
-        s.window->DispatchCommand(168);
+        s.window->DispatchCommand(
+            CommandId::ProblemHistoryBack); // the history's way back shows the diagram too
+        s.window->DispatchCommand(CommandId::ProblemHistoryForward);
         QCOMPARE(s.window->board().shownPosition(), &problem->startPosition);
     }
 
@@ -221,7 +228,7 @@ class WindowFixesTest : public QObject {
     void quittingDuringASolveShowsNoResult() {
         SolvingSession s;
         startLong(s);
-        s.window->DispatchCommand(140);
+        s.window->DispatchCommand(CommandId::SolveStart);
         QVERIFY(s.window->runningSolves().contains(1));
         s.prompts.answers.push_back(Answer::Yes);
         QVERIFY(s.window->close());
@@ -232,8 +239,8 @@ class WindowFixesTest : public QObject {
     void aStopBeforeQuittingStillShowsItsResult() {
         SolvingSession s;
         startLong(s);
-        s.window->DispatchCommand(140);
-        s.window->DispatchCommand(142);
+        s.window->DispatchCommand(CommandId::SolveStart);
+        s.window->DispatchCommand(CommandId::SolveStop);
         QCOMPARE(s.prompts.boxes.size(), 1);
         QVERIFY2(
             s.prompts.boxes.front().startsWith(QStringLiteral("Mate search result|Analysis stopped by user")),

@@ -29,9 +29,9 @@ struct Session {
         QFile(sample()).setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
     }
     int current() const { return window->problems().Current()->id; }
-    bool enabled(int id) const { return window->commands().isEnabled(id); }
-    bool checked(int id) const { return window->commands().action(id)->isChecked(); }
-    QString text(int id) const { return window->commands().action(id)->text(); }
+    bool enabled(CommandId id) const { return window->commands().isEnabled(id); }
+    bool checked(CommandId id) const { return window->commands().action(id)->isChecked(); }
+    QString text(CommandId id) const { return window->commands().action(id)->text(); }
     QString firstMenu() const { return window->menuBar()->actions().front()->text(); }
 };
 
