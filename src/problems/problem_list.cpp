@@ -1,6 +1,6 @@
 #include "problems/problem_list.h"
 
-#include "problems/language.h"
+#include "core/localized_text.h"
 #include "problems/problem_file.h"
 
 #include <algorithm>
@@ -30,9 +30,7 @@ bool sameIndications(const SortIndications& a, const SortIndications& b) {
 ProblemList::ProblemList(ProblemListHost& host, int languageId, ProblemDefaults defaults)
     : currentProblem(problems.end()), m_host(host), m_languageId(languageId), m_defaults(defaults) {}
 
-const wchar_t* ProblemList::tr(const wchar_t* polish, const wchar_t* english, const wchar_t* ukrainian) const {
-    return Tr(m_languageId, polish, english, ukrainian);
-}
+std::wstring ProblemList::tr(const LocalizedText& text) const { return std::wstring(text.In(m_languageId)); }
 
 void ProblemList::Replace(ProblemMap loaded, const std::filesystem::path& path, int notLoaded) {
     {
@@ -141,9 +139,7 @@ int ProblemList::AskSaveChanges(bool solveRuns) {
     if (m_host.DescriptionEditorOpen()) return SaveCurrentFile() ? 0 : 1;
     const Answer answer = m_host.Ask(
         QUESTION,
-        tr(L"Dokonałeś zmian w bieżącym problemie.\nCzy chcesz je zachować?",
-           L"There are changes in the current problem.\nDo you want to save them?",
-           L"У поточній проблемі є зміни.\nЗберегти їх?"),
+        tr({L"Dokonałeś zmian w bieżącym problemie.\nCzy chcesz je zachować?", L"There are changes in the current problem.\nDo you want to save them?", L"У поточній проблемі є зміни.\nЗберегти їх?"}),
         solveRuns ? Buttons::OkCancel : Buttons::YesNoCancel);
     switch (answer) {
     case Answer::Yes:
@@ -154,7 +150,7 @@ int ProblemList::AskSaveChanges(bool solveRuns) {
         case SaveOutcome::Declined: return 1;
         case SaveOutcome::Failed: break;
         }
-        m_host.ShowError(ERROR_TITLE, tr(L"Błąd zapisu do pliku", L"Error saving to file", L"Помилка збереження файлу"));
+        m_host.ShowError(ERROR_TITLE, tr({L"Błąd zapisu do pliku", L"Error saving to file", L"Помилка збереження файлу"}));
         return 1;
     case Answer::Cancel: return 1;
     case Answer::No: break;
@@ -177,15 +173,12 @@ bool ProblemList::MayWriteOver(const std::filesystem::path& path) {
     if (!same(path, filePath)) return true;
     const std::wstring count = std::to_wstring(problemsNotLoaded);
     const std::wstring text =
-        tr(L"Ten plik został wczytany częściowo: zawiera jeszcze ", L"This file was loaded in part: it holds ",
-           L"Цей файл завантажено частково: він містить ще ") +
+        tr({L"Ten plik został wczytany częściowo: zawiera jeszcze ", L"This file was loaded in part: it holds ", L"Цей файл завантажено частково: він містить ще "}) +
         count +
-        tr(L" problem(ów) poza wyświetlonymi.\nZapis nadpisze plik i zostaną one utracone.\n\nCzy mimo to "
-           L"chcesz nadpisać plik? (Nie zachowuje plik; Zapisz jako zapisuje do innego)",
-           L" problem(s) beyond the ones shown.\nSaving writes over the file, and they will be lost.\n\nDo you "
-           L"want to write over the file anyway? (No keeps the file; Save as writes to another one)",
-           L" задач(і) понад показані.\nЗбереження перезапише файл, і їх буде втрачено.\n\nВсе одно "
-           L"перезаписати файл? (Ні зберігає файл; Зберегти як записує в інший)");
+        tr({L" problem(ów) poza wyświetlonymi.\nZapis nadpisze plik i zostaną one utracone.\n\nCzy mimo to "
+           L"chcesz nadpisać plik? (Nie zachowuje plik; Zapisz jako zapisuje do innego)", L" problem(s) beyond the ones shown.\nSaving writes over the file, and they will be lost.\n\nDo you "
+           L"want to write over the file anyway? (No keeps the file; Save as writes to another one)", L" задач(і) понад показані.\nЗбереження перезапише файл, і їх буде втрачено.\n\nВсе одно "
+           L"перезаписати файл? (Ні зберігає файл; Зберегти як записує в інший)"});
     if (m_host.Ask(QUESTION, text, Buttons::YesNoDefaultNo) != Answer::Yes) return false;
     problemsNotLoaded = 0;
     return true;
@@ -198,12 +191,9 @@ ProblemList::SaveOutcome ProblemList::saveCurrentFile() {
         const std::wstring hit = std::to_wstring(same->id) + L". #" + std::to_wstring((same->plies + 1) / 2) + L" " +
                                  same->description;
         const std::wstring text =
-            tr(L"Identyczna pozycja już istnieje w tym pliku jako następujący problem:\n",
-               L"The same position already exists in this file as the following problem:\n",
-               L"Така сама позиція вже є в цьому файлі як така проблема:\n") +
+            tr({L"Identyczna pozycja już istnieje w tym pliku jako następujący problem:\n", L"The same position already exists in this file as the following problem:\n", L"Така сама позиція вже є в цьому файлі як така проблема:\n"}) +
             hit +
-            tr(L"\n\nCzy mimo to chcesz zapisać zmiany?", L"\n\nDo you want to save changes anyway?",
-               L"\n\nВсе одно зберегти зміни?");
+            tr({L"\n\nCzy mimo to chcesz zapisać zmiany?", L"\n\nDo you want to save changes anyway?", L"\n\nВсе одно зберегти зміни?"});
         if (m_host.Ask(QUESTION, text, Buttons::YesNo) != Answer::Yes) return SaveOutcome::Failed;
     }
     if (filePath.empty()) return m_host.SaveAs() ? SaveOutcome::Written : SaveOutcome::Failed;
@@ -211,7 +201,7 @@ ProblemList::SaveOutcome ProblemList::saveCurrentFile() {
     try {
         m_host.WriteFile(filePath, problems);
     } catch (const std::exception&) {
-        m_host.ShowError(ERROR_TITLE, tr(L"Błąd zapisu pliku", L"Error writing to file", L"Помилка запису файлу"));
+        m_host.ShowError(ERROR_TITLE, tr({L"Błąd zapisu pliku", L"Error writing to file", L"Помилка запису файлу"}));
         return SaveOutcome::Failed;
     }
     noteFileTime();
@@ -223,9 +213,7 @@ ProblemList::SaveOutcome ProblemList::saveCurrentFile() {
 bool ProblemList::addNewProblem() {
     const Answer answer =
         m_host.Ask(QUESTION,
-                   tr(L"To jest ostatni problem.\nCzy chcesz utworzyć nowy?",
-                      L"This is the last problem.\nDo you want to create a new one?",
-                      L"Це остання проблема.\nСтворити нову?"),
+                   tr({L"To jest ostatni problem.\nCzy chcesz utworzyć nowy?", L"This is the last problem.\nDo you want to create a new one?", L"Це остання проблема.\nСтворити нову?"}),
                    Buttons::YesNo);
     if (answer != Answer::Yes) return false;
     auto problem = std::make_unique<TChessProblem>(m_defaults);
@@ -250,10 +238,8 @@ bool ProblemList::NavigateToProblem(Navigation where, int32_t id) {
     bool solveRuns = leaving && m_host.IsSolving(*leaving);
     if (solveRuns) {
         const Answer answer = m_host.Ask(
-            tr(L"Nawigacja między problemami", L"Navigation between problems", L"Навігація між проблемами"),
-            tr(L"Trwa szukanie mata. Czy chcesz przerwać to zadanie?",
-               L"Search for mate pending. Do you want to stop this task?",
-               L"Триває пошук мату. Зупинити це завдання?"),
+            tr({L"Nawigacja między problemami", L"Navigation between problems", L"Навігація між проблемами"}),
+            tr({L"Trwa szukanie mata. Czy chcesz przerwać to zadanie?", L"Search for mate pending. Do you want to stop this task?", L"Триває пошук мату. Зупинити це завдання?"}),
             Buttons::YesNoCancel);
         if (answer == Answer::Cancel) return false;
         if (answer == Answer::Yes) {
@@ -263,8 +249,7 @@ bool ProblemList::NavigateToProblem(Navigation where, int32_t id) {
     }
     // 4. The memory of the problem left behind.
     if (leaving && !solveRuns) {
-        m_host.ShowStatus(tr(L"Usuwanie danych tymczasowych z pamięci...", L"Removing temporary data from memory...",
-                             L"Видалення тимчасових даних з пам'яті..."));
+        m_host.ShowStatus(tr({L"Usuwanie danych tymczasowych z pamięci...", L"Removing temporary data from memory...", L"Видалення тимчасових даних з пам'яті..."}));
         m_host.ReleaseTemporaryData(*leaving, false);
     }
     // 5. Unsaved changes.

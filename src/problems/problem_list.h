@@ -3,6 +3,7 @@
 // snapshot, and the history of viewed problems. Questions to the user and
 // effects on the screen go through ProblemListHost, which the window and the
 // command line implement (and tests answer).
+#include "core/localized_text.h"
 #include "problems/chess_problem.h"
 
 #include <cstdint>
@@ -113,7 +114,7 @@ public:
     const TChessProblem* FindSamePosition(int32_t id) const;
 
 private:
-    const wchar_t* tr(const wchar_t* polish, const wchar_t* english, const wchar_t* ukrainian) const;
+    std::wstring tr(const LocalizedText& text) const;
     void eraseNewProblem();
     void noteFileTime();
     bool addNewProblem();

@@ -3,7 +3,7 @@
 //   "{Main variant} e2-e4 e7-e5[the only defence] Ng1-f3"
 #include "core/chessboard.h"
 #include "core/move.h"
-#include "problems/language.h"
+#include "core/localized_text.h"
 
 #include <array>
 #include <map>

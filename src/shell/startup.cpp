@@ -2,7 +2,7 @@
 
 #include "options/profile_file.h"
 #include "options/profile_int.h"
-#include "problems/language.h"
+#include "core/localized_text.h"
 #include "shell/app_log.h"
 #include "shell/instance_state.h"
 #include "shell/prompts.h"

@@ -1,7 +1,7 @@
 // The parts of the window that need no window: the command table, the menu
 // rules, the log line, thread defaults, priorities, the tray rule, merging
 // problems of another file, the running set and the command line.
-#include "problems/language.h"
+#include "core/localized_text.h"
 #include "shell/app_log.h"
 #include "shell/command_table.h"
 #include "shell/menu_state.h"
@@ -156,7 +156,7 @@ class ShellCommandsTest : public QObject {
     }
 
     void languageFiveIsEnglish() {
-        QCOMPARE(QString::fromWCharArray(Tr(5, L"pl", L"en", L"uk")), QStringLiteral("en"));
+        QVERIFY((LocalizedText{L"pl", L"en", L"uk"}.In(5) == L"en"));
         QCOMPARE(TitleText(5, MessageTitle::Question), QStringLiteral("Question"));
         QCOMPARE(TitleText(0, MessageTitle::Warning), QStringLiteral("Ostrzeżenie"));
         QCOMPARE(TitleText(2, MessageTitle::Error), QStringLiteral("Помилка"));
