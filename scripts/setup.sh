@@ -9,6 +9,7 @@ PACKAGES=(
     libbenchmark-dev                 # benchmarks
     libcli11-dev                     # command line of zorvane-cli
     clang-14 libclang-rt-14-dev      # libFuzzer targets
+    clang-format-14                  # the sources' format, checked by the tests
     qt6-base-dev qt6-svg-dev         # desktop window
     fonts-dejavu-core                # chess glyphs of the board view
 )
