@@ -30,7 +30,9 @@ void BM_PerftInitial5(benchmark::State& state) {
 void BM_PerftCastlings4(benchmark::State& state) {
     perftFrom(state, "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq -", 4);
 }
-void BM_PerftEndgame5(benchmark::State& state) { perftFrom(state, "8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8 w - -", 5); }
+void BM_PerftEndgame5(benchmark::State& state) {
+    perftFrom(state, "8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8 w - -", 5);
+}
 
 BENCHMARK(BM_PerftInitial5)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_PerftCastlings4)->Unit(benchmark::kMillisecond);

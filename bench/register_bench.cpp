@@ -52,7 +52,8 @@ const std::vector<TChessboardRegisterItem>& absent() {
 
 std::unique_ptr<Register> filledRegister() {
     auto reg = std::make_unique<Register>(zorvane::REGISTER_LARGE_BUCKETS);
-    for (size_t i = 0; i < kPositions; ++i) reg->Store(static_cast<uint16_t>(3 + 2 * (i % 8)), stored()[i], i % 3 == 0);
+    for (size_t i = 0; i < kPositions; ++i)
+        reg->Store(static_cast<uint16_t>(3 + 2 * (i % 8)), stored()[i], i % 3 == 0);
     return reg;
 }
 

@@ -43,7 +43,8 @@ int main(int argc, char** argv) {
     for (const int number : zorvane::SolveBenchmarkNumbers()) {
         const auto found = corpus.find(number);
         if (found == corpus.end()) continue;
-        benchmark::RegisterBenchmark(("Solve/" + std::to_string(number)).c_str(), solveOne, found->second.get())
+        benchmark::RegisterBenchmark(("Solve/" + std::to_string(number)).c_str(), solveOne,
+                                     found->second.get())
             ->Unit(benchmark::kMillisecond);
     }
     benchmark::RunSpecifiedBenchmarks();

@@ -56,9 +56,24 @@ TEST(Chessboard, CopyToChildLinksTheParent) {
 }
 
 TEST(Chessboard, SetupFillsKingsCountsAndLists) {
-    TChessboard b = boardWith({{"a1", WR}, {"b1", WN}, {"c1", WB}, {"d1", WQ}, {"e1", WK}, {"f1", WB},
-                               {"g1", WN}, {"h1", WR}, {"a2", WP}, {"h2", WP}, {"e8", BK}, {"d8", BQ},
-                               {"a8", BR}, {"c8", BB}, {"b8", BN}, {"g8", BN}, {"a7", BP}, {"b7", BP},
+    TChessboard b = boardWith({{"a1", WR},
+                               {"b1", WN},
+                               {"c1", WB},
+                               {"d1", WQ},
+                               {"e1", WK},
+                               {"f1", WB},
+                               {"g1", WN},
+                               {"h1", WR},
+                               {"a2", WP},
+                               {"h2", WP},
+                               {"e8", BK},
+                               {"d8", BQ},
+                               {"a8", BR},
+                               {"c8", BB},
+                               {"b8", BN},
+                               {"g8", BN},
+                               {"a7", BP},
+                               {"b7", BP},
                                {"c7", BP}});
     SetupChessboard(b, true);
     EXPECT_EQ(b.m_cWhiteKingCol, 4);
@@ -136,8 +151,15 @@ TEST(Chessboard, ThirdRookOrKnightTurnsTheListsOff) {
 }
 
 TEST(Chessboard, BlackMenNeverTouchTheWhiteLists) {
-    TChessboard b = boardWith({{"e1", WK}, {"e8", BK}, {"a6", BQ}, {"b6", BQ}, {"c6", BR}, {"d6", BR},
-                               {"g6", BR}, {"a4", BB}, {"c5", BB}});
+    TChessboard b = boardWith({{"e1", WK},
+                               {"e8", BK},
+                               {"a6", BQ},
+                               {"b6", BQ},
+                               {"c6", BR},
+                               {"d6", BR},
+                               {"g6", BR},
+                               {"a4", BB},
+                               {"c5", BB}});
     SetupChessboard(b, true);
     EXPECT_EQ(b.m_nBlackQueens, 2);
     EXPECT_EQ(b.m_nBlackRooks, 3);
@@ -341,8 +363,8 @@ TEST(Chessboard, PutManUpdatesKingsCountsAndListSlots) {
 }
 
 TEST(Chessboard, WhiteListsPossibleAndRebuild) {
-    TChessboard b = boardWith({{"e1", WK}, {"e8", BK}, {"a8", WR}, {"h1", WR}, {"f1", WB}, {"c1", WB},
-                               {"d5", WQ}, {"g3", WN}});
+    TChessboard b = boardWith(
+        {{"e1", WK}, {"e8", BK}, {"a8", WR}, {"h1", WR}, {"f1", WB}, {"c1", WB}, {"d5", WQ}, {"g3", WN}});
     SetupChessboard(b, true);
     EXPECT_TRUE(WhiteListsPossible(b));
     b.m_bWhiteListsValid = 0;

@@ -7,10 +7,18 @@
 namespace zorvane {
 namespace {
 
-TEST(CorpusKeysLong, FiveMovers) { SolveCorpus(5, 5, false, true); }
-TEST(CorpusKeysLong, SixMovers) { SolveCorpus(6, 6, false, true); }
-TEST(CorpusKeysLong, SevenMovers) { SolveCorpus(7, 7, false, true); }
-TEST(CorpusKeysLong, EightMovers) { SolveCorpus(8, 8, false, true); }
+TEST(CorpusKeysLong, FiveMovers) {
+    SolveCorpus(5, 5, false, true);
+}
+TEST(CorpusKeysLong, SixMovers) {
+    SolveCorpus(6, 6, false, true);
+}
+TEST(CorpusKeysLong, SevenMovers) {
+    SolveCorpus(7, 7, false, true);
+}
+TEST(CorpusKeysLong, EightMovers) {
+    SolveCorpus(8, 8, false, true);
+}
 
 } // namespace
 } // namespace zorvane

@@ -13,7 +13,9 @@ namespace zorvane {
 
 inline const std::string CORPUS = std::string(ZORVANE_SHARED_DIR) + "/corpus/peer_examples.cp";
 
-inline bool CorpusPresent() { return std::filesystem::exists(CORPUS); }
+inline bool CorpusPresent() {
+    return std::filesystem::exists(CORPUS);
+}
 
 inline ProblemMap LoadCorpus() {
     ProblemMap corpus;

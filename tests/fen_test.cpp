@@ -72,11 +72,9 @@ TEST(FenWriter, EnPassantSquareAndMoveNumber) {
     ASSERT_TRUE(line.play("e2-e4"));
     EXPECT_EQ(WriteFen(line.last(), false), "rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq e3 0 1");
     ASSERT_TRUE(line.play("c7-c5"));
-    EXPECT_EQ(WriteFen(line.last(), false),
-              "rnbqkbnr/pp1ppppp/8/2p5/4P3/8/PPPP1PPP/RNBQKBNR w KQkq c6 0 2");
+    EXPECT_EQ(WriteFen(line.last(), false), "rnbqkbnr/pp1ppppp/8/2p5/4P3/8/PPPP1PPP/RNBQKBNR w KQkq c6 0 2");
     ASSERT_TRUE(line.play("g1-f3"));
-    EXPECT_EQ(WriteFen(line.last(), false),
-              "rnbqkbnr/pp1ppppp/8/2p5/4P3/5N2/PPPP1PPP/RNBQKB1R b KQkq - 0 2");
+    EXPECT_EQ(WriteFen(line.last(), false), "rnbqkbnr/pp1ppppp/8/2p5/4P3/5N2/PPPP1PPP/RNBQKB1R b KQkq - 0 2");
     ASSERT_TRUE(line.play("d7-d6"));
     EXPECT_EQ(WriteFen(line.last(), false),
               "rnbqkbnr/pp2pppp/3p4/2p5/4P3/5N2/PPPP1PPP/RNBQKB1R w KQkq - 0 3");
@@ -188,7 +186,8 @@ TEST(FenReader, CastlingNotes) {
     EXPECT_FALSE(notes.castlingDenied); // one field: all rights
     ASSERT_TRUE(reads(board + " w qkQK - 0 1", &notes));
     EXPECT_FALSE(notes.castlingDenied); // letters are looked for, not their order
-    for (const char* denied : {" w Kkq - 0 1", " w Qkq - 0 1", " w KQq - 0 1", " w KQk - 0 1", " w - - 0 1"}) {
+    for (const char* denied :
+         {" w Kkq - 0 1", " w Qkq - 0 1", " w KQq - 0 1", " w KQk - 0 1", " w - - 0 1"}) {
         ASSERT_TRUE(reads(board + denied, &notes)) << denied;
         EXPECT_TRUE(notes.castlingDenied) << denied;
     }
@@ -241,8 +240,9 @@ TEST(FenReader, PolishLettersReadAsEnglish) {
 }
 
 TEST(FenReader, WriterAndReaderAgree) {
-    for (const char* fen : {INITIAL, "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R",
-                            "8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8", "7k/8/8/8/8/8/8/K7", "QQQQQQQQ/8/8/8/8/8/8/k6K"}) {
+    for (const char* fen :
+         {INITIAL, "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R",
+          "8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8", "7k/8/8/8/8/8/8/K7", "QQQQQQQQ/8/8/8/8/8/8/k6K"}) {
         const TChessboard first = boardFromFen(fen, 1);
         const std::string written = WriteFen(first, true);
         EXPECT_EQ(written, fen);
@@ -273,7 +273,6 @@ TEST(Letters, UnknownLetterNamesIt) {
     }
 }
 
-
 TEST(FenReader, NotesNameEachDeniedRightTheSquareAndTheSide) {
     const std::string board = "r3k2r/8/8/8/8/8/8/R3K2R";
     FenNotes notes;
@@ -282,8 +281,8 @@ TEST(FenReader, NotesNameEachDeniedRightTheSquareAndTheSide) {
     EXPECT_EQ(notes.sideToMove, 'w');
     EXPECT_EQ(notes.enPassantSquare, -1);
     ASSERT_TRUE(reads(board + " b - - 0 1", &notes));
-    EXPECT_EQ(notes.deniedCastling, WHITE_SHORT_CASTLING | WHITE_LONG_CASTLING | BLACK_SHORT_CASTLING |
-                                        BLACK_LONG_CASTLING);
+    EXPECT_EQ(notes.deniedCastling,
+              WHITE_SHORT_CASTLING | WHITE_LONG_CASTLING | BLACK_SHORT_CASTLING | BLACK_LONG_CASTLING);
     EXPECT_EQ(notes.sideToMove, 'b');
     ASSERT_TRUE(reads(board, &notes));
     EXPECT_EQ(notes.deniedCastling, 0);
@@ -329,9 +328,9 @@ TEST(DoubleStepHistory, RefusesASquareThatDoesNotFit) {
     ASSERT_TRUE(ReadFen("4k3/3p4/8/3pP3/8/8/8/4K3", b));
     TChessboard parent;
     const TChessboard before = b;
-    EXPECT_FALSE(SetUpDoubleStepHistory(b, parent, sq("e6")));  // no black pawn in front
-    EXPECT_FALSE(SetUpDoubleStepHistory(b, parent, sq("d3")));  // not the sixth row
-    EXPECT_FALSE(SetUpDoubleStepHistory(b, parent, sq("d6")));  // d7 is taken: the pawn did not pass
+    EXPECT_FALSE(SetUpDoubleStepHistory(b, parent, sq("e6"))); // no black pawn in front
+    EXPECT_FALSE(SetUpDoubleStepHistory(b, parent, sq("d3"))); // not the sixth row
+    EXPECT_FALSE(SetUpDoubleStepHistory(b, parent, sq("d6"))); // d7 is taken: the pawn did not pass
     EXPECT_FALSE(SetUpDoubleStepHistory(b, parent, 64));
     EXPECT_EQ(b.m_pParent, nullptr);
     EXPECT_EQ(std::memcmp(b.m_aSquares, before.m_aSquares, 64), 0);

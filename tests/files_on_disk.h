@@ -15,7 +15,7 @@ namespace zorvane {
 // runs never meet, and removed with all it holds (its permissions given back
 // first, where a test took them) when the test ends.
 class TempFolder {
-public:
+  public:
     explicit TempFolder(const std::string& prefix) {
         std::random_device random;
         const auto stamp = std::chrono::steady_clock::now().time_since_epoch().count();
@@ -25,8 +25,8 @@ public:
     }
     ~TempFolder() {
         std::error_code error;
-        std::filesystem::permissions(path_, std::filesystem::perms::owner_all, std::filesystem::perm_options::add,
-                                     error);
+        std::filesystem::permissions(path_, std::filesystem::perms::owner_all,
+                                     std::filesystem::perm_options::add, error);
         std::filesystem::remove_all(path_, error);
     }
     TempFolder(const TempFolder&) = delete;
@@ -34,7 +34,7 @@ public:
 
     const std::filesystem::path& path() const { return path_; }
 
-private:
+  private:
     std::filesystem::path path_;
 };
 
@@ -53,7 +53,8 @@ inline void WriteBytes(const std::filesystem::path& path, const std::string& byt
 // The names in a folder, to see what a save left behind.
 inline std::set<std::string> EntriesOf(const std::filesystem::path& folder) {
     std::set<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(folder)) names.insert(entry.path().filename().string());
+    for (const auto& entry : std::filesystem::directory_iterator(folder))
+        names.insert(entry.path().filename().string());
     return names;
 }
 

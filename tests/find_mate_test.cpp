@@ -162,7 +162,8 @@ struct ShuffleLine {
     }
     static void play(TChessboard& child, const TChessboard& parent, TMove move, bool white) {
         CopyToChild(child, parent);
-        const bool made = white ? MakeWhiteMove(child, move) : MakeBlackMove(child, move, false) == BLACK_MOVE_MADE;
+        const bool made =
+            white ? MakeWhiteMove(child, move) : MakeBlackMove(child, move, false) == BLACK_MOVE_MADE;
         ASSERT_TRUE(made);
     }
 };

@@ -41,7 +41,10 @@ TEST(LexemReader, OtherBytesAreSingleLexems) {
 }
 
 TEST(LexemReader, WhiteSpaceIncludesCarriageReturnAndNoBreakBlank) {
-    EXPECT_EQ(allLexems("a\r\nb\xa0" "c\t d", false), (Lexems{"a", "b", "c", "d"}));
+    EXPECT_EQ(allLexems("a\r\nb\xa0"
+                        "c\t d",
+                        false),
+              (Lexems{"a", "b", "c", "d"}));
 }
 
 TEST(LexemReader, EndOfTextFailsOrGivesEmptyLexem) {

@@ -31,7 +31,8 @@ bool tryMove(const TChessboard& parent, TMove m, TChessboard* childOut = nullptr
 
 std::vector<TMove> generate(const TChessboard& b) {
     TMove moves[MAX_MOVES];
-    const int n = b.whiteToMove() ? GenerateWhiteMovesOrEvasions(b, moves) : GenerateBlackMovesOrEvasions(b, moves);
+    const int n =
+        b.whiteToMove() ? GenerateWhiteMovesOrEvasions(b, moves) : GenerateBlackMovesOrEvasions(b, moves);
     return std::vector<TMove>(moves, moves + n);
 }
 

@@ -38,7 +38,8 @@ Tally compareInTrees(std::initializer_list<Tree> trees) {
             TChessboard probe = b;
             TMove fast, played;
             const bool found = FindMateInOne(probe, &fast);
-            ASSERT_EQ(found, FirstMateByPlayingAll(b, played)) << tree.fen << " after " << FormatLogMove(b.m_LastMove);
+            ASSERT_EQ(found, FirstMateByPlayingAll(b, played))
+                << tree.fen << " after " << FormatLogMove(b.m_LastMove);
             if (found) {
                 ASSERT_EQ(fast, played) << tree.fen;
                 ++tally.mates;

@@ -15,7 +15,9 @@ TChessboard blackToMove(const std::string& fen) {
     return boardFromFen(fen, 2);
 }
 
-MateQuality quality(const std::string& fen) { return FindMateQuality(blackToMove(fen)); }
+MateQuality quality(const std::string& fen) {
+    return FindMateQuality(blackToMove(fen));
+}
 
 TEST(MateQuality, RookMateInTheCornerIsIdeal) {
     // Ra8 checks and holds g8, Kg6 holds g7 and h7, each once; every man takes part.

@@ -27,11 +27,16 @@ std::string squareName(int square) {
 std::string text(const TMove& m) {
     std::string t = squareName(m.from) + "-" + squareName(m.to);
     switch (m.promotionKind()) {
-    case KIND_QUEEN: return t + "Q";
-    case KIND_ROOK: return t + "R";
-    case KIND_BISHOP: return t + "B";
-    case KIND_KNIGHT: return t + "N";
-    default: return t;
+    case KIND_QUEEN:
+        return t + "Q";
+    case KIND_ROOK:
+        return t + "R";
+    case KIND_BISHOP:
+        return t + "B";
+    case KIND_KNIGHT:
+        return t + "N";
+    default:
+        return t;
     }
 }
 
@@ -44,7 +49,8 @@ std::vector<std::string> texts(const TMove* moves, int n) {
 std::vector<std::string> manMoves(const TChessboard& b, const char* square) {
     TMove moves[MAX_MOVES];
     const bool white = isWhite(b.m_aSquares[sq(square)]);
-    const int n = white ? GenerateWhiteManMoves(b, sq(square), moves) : GenerateBlackManMoves(b, sq(square), moves);
+    const int n =
+        white ? GenerateWhiteManMoves(b, sq(square), moves) : GenerateBlackManMoves(b, sq(square), moves);
     return texts(moves, n);
 }
 
@@ -52,8 +58,8 @@ using Texts = std::vector<std::string>;
 
 TEST(MoveGeneration, RookRaysUpDownRightLeft) {
     const TChessboard b = boardFromFen("7k/8/8/8/3R4/8/8/K7", 1);
-    EXPECT_EQ(manMoves(b, "d4"), (Texts{"d4-d5", "d4-d6", "d4-d7", "d4-d8", "d4-d3", "d4-d2", "d4-d1", "d4-e4",
-                                        "d4-f4", "d4-g4", "d4-h4", "d4-c4", "d4-b4", "d4-a4"}));
+    EXPECT_EQ(manMoves(b, "d4"), (Texts{"d4-d5", "d4-d6", "d4-d7", "d4-d8", "d4-d3", "d4-d2", "d4-d1",
+                                        "d4-e4", "d4-f4", "d4-g4", "d4-h4", "d4-c4", "d4-b4", "d4-a4"}));
 }
 
 TEST(MoveGeneration, CaptureEndsARayAndOwnMenStopIt) {
@@ -64,8 +70,8 @@ TEST(MoveGeneration, CaptureEndsARayAndOwnMenStopIt) {
 
 TEST(MoveGeneration, BishopStepsPlusNinePlusSevenMinusSevenMinusNine) {
     const TChessboard b = boardFromFen("8/7k/8/8/3B4/8/8/1K6", 1);
-    EXPECT_EQ(manMoves(b, "d4"), (Texts{"d4-e5", "d4-f6", "d4-g7", "d4-h8", "d4-c5", "d4-b6", "d4-a7", "d4-e3",
-                                        "d4-f2", "d4-g1", "d4-c3", "d4-b2", "d4-a1"}));
+    EXPECT_EQ(manMoves(b, "d4"), (Texts{"d4-e5", "d4-f6", "d4-g7", "d4-h8", "d4-c5", "d4-b6", "d4-a7",
+                                        "d4-e3", "d4-f2", "d4-g1", "d4-c3", "d4-b2", "d4-a1"}));
 }
 
 TEST(MoveGeneration, QueenIsRookThenBishop) {
@@ -198,10 +204,9 @@ TEST(MoveGeneration, AllMovesSquareBySquareFromA1) {
     const TChessboard b = boardFromFen("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR", 1);
     TMove moves[MAX_MOVES];
     const int n = GenerateWhiteMoves(b, moves);
-    EXPECT_EQ(texts(moves, n),
-              (Texts{"b1-a3", "b1-c3", "g1-f3", "g1-h3", "a2-a3", "a2-a4", "b2-b3", "b2-b4", "c2-c3", "c2-c4",
-                     "d2-d3", "d2-d4", "e2-e3", "e2-e4", "f2-f3", "f2-f4", "g2-g3", "g2-g4", "h2-h3",
-                     "h2-h4"}));
+    EXPECT_EQ(texts(moves, n), (Texts{"b1-a3", "b1-c3", "g1-f3", "g1-h3", "a2-a3", "a2-a4", "b2-b3",
+                                      "b2-b4", "c2-c3", "c2-c4", "d2-d3", "d2-d4", "e2-e3", "e2-e4",
+                                      "f2-f3", "f2-f4", "g2-g3", "g2-g4", "h2-h3", "h2-h4"}));
     const TChessboard black = boardFromFen("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR", 2);
     const int nb = GenerateBlackMoves(black, moves);
     ASSERT_EQ(nb, 20);

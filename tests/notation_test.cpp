@@ -215,11 +215,11 @@ TEST(ParseMoveOnBoard, ImproperMoveDescription) {
     const TChessboard opening = position(OPENING);
     EXPECT_EQ(onBoardMessage(opening, ":e2-e4"), "Improper move description");
     EXPECT_EQ(onBoardMessage(opening, "xe2-e4"), "Improper move description");
-    EXPECT_EQ(onBoardMessage(opening, "e3-e4"), "Improper move description");    // no man
-    EXPECT_EQ(onBoardMessage(opening, "e7-e5"), "Improper move description");    // not White's
-    EXPECT_EQ(onBoardMessage(opening, "Ne2-e4"), "Improper move description");   // letter against man
-    EXPECT_EQ(onBoardMessage(opening, "g1-f3"), "Improper move description");    // no letter, no pawn
-    EXPECT_EQ(onBoardMessage(opening, "Ra1-a2"), "Improper move description");   // own man on a2
+    EXPECT_EQ(onBoardMessage(opening, "e3-e4"), "Improper move description");  // no man
+    EXPECT_EQ(onBoardMessage(opening, "e7-e5"), "Improper move description");  // not White's
+    EXPECT_EQ(onBoardMessage(opening, "Ne2-e4"), "Improper move description"); // letter against man
+    EXPECT_EQ(onBoardMessage(opening, "g1-f3"), "Improper move description");  // no letter, no pawn
+    EXPECT_EQ(onBoardMessage(opening, "Ra1-a2"), "Improper move description"); // own man on a2
 }
 
 TEST(ParseMoveOnBoard, ShortNotationRefused) {

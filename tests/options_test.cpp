@@ -159,9 +159,7 @@ class OptionsOnDisk : public ::testing::Test {
   protected:
     TempFolder folder_{"zorvane_options_"};
     const fs::path dir_ = folder_.path();
-    void SetUp() override {
-        path_ = dir_ / "options.ini";
-    }
+    void SetUp() override { path_ = dir_ / "options.ini"; }
     void write(const std::string& bytes) const {
         std::ofstream out(path_, std::ios::binary);
         out << bytes;

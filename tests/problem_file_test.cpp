@@ -47,14 +47,14 @@ std::string errorOf(const std::string& text) {
 }
 
 // The message of a problem 1 whose body is `body` (between the braces).
-std::string bodyError(const std::string& body) { return errorOf("1 #2\n{\n" + body + "\n}\n"); }
+std::string bodyError(const std::string& body) {
+    return errorOf("1 #2\n{\n" + body + "\n}\n");
+}
 
 const std::string PREFIX = "Error parsing problem 1: ";
 
-
-
 class ProblemFileOnDisk : public ::testing::Test {
-protected:
+  protected:
     TempFolder folder_{"zorvane_problem_file_"};
     const fs::path dir_ = folder_.path();
     // Names in the folder, to see that no temporary file stays behind.
@@ -124,8 +124,8 @@ TEST(ProblemFile, BracketInVariantCommentEndsIt) {
 }
 
 TEST(ProblemFile, DescriptionKeepsDoubleSlash) {
-    const ProblemMap problems =
-        readText("1 #2\n{\n\tDesc:  see http://example.org // not a comment  \n\tFEN: 4k3/8/8/8/8/8/8/4K3\n}\n");
+    const ProblemMap problems = readText(
+        "1 #2\n{\n\tDesc:  see http://example.org // not a comment  \n\tFEN: 4k3/8/8/8/8/8/8/4K3\n}\n");
     EXPECT_EQ(problems.at(1)->description, L"see http://example.org // not a comment");
 }
 
@@ -133,15 +133,14 @@ TEST(ProblemFile, DoubledNumberLaterWinsWithWarning) {
     std::ostringstream console;
     ProblemFileSettings settings;
     settings.console = &console;
-    const ProblemMap problems =
-        readText("3 #2\n{\n\tDesc: first\n\tFEN: 4k3/8/8/8/8/8/8/4K3\n}\n"
-                 "3 #3\n{\n\tDesc: second\n\tFEN: 4k3/8/8/8/8/8/8/4K3\n}\n",
-                 settings);
+    const ProblemMap problems = readText("3 #2\n{\n\tDesc: first\n\tFEN: 4k3/8/8/8/8/8/8/4K3\n}\n"
+                                         "3 #3\n{\n\tDesc: second\n\tFEN: 4k3/8/8/8/8/8/8/4K3\n}\n",
+                                         settings);
     ASSERT_EQ(problems.size(), 1u);
     EXPECT_EQ(problems.at(3)->description, L"second");
     EXPECT_EQ(problems.at(3)->plies, 5);
-    EXPECT_EQ(console.str(),
-              "Problem 3 read from file.\nWARINING: Problem id=3 redefinition - overwriting.\nProblem 3 read from file.\n");
+    EXPECT_EQ(console.str(), "Problem 3 read from file.\nWARINING: Problem id=3 redefinition - "
+                             "overwriting.\nProblem 3 read from file.\n");
 }
 
 TEST(ProblemFile, AtCommentBetweenOptionsIsPlainComment) {
@@ -150,7 +149,8 @@ TEST(ProblemFile, AtCommentBetweenOptionsIsPlainComment) {
 }
 
 TEST(ProblemFile, SortIndicationsBeforeTagsIsOutOfOrder) {
-    EXPECT_EQ(errorOf("1 #2\n//@SortIndications: Kh1\n//#TAGS\n//#t\n" + BODY), PREFIX + "Opening bracket expected.");
+    EXPECT_EQ(errorOf("1 #2\n//@SortIndications: Kh1\n//#TAGS\n//#t\n" + BODY),
+              PREFIX + "Opening bracket expected.");
 }
 
 // ---- Every message of the reader.
@@ -164,7 +164,9 @@ TEST(ProblemFileMessages, CommentNotClosed) {
     EXPECT_EQ(errorOf("1 #2 /* open"), PREFIX + "Unexpected end of file before comment closed.");
 }
 
-TEST(ProblemFileMessages, Slash) { EXPECT_EQ(errorOf("1 #2 / " + BODY), PREFIX + "Unexpected lexem (slash)."); }
+TEST(ProblemFileMessages, Slash) {
+    EXPECT_EQ(errorOf("1 #2 / " + BODY), PREFIX + "Unexpected lexem (slash).");
+}
 
 TEST(ProblemFileMessages, AlphanumericIdentifier) {
     EXPECT_EQ(errorOf("1 #2\n{\n}\n"), PREFIX + "Alphanumeric identifier expected. Found: }");
@@ -200,7 +202,8 @@ TEST(ProblemFileMessages, UnrecognizedOption) {
 }
 
 TEST(ProblemFileMessages, OpeningBracket) {
-    EXPECT_EQ(errorOf("1 #2\n//!VARIANTS\n//!ENDVARIANTS\n//#TAGS\n" + BODY), PREFIX + "Opening bracket expected.");
+    EXPECT_EQ(errorOf("1 #2\n//!VARIANTS\n//!ENDVARIANTS\n//#TAGS\n" + BODY),
+              PREFIX + "Opening bracket expected.");
 }
 
 TEST(ProblemFileMessages, DescriptionColon) {
@@ -228,7 +231,8 @@ TEST(ProblemFileMessages, WhiteList) {
 }
 
 TEST(ProblemFileMessages, BlackList) {
-    EXPECT_EQ(bodyError("\tWhite: Ke1\n\tBlack Ke8"), PREFIX + "Colon expected after black figures identifier.");
+    EXPECT_EQ(bodyError("\tWhite: Ke1\n\tBlack Ke8"),
+              PREFIX + "Colon expected after black figures identifier.");
     EXPECT_EQ(bodyError("\tWhite: Ke1\n\tBlack: K"), PREFIX + "Black figure specification is invalid: K");
     EXPECT_EQ(bodyError("\tWhite: Ke1\n\tBlack: Ki9"), PREFIX + "Black figure position is invalid: KI9");
 }
@@ -264,8 +268,10 @@ TEST(ProblemFileMessages, AnswerSection) {
     EXPECT_EQ(bodyError(fen + "\tAnswer e2-e4"), PREFIX + "Colon expected after correct answer identifier.");
     EXPECT_EQ(bodyError(fen + "\tAnswer: Qa1x-a2"), PREFIX + "Invalid correct answer ('from' element): QA1X");
     EXPECT_EQ(bodyError(fen + "\tAnswer: -"), PREFIX + "Invalid correct answer ('from' element): -");
-    EXPECT_EQ(bodyError(fen + "\tAnswer: e2 e4"), PREFIX + "Hyphen expected to separate correct answer elements");
-    EXPECT_EQ(bodyError(fen + "\tAnswer: 0 0"), PREFIX + "Hyphen expected to separate correct answer elements");
+    EXPECT_EQ(bodyError(fen + "\tAnswer: e2 e4"),
+              PREFIX + "Hyphen expected to separate correct answer elements");
+    EXPECT_EQ(bodyError(fen + "\tAnswer: 0 0"),
+              PREFIX + "Hyphen expected to separate correct answer elements");
     EXPECT_EQ(bodyError(fen + "\tAnswer: 0-1"), PREFIX + "Invalid correct answer: 1");
     EXPECT_EQ(bodyError(fen + "\tAnswer: e2-e4xy"), PREFIX + "Invalid correct answer ('to' element): E4XY");
     EXPECT_EQ(bodyError(fen + "\tAnswer: e2-e4Z"), PREFIX + "Unknown figure letter: Z");
@@ -289,7 +295,9 @@ TEST(ProblemFileMessages, FirstErrorStopsTheLoadEarlierProblemsStay) {
                         ProblemFileSettings{}, tags);
         FAIL() << "no error";
     } catch (const ChessException& e) {
-        EXPECT_STREQ(e.what(), "Error parsing problem 2: Opening bracket expected { or unrecognized option encountered: FOO");
+        EXPECT_STREQ(
+            e.what(),
+            "Error parsing problem 2: Opening bracket expected { or unrecognized option encountered: FOO");
     }
     ASSERT_EQ(problems.size(), 1u);
     EXPECT_TRUE(problems.count(1));
@@ -314,7 +322,8 @@ TEST(ProblemFileReader, OptionsOfTheHeader) {
     const ProblemMap problems = readText(
         "4 s#3 NoMirror MirrorOnly AllSolutions StopOnDual StopOn3Sol UseMainVariantAsSortIndications\n"
         "SchedulerLevels 3 NoGlobReg GlobRegMB 512 GUICHECKBESTDEFENCE 4 SafeMode OnlyIfAvail lichess\n"
-        "AllSolutionsRequires syzygy RequiresSyzygy AllSolutionsRequiresSyzygy StopRelaxHeuristicsOnFirstSolution\n"
+        "AllSolutionsRequires syzygy RequiresSyzygy AllSolutionsRequiresSyzygy "
+        "StopRelaxHeuristicsOnFirstSolution\n"
         "LichessLevels 2 sh_keyline ( a 1 ) SH_ZUGZWANG off SH_KEYLINE(b)\n" +
         BODY);
     const TChessProblem& p = *problems.at(4);
@@ -322,8 +331,8 @@ TEST(ProblemFileReader, OptionsOfTheHeader) {
     EXPECT_EQ(p.plies, 7);
     EXPECT_EQ(p.stipulationPlies, 7);
     EXPECT_EQ(p.flags, NoMirror | MirrorOnly | AllSolutions | StopOnDual | StopOn3Sol |
-                           UseMainVariantAsSortIndications | NoGlobalRegister | GuiCheckBestDefence | SafeMode |
-                           RequiresSyzygy | AllSolutionsRequiresSyzygy);
+                           UseMainVariantAsSortIndications | NoGlobalRegister | GuiCheckBestDefence |
+                           SafeMode | RequiresSyzygy | AllSolutionsRequiresSyzygy);
     EXPECT_EQ(p.useMainVariantAsSortIndications, 1);
     EXPECT_EQ(p.schedulerLevels, 3);
     EXPECT_EQ(p.globalRegisterMB, 512);
@@ -338,8 +347,10 @@ TEST(ProblemFileReader, OptionsOfTheHeader) {
 }
 
 TEST(ProblemFileReader, SelfmateNeedsLowerCaseS) {
-    EXPECT_EQ(errorOf("1 S#2 " + BODY), PREFIX + "Opening bracket expected { or unrecognized option encountered: S");
-    EXPECT_EQ(errorOf("1 s 2 " + BODY), PREFIX + "Opening bracket expected { or unrecognized option encountered: S");
+    EXPECT_EQ(errorOf("1 S#2 " + BODY),
+              PREFIX + "Opening bracket expected { or unrecognized option encountered: S");
+    EXPECT_EQ(errorOf("1 s 2 " + BODY),
+              PREFIX + "Opening bracket expected { or unrecognized option encountered: S");
 }
 
 TEST(ProblemFileReader, GuiCheckAndAuxIsWrittenAsGuiCheck) {
@@ -367,8 +378,9 @@ TEST(ProblemFileReader, FigureListsInBothLanguages) {
 }
 
 TEST(ProblemFileReader, AnswersAndExpectedSortWhiteMoves) {
-    ProblemMap problems = readText("1 #2\n{\n\tFEN: 4k3/P7/8/8/8/8/8/4K2R\n\tSolution: a7-a8N 0-0-0, Ke1:d1\n}\n"
-                                   "2 #2\n{\n\tFEN: 4k3/8/8/8/8/8/8/4K3\n\tExpectedSortWhiteMovesOnly: e1-e2\n}\n");
+    ProblemMap problems =
+        readText("1 #2\n{\n\tFEN: 4k3/P7/8/8/8/8/8/4K2R\n\tSolution: a7-a8N 0-0-0, Ke1:d1\n}\n"
+                 "2 #2\n{\n\tFEN: 4k3/8/8/8/8/8/8/4K3\n\tExpectedSortWhiteMovesOnly: e1-e2\n}\n");
     const TChessProblem& first = *problems.at(1);
     EXPECT_EQ(first.flags, HasAnswer);
     ASSERT_EQ(first.expectedAnswers.size(), 3u);
@@ -395,9 +407,10 @@ TEST(ProblemFileReader, StartPositionIsCompleted) {
 }
 
 TEST(ProblemFileReader, CarriageReturnLineFeedFile) {
-    const ProblemMap problems = readText(
-        "UTF-8\r\n\r\n1 #2 NoMirror\r\n//#TAGS\r\n//#crlf\r\n{\r\n\tDescription: text  \r\n\tWhite: Ke1\r\n\tBlack: Ke8\r\n}"
-        "\r\n2 #2\r\n{\r\n\tFEN: 4k3/8/8/8/8/8/8/4K3\r\n}\r\n");
+    const ProblemMap problems =
+        readText("UTF-8\r\n\r\n1 #2 NoMirror\r\n//#TAGS\r\n//#crlf\r\n{\r\n\tDescription: text  \r\n\tWhite: "
+                 "Ke1\r\n\tBlack: Ke8\r\n}"
+                 "\r\n2 #2\r\n{\r\n\tFEN: 4k3/8/8/8/8/8/8/4K3\r\n}\r\n");
     ASSERT_EQ(problems.size(), 2u);
     EXPECT_EQ(problems.at(1)->description, L"text");
     EXPECT_EQ(problems.at(1)->tags, std::set<std::wstring>{L"crlf"});
@@ -414,27 +427,28 @@ TEST(ProblemFileReader, MainVariantNameFollowsLanguage) {
 }
 
 TEST(ProblemFileReader, Windows1250Description) {
-    const ProblemMap problems =
-        readText("1 #2 NoMirror\n//#TAGS\n//#\xa3\xf3\x9f\n{\n\tDesc: Za\xbf\xf3\xb3\xe6 g\xea\x9cl\xb9 ja\x9f\xf1\n"
-                 "\tFEN: 4k3/8/8/8/8/8/8/4K3\n}\n");
+    const ProblemMap problems = readText(
+        "1 #2 NoMirror\n//#TAGS\n//#\xa3\xf3\x9f\n{\n\tDesc: Za\xbf\xf3\xb3\xe6 g\xea\x9cl\xb9 ja\x9f\xf1\n"
+        "\tFEN: 4k3/8/8/8/8/8/8/4K3\n}\n");
     const TChessProblem& p = *problems.at(1);
     EXPECT_EQ(p.description, L"Za\u017c\u00f3\u0142\u0107 g\u0119\u015bl\u0105 ja\u017a\u0144");
     EXPECT_EQ(p.tags, std::set<std::wstring>{L"\u0141\u00f3\u017a"});
     // Saved, it is UTF-8.
     const std::string text = WriteProblemFileText(problems, true);
-    EXPECT_NE(text.find("\tDescription: Za\xc5\xbc\xc3\xb3\xc5\x82\xc4\x87 g\xc4\x99\xc5\x9bl\xc4\x85 ja\xc5\xba\xc5\x84\n"),
+    EXPECT_NE(text.find("\tDescription: Za\xc5\xbc\xc3\xb3\xc5\x82\xc4\x87 g\xc4\x99\xc5\x9bl\xc4\x85 "
+                        "ja\xc5\xba\xc5\x84\n"),
               std::string::npos);
 }
 
 TEST(ProblemFileReader, InvalidUtf8DescriptionIsReplaced) {
-    const ProblemMap problems = readText("UTF-8\n1 #2\n{\n\tDesc: a\xff" "b\n\tFEN: 4k3/8/8/8/8/8/8/4K3\n}\n");
+    const ProblemMap problems = readText("UTF-8\n1 #2\n{\n\tDesc: a\xff"
+                                         "b\n\tFEN: 4k3/8/8/8/8/8/8/4K3\n}\n");
     EXPECT_EQ(problems.at(1)->description, L"a\ufffdb");
 }
 
 TEST(ProblemFileReader, MovesBuildTheChain) {
-    const ProblemMap problems = readText(
-        "7 NoMirror\n{\n\tFEN: r3k2r/pppppppp/8/8/8/8/PPPPPPPP/R3K2R\n"
-        "\tMoves: e2-e4 d7-d5 e4-e5 f7-f5 e5:f6 0-0-0 0-0\n}\n");
+    const ProblemMap problems = readText("7 NoMirror\n{\n\tFEN: r3k2r/pppppppp/8/8/8/8/PPPPPPPP/R3K2R\n"
+                                         "\tMoves: e2-e4 d7-d5 e4-e5 f7-f5 e5:f6 0-0-0 0-0\n}\n");
     const TChessProblem& p = *problems.at(7);
     EXPECT_EQ(p.type, PROBLEM_POSITION);
     EXPECT_EQ(p.plies, 255);
@@ -537,20 +551,20 @@ TEST(ProblemFileWriter, MovesStandAheadOfTheAnswer) {
     const ProblemMap problems = readText(
         "7 NoMirror\n{\n\tFEN: 4k3/8/8/8/8/8/8/R3K3\n\tMoves: e1-e2 e8-e7\n\tAnswer: 0-0-0, Ra1-a7\n}\n");
     const std::string text = WriteProblemFileText(problems, true);
-    EXPECT_EQ(text,
-              "UTF-8\n\n\n7  NoMirror\n{\n\tFEN: 4k3/8/8/8/8/8/8/R3K3\n   Moves:     Ke1-e2 Ke8-e7\n"
-              "\tAnswer:  0-0-0,  Ra1-a7\n}\n");
+    EXPECT_EQ(text, "UTF-8\n\n\n7  NoMirror\n{\n\tFEN: 4k3/8/8/8/8/8/8/R3K3\n   Moves:     Ke1-e2 Ke8-e7\n"
+                    "\tAnswer:  0-0-0,  Ra1-a7\n}\n");
     EXPECT_EQ(WriteProblemFileText(readText(text), true), text);
 }
 
 TEST(ProblemFileWriter, AnswersAndIndicationsOffTheBoardAreNotWritten) {
     // Such squares come from the reader's arithmetic; they match no move and no text names them.
-    const ProblemMap problems = readText(
-        "1 #2\n//@SortIndications: e9; 1.Qd7\n{\n\tFEN: 4k3/8/8/8/8/8/8/3QK3\n\tAnswer: z9-a1, a1-a1, Qd1-d7\n}\n");
+    const ProblemMap problems = readText("1 #2\n//@SortIndications: e9; 1.Qd7\n{\n\tFEN: "
+                                         "4k3/8/8/8/8/8/8/3QK3\n\tAnswer: z9-a1, a1-a1, Qd1-d7\n}\n");
     ASSERT_EQ(problems.at(1)->expectedAnswers.size(), 3u);
     const std::string text = WriteProblemFileText(problems, true);
-    EXPECT_EQ(text,
-              "UTF-8\n\n\n1 #2\n//@SortIndications: 1.Qd7\n{\n\tFEN: 4k3/8/8/8/8/8/8/3QK3\n\tAnswer:  Qd1-d7\n}\n");
+    EXPECT_EQ(
+        text,
+        "UTF-8\n\n\n1 #2\n//@SortIndications: 1.Qd7\n{\n\tFEN: 4k3/8/8/8/8/8/8/3QK3\n\tAnswer:  Qd1-d7\n}\n");
     EXPECT_EQ(WriteProblemFileText(readText(text), true), text);
 }
 
@@ -589,11 +603,14 @@ TEST(ProblemFileWriter, SelfmateWithMovesKeepsItsStipulation) {
 }
 
 TEST(ProblemFile, ByteOrderMarkSaysUtf8) {
-    const ProblemMap problems = readText("\xEF\xBB\xBF" "1 #2\n{\n\tDesc: \xC5\x81\xC3\xB3" "d\xC5\xBA\n\tFEN: 4k3/8/8/8/8/8/8/4K3\n}\n");
+    const ProblemMap problems = readText("\xEF\xBB\xBF"
+                                         "1 #2\n{\n\tDesc: \xC5\x81\xC3\xB3"
+                                         "d\xC5\xBA\n\tFEN: 4k3/8/8/8/8/8/8/4K3\n}\n");
     ASSERT_EQ(problems.size(), 1u);
     EXPECT_EQ(problems.at(1)->description, L"\u0141\u00f3d\u017a");
     // With the "UTF-8" line behind it, the same.
-    const ProblemMap both = readText("\xEF\xBB\xBFUTF-8\n1 #2\n{\n\tDesc: \xC3\xB3\n\tFEN: 4k3/8/8/8/8/8/8/4K3\n}\n");
+    const ProblemMap both =
+        readText("\xEF\xBB\xBFUTF-8\n1 #2\n{\n\tDesc: \xC3\xB3\n\tFEN: 4k3/8/8/8/8/8/8/4K3\n}\n");
     ASSERT_EQ(both.size(), 1u);
     EXPECT_EQ(both.at(1)->description, L"\u00f3");
     EXPECT_EQ(errorOf("\xEF\xBB\xBF"), "Unexpected end of file.");
@@ -622,7 +639,8 @@ TEST_F(ProblemFileOnDisk, SaveAndLoad) {
     settings.console = &console;
     LoadProblemFile(path, loaded, false, settings, tags);
     EXPECT_EQ(loaded.size(), 3u);
-    EXPECT_EQ(console.str(), "Problem 3 read from file.\nProblem 7 read from file.\nProblem 9 read from file.\n");
+    EXPECT_EQ(console.str(),
+              "Problem 3 read from file.\nProblem 7 read from file.\nProblem 9 read from file.\n");
     EXPECT_EQ(tags, (std::set<std::wstring>{L"miniature", L"\u017b\u00f3\u0142w"}));
 }
 
@@ -707,7 +725,8 @@ TEST_F(ProblemFileOnDisk, DefaultFileInEachLanguageReadsBack) {
     const std::wstring descriptions[3] = {
         L"Kliknij, aby zmieni\u0107 opis problemu", L"Click here to change problem description",
         L"\u041d\u0430\u0442\u0438\u0441\u043d\u0456\u0442\u044c \u0442\u0443\u0442, \u0449\u043e\u0431 "
-        L"\u0437\u043c\u0456\u043d\u0438\u0442\u0438 \u043e\u043f\u0438\u0441 \u043f\u0440\u043e\u0431\u043b\u0435"
+        L"\u0437\u043c\u0456\u043d\u0438\u0442\u0438 \u043e\u043f\u0438\u0441 "
+        L"\u043f\u0440\u043e\u0431\u043b\u0435"
         L"\u043c\u0438"};
     for (int language = 0; language < 3; ++language) {
         ProblemFileSettings settings;
@@ -724,10 +743,12 @@ TEST_F(ProblemFileOnDisk, DefaultFileInEachLanguageReadsBack) {
         EXPECT_EQ(p.startPosition.m_aSquares[sq("e1")], WK);
         EXPECT_EQ(p.startPosition.m_aSquares[sq("e8")], BK);
     }
-    EXPECT_EQ(ReadBytes(dir_ / "default1.cp"),
-              "UTF-8\n1 #2\n{\n\tDesc: Click here to change problem description\n\tWhite: Ke1\n\tBlack: Ke8\n}\n");
-    EXPECT_EQ(ReadBytes(dir_ / "default0.cp"),
-              "UTF-8\n1 #2\n{\n\tDesc: Kliknij, aby zmieni\xc4\x87 opis problemu\n\tWhite: Ke1\n\tBlack: Ke8\n}\n");
+    EXPECT_EQ(
+        ReadBytes(dir_ / "default1.cp"),
+        "UTF-8\n1 #2\n{\n\tDesc: Click here to change problem description\n\tWhite: Ke1\n\tBlack: Ke8\n}\n");
+    EXPECT_EQ(
+        ReadBytes(dir_ / "default0.cp"),
+        "UTF-8\n1 #2\n{\n\tDesc: Kliknij, aby zmieni\xc4\x87 opis problemu\n\tWhite: Ke1\n\tBlack: Ke8\n}\n");
 }
 
 TEST_F(ProblemFileOnDisk, MissingFileIsCreatedWhenAsked) {

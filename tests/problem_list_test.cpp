@@ -17,7 +17,7 @@ namespace {
 
 // Answers questions from a queue and records what the list asked and showed.
 class ScriptedHost : public ProblemListHost {
-public:
+  public:
     std::deque<Answer> answers;
     std::vector<std::wstring> questions;
     std::vector<Buttons> buttons;
@@ -35,7 +35,9 @@ public:
         answers.pop_front();
         return a;
     }
-    void ShowError(const std::wstring& title, const std::wstring& text) override { errors.push_back(title + L"|" + text); }
+    void ShowError(const std::wstring& title, const std::wstring& text) override {
+        errors.push_back(title + L"|" + text);
+    }
     bool IsSolving(const TChessProblem&) override { return solving; }
     void StopSolving(TChessProblem&) override {
         ++stops;
@@ -151,7 +153,8 @@ TEST_F(ListFixture, SaveQuestionYesWritesTheFile) {
     EXPECT_EQ(list.AskSaveChanges(false), 0);
     EXPECT_EQ(host.writes, 1);
     ASSERT_EQ(host.questions.size(), 1u);
-    EXPECT_EQ(host.questions[0], L"Question|There are changes in the current problem.\nDo you want to save them?");
+    EXPECT_EQ(host.questions[0],
+              L"Question|There are changes in the current problem.\nDo you want to save them?");
     EXPECT_FALSE(list.IsCurrentProblemChanged());
 }
 
@@ -185,7 +188,8 @@ TEST_F(ListFixture, FailedWriteIsReportedAndKeepsTheChange) {
     host.failWrites = true;
     host.answers = {Answer::Yes};
     EXPECT_EQ(list.AskSaveChanges(false), 1);
-    EXPECT_EQ(host.errors, (std::vector<std::wstring>{L"Error|Error writing to file", L"Error|Error saving to file"}));
+    EXPECT_EQ(host.errors,
+              (std::vector<std::wstring>{L"Error|Error writing to file", L"Error|Error saving to file"}));
     EXPECT_TRUE(list.IsCurrentProblemChanged());
 }
 
@@ -204,8 +208,9 @@ TEST_F(ListFixture, SamePositionIsAskedBeforeSaving) {
     host.answers = {Answer::No};
     EXPECT_FALSE(list.SaveCurrentFile());
     EXPECT_EQ(host.writes, 0);
-    EXPECT_EQ(host.questions.back(), L"Question|The same position already exists in this file as the following "
-                                     L"problem:\n1. #2 problem 1\n\nDo you want to save changes anyway?");
+    EXPECT_EQ(host.questions.back(),
+              L"Question|The same position already exists in this file as the following "
+              L"problem:\n1. #2 problem 1\n\nDo you want to save changes anyway?");
     host.answers = {Answer::Yes};
     EXPECT_TRUE(list.SaveCurrentFile());
     EXPECT_EQ(host.writes, 1);
@@ -214,7 +219,8 @@ TEST_F(ListFixture, SamePositionIsAskedBeforeSaving) {
 // ---- A file loaded in part.
 
 const std::wstring PART_QUESTION =
-    L"Question|This file was loaded in part: it holds 4 problem(s) beyond the ones shown.\nSaving writes over the "
+    L"Question|This file was loaded in part: it holds 4 problem(s) beyond the ones shown.\nSaving writes "
+    L"over the "
     L"file, and they will be lost.\n\nDo you want to write over the file anyway? (No keeps the file; Save as "
     L"writes to another one)";
 
@@ -286,14 +292,16 @@ TEST_F(PartListFixture, PolishAndUkrainianTexts) {
     list.MayWriteOver("/tmp/part.cp");
     list.SetLanguage(LANGUAGE_UKRAINIAN);
     list.MayWriteOver("/tmp/part.cp");
-    EXPECT_EQ(host.questions[0],
-              L"Question|Ten plik został wczytany częściowo: zawiera jeszcze 4 problem(ów) poza wyświetlonymi.\n"
-              L"Zapis nadpisze plik i zostaną one utracone.\n\nCzy mimo to chcesz nadpisać plik? (Nie zachowuje "
-              L"plik; Zapisz jako zapisuje do innego)");
-    EXPECT_EQ(host.questions[1],
-              L"Question|Цей файл завантажено частково: він містить ще 4 задач(і) понад показані.\nЗбереження "
-              L"перезапише файл, і їх буде втрачено.\n\nВсе одно перезаписати файл? (Ні зберігає файл; Зберегти "
-              L"як записує в інший)");
+    EXPECT_EQ(
+        host.questions[0],
+        L"Question|Ten plik został wczytany częściowo: zawiera jeszcze 4 problem(ów) poza wyświetlonymi.\n"
+        L"Zapis nadpisze plik i zostaną one utracone.\n\nCzy mimo to chcesz nadpisać plik? (Nie zachowuje "
+        L"plik; Zapisz jako zapisuje do innego)");
+    EXPECT_EQ(
+        host.questions[1],
+        L"Question|Цей файл завантажено частково: він містить ще 4 задач(і) понад показані.\nЗбереження "
+        L"перезапише файл, і їх буде втрачено.\n\nВсе одно перезаписати файл? (Ні зберігає файл; Зберегти "
+        L"як записує в інший)");
 }
 
 TEST_F(ListFixture, PreviousAtTheFirstProblemStays) {

@@ -191,7 +191,8 @@ TEST(RegisterCombinedMap, TheNinthPositionTurnsTheBucketIntoATree) {
     map.Allocate(16384);
     const uint32_t hash = SameHashItem(0).hash();
     const uint32_t bucket = map.BucketOf(hash);
-    for (int k = 0; k < 9; ++k) map.Store(SameHashItem(k), hash, static_cast<uint16_t>(2 * k + 3), k % 2 == 0, true);
+    for (int k = 0; k < 9; ++k)
+        map.Store(SameHashItem(k), hash, static_cast<uint16_t>(2 * k + 3), k % 2 == 0, true);
     EXPECT_EQ(map.Form(bucket), Form::Tree);
     EXPECT_EQ(map.Word(bucket) >> 63, 1u);
     EXPECT_EQ(map.RecordsIn(bucket), 9u);

@@ -28,9 +28,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-
-
-
 std::string messageOf(const fs::path& target, const std::string& bytes) {
     try {
         WriteFileSafely(target, bytes);

@@ -29,7 +29,8 @@ TEST(SolveBenchmark, OwnSetKeysAndNodeSignature) {
     int solved = 0;
     for (const std::string& file : OWN_SET) {
         for (const BenchmarkProblem& problem : RunFileBenchmark(file)) {
-            EXPECT_TRUE(SameMoveSet(problem.keyMoves, problem.expected)) << file << " problem " << problem.number;
+            EXPECT_TRUE(SameMoveSet(problem.keyMoves, problem.expected))
+                << file << " problem " << problem.number;
             nodes += problem.nodes;
             ++solved;
         }
@@ -38,7 +39,9 @@ TEST(SolveBenchmark, OwnSetKeysAndNodeSignature) {
     EXPECT_EQ(nodes, EXPECTED_OWN_NODES);
 }
 
-TEST(SolveBenchmark, ListHoldsThreeToSixMovers) { EXPECT_EQ(SolveBenchmarkNumbers().size(), 23u); }
+TEST(SolveBenchmark, ListHoldsThreeToSixMovers) {
+    EXPECT_EQ(SolveBenchmarkNumbers().size(), 23u);
+}
 
 TEST(SolveBenchmark, MissingCorpusIsReported) {
     EXPECT_THROW(RunSolveBenchmark("/nonexistent/problems.cp"), std::runtime_error);

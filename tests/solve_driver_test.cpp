@@ -38,10 +38,13 @@ constexpr const char* FIVE_KEYS = "8/8/8/8/8/4K3/2R5/k7";
 constexpr const char* LONG_SEARCH = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR";
 constexpr const char* SIX_MOVER = "8/8/8/8/8/4K3/2R5/k7";
 
-std::vector<std::string> texts(const SolveResult& result) { return result.texts; }
+std::vector<std::string> texts(const SolveResult& result) {
+    return result.texts;
+}
 
 // The driver is reached through the Solver, as the front ends reach it.
-SolveResult solve(Solver& solver, TChessProblem& problem, const SolveOptions& options, SolveCallbacks callbacks = {}) {
+SolveResult solve(Solver& solver, TChessProblem& problem, const SolveOptions& options,
+                  SolveCallbacks callbacks = {}) {
     SolveRequest request;
     request.options = options;
     return solver.Solve(problem, request, std::move(callbacks));
@@ -67,9 +70,9 @@ SolveOptions safeMode() {
 TEST(DepthsToTry, FollowTheStipulationWithItsGaps) {
     EXPECT_EQ(DepthsToTry(1, 0), (std::vector<int>{1}));
     EXPECT_EQ(DepthsToTry(3, 0), (std::vector<int>{1, 3}));
-    EXPECT_EQ(DepthsToTry(7, 0), (std::vector<int>{1, 3, 5, 7}));          // #4: #1, #2, #3, #4
-    EXPECT_EQ(DepthsToTry(9, 0), (std::vector<int>{1, 3, 5, 9}));          // #5: no #4
-    EXPECT_EQ(DepthsToTry(11, 0), (std::vector<int>{1, 3, 5, 7, 11}));     // #6: no #5
+    EXPECT_EQ(DepthsToTry(7, 0), (std::vector<int>{1, 3, 5, 7}));      // #4: #1, #2, #3, #4
+    EXPECT_EQ(DepthsToTry(9, 0), (std::vector<int>{1, 3, 5, 9}));      // #5: no #4
+    EXPECT_EQ(DepthsToTry(11, 0), (std::vector<int>{1, 3, 5, 7, 11})); // #6: no #5
     EXPECT_EQ(DepthsToTry(17, 0), (std::vector<int>{1, 3, 5, 7, 9, 11, 13, 17}));
 }
 
@@ -109,9 +112,10 @@ TEST(SolveDriver, NoSolutionTextCarriesTheQuickModeNote) {
     Solver solver;
     const SolveResult result = solve(solver, problem, SolveOptions{});
     EXPECT_TRUE(result.moves.empty());
-    EXPECT_EQ(result.text, L"Not found any solutions for #2" + SecondsText(result.milliseconds) +
-                               L"\n\nNote:\n\t* in Quick Mode (see menu Advanced->Options) there exists a small "
-                               L"probability (~0.3%) of false negatives\n");
+    EXPECT_EQ(result.text,
+              L"Not found any solutions for #2" + SecondsText(result.milliseconds) +
+                  L"\n\nNote:\n\t* in Quick Mode (see menu Advanced->Options) there exists a small "
+                  L"probability (~0.3%) of false negatives\n");
 }
 
 TEST(SolveDriver, SafeModeWithAllPassesHasNoNote) {
@@ -130,10 +134,11 @@ TEST(SolveDriver, SwitchedOffPassesAreNoted) {
     options.passWithoutHeuristics = false;
     Solver solver;
     const SolveResult result = solve(solver, problem, options);
-    EXPECT_EQ(result.text, L"Not found any solutions for #2" + SecondsText(result.milliseconds) +
-                               L"\n\nNote:\n\t* there was only one pass with heuristcs (relaxation of heuristics was "
-                               L"switched off by user's request)\n\t* pass without heuristics has been skipped (on "
-                               L"user's request)\n");
+    EXPECT_EQ(result.text,
+              L"Not found any solutions for #2" + SecondsText(result.milliseconds) +
+                  L"\n\nNote:\n\t* there was only one pass with heuristcs (relaxation of heuristics was "
+                  L"switched off by user's request)\n\t* pass without heuristics has been skipped (on "
+                  L"user's request)\n");
 }
 
 TEST(SolveDriver, PolishAndUkrainianTextsExist) {
@@ -144,7 +149,7 @@ TEST(SolveDriver, PolishAndUkrainianTextsExist) {
 
 // Five king moves all mate in five.
 class SeveralKeys : public ::testing::Test {
-protected:
+  protected:
     void SetUp() override { setUp(problem, FIVE_KEYS, 5); }
     TChessProblem problem;
     Solver solver;
@@ -152,8 +157,8 @@ protected:
 
 TEST_F(SeveralKeys, AllSolutionsFindsEveryKey) {
     const SolveResult result = solve(solver, problem, allSolutions());
-    EXPECT_TRUE(SameMoveSet(result.moves, {mv("e3", "e2"), mv("e3", "d2"), mv("e3", "e4"), mv("e3", "d4"),
-                                           mv("e3", "d3")}));
+    EXPECT_TRUE(SameMoveSet(
+        result.moves, {mv("e3", "e2"), mv("e3", "d2"), mv("e3", "e4"), mv("e3", "d4"), mv("e3", "d3")}));
     EXPECT_FALSE(result.stoppedOnDual);
     EXPECT_EQ(result.text.rfind(SeveralSolutionsText(static_cast<int>(result.moves.size()), 1), 0), 0u);
 }
@@ -232,7 +237,8 @@ TEST(SolveDriver, PausedTimeIsLeftOutOfTheClock) {
     EXPECT_LE(solver.Progress().nodes, nodesAtPause + 1);
     solver.Stop();
     const SolveResult result = solver.Wait();
-    const double wall = std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
+    const double wall =
+        std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
     EXPECT_LT(result.milliseconds, wall - 400);
 }
 
@@ -365,7 +371,7 @@ TEST(SolveDriver, SortIndicationPutsItsMoveFirstInTheRootList) {
     const SolveResult with = firstKeyOf(indicated);
     EXPECT_EQ(with.texts, (std::vector<std::string>{"Ke3-d3"}));
     EXPECT_EQ(with.keyPositions, (std::vector<int>{1}));
-    }
+}
 
 TEST(SolveDriver, MainVariantServesAsSortIndicationWhenTheProblemAsks) {
     TChessProblem problem;

@@ -77,7 +77,9 @@ SortIndications map(const std::string& text) {
     return result;
 }
 
-TEST(SortIndication, RecordIsTenBytes) { EXPECT_EQ(sizeof(SortIndication), 10u); }
+TEST(SortIndication, RecordIsTenBytes) {
+    EXPECT_EQ(sizeof(SortIndication), 10u);
+}
 
 TEST(SortIndication, SeparatorDecidesTheCaptureRule) {
     EXPECT_EQ(parsed("e2-e4").captureRule, 255);
@@ -258,8 +260,10 @@ TEST(SortIndications, AllOrNothing) {
 
 TEST(SortIndications, FormatRoundTrips) {
     const SortIndications indications = map("~3.Qh5+; e2:e4; 0-0; pe4; a7-a8Q; Rd8++; 1.Ng1>f3; e2-e4");
-    EXPECT_EQ(FormatSortIndications(indications), "e2:e4; e1>g1; pe4; a7-a8Q; Rd8++; e2-e4; 1.Ng1>f3; ~3.Qh5+");
-    EXPECT_EQ(FormatSortIndications(map(FormatSortIndications(indications))), FormatSortIndications(indications));
+    EXPECT_EQ(FormatSortIndications(indications),
+              "e2:e4; e1>g1; pe4; a7-a8Q; Rd8++; e2-e4; 1.Ng1>f3; ~3.Qh5+");
+    EXPECT_EQ(FormatSortIndications(map(FormatSortIndications(indications))),
+              FormatSortIndications(indications));
     SortIndication odd = parsed("e4");
     odd.from = 0x80;
     EXPECT_EQ(FormatSortIndication(odd), "-e4");
@@ -299,10 +303,12 @@ TEST(VariantToSortIndications, WhiteMovesWithNumbersAndChecks) {
     // It stops at the first move that cannot be made.
     EXPECT_EQ(VariantToSortIndications(ParseVariantText(L"Rd2-d1 h7-h6 Rd1-e3 g7-g6", false, 1), start),
               "1.Rd2-d1");
-    EXPECT_EQ(VariantToSortIndications(ParseVariantText(L"0-0", false, 1), whiteToMove("4k3/8/8/8/8/8/8/4K2R")),
-              "1.0-0");
-    EXPECT_EQ(VariantToSortIndications(ParseVariantText(L"e7-e8N", false, 1), whiteToMove("8/4P1k1/8/8/8/8/8/4K3")),
-              "1.e7-e8N+");
+    EXPECT_EQ(
+        VariantToSortIndications(ParseVariantText(L"0-0", false, 1), whiteToMove("4k3/8/8/8/8/8/8/4K2R")),
+        "1.0-0");
+    EXPECT_EQ(
+        VariantToSortIndications(ParseVariantText(L"e7-e8N", false, 1), whiteToMove("8/4P1k1/8/8/8/8/8/4K3")),
+        "1.e7-e8N+");
 }
 
 TEST(ActiveSortIndications, MainVariantOrCopy) {

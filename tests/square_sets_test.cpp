@@ -27,9 +27,9 @@ TEST(SquareSets, JumpTablesAtCornerAndCentre) {
 
 TEST(SquareSets, ReachStopsAtTheFirstManAndTakesIt) {
     const SquareSet men = setOf({"d6", "f4", "b2"});
-    EXPECT_EQ(LineReach(sq("d4"), men),
-              setOf({"d5", "d6", "d3", "d2", "d1", "e4", "f4", "c4", "b4", "a4"}));
-    EXPECT_EQ(DiagonalReach(sq("d4"), men), setOf({"e5", "f6", "g7", "h8", "c5", "b6", "a7", "e3", "f2", "g1", "c3", "b2"}));
+    EXPECT_EQ(LineReach(sq("d4"), men), setOf({"d5", "d6", "d3", "d2", "d1", "e4", "f4", "c4", "b4", "a4"}));
+    EXPECT_EQ(DiagonalReach(sq("d4"), men),
+              setOf({"e5", "f6", "g7", "h8", "c5", "b6", "a7", "e3", "f2", "g1", "c3", "b2"}));
     EXPECT_EQ(NearestOnRay<RAY_DOWN_LEFT>(setOf({"b2", "c3"})), sq("c3"));
     EXPECT_EQ(NearestOnRay<RAY_UP>(setOf({"d6", "d8"})), sq("d6"));
 }
@@ -51,7 +51,8 @@ TEST(SquareSets, AttacksAgreeWithTheBoardInEveryPosition) {
             // caller asks about it, since the kings never stand side by side.
             for (int square = 0; square < 64; ++square) {
                 if (square == b.whiteKing()) continue;
-                ASSERT_EQ(sets.WhiteAttacks(square, sets.occupied), IsAttackedByWhite(b, colOf(square), rowOf(square)))
+                ASSERT_EQ(sets.WhiteAttacks(square, sets.occupied),
+                          IsAttackedByWhite(b, colOf(square), rowOf(square)))
                     << fen << " square " << square << " after " << FormatLogMove(b.m_LastMove);
             }
             ++positions;

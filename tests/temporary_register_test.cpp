@@ -81,7 +81,8 @@ TEST(TemporaryRegister, TheNinthPositionOfABucketMakesATreeAndAllNineAnswerAsBef
     ASSERT_EQ(reg.CombinedMap().Form(bucket), TRegisterCombinedMap::BucketForm::Vector);
     std::vector<uint8_t> before;
     for (int k = 0; k < 8; ++k)
-        for (int asked = 1; asked <= 21; ++asked) before.push_back(reg.Lookup(static_cast<uint16_t>(asked), SameHashItem(k)));
+        for (int asked = 1; asked <= 21; ++asked)
+            before.push_back(reg.Lookup(static_cast<uint16_t>(asked), SameHashItem(k)));
 
     reg.Store(plies(8), SameHashItem(8), true);
     EXPECT_EQ(reg.CombinedMap().Form(bucket), TRegisterCombinedMap::BucketForm::Tree);
@@ -89,11 +90,13 @@ TEST(TemporaryRegister, TheNinthPositionOfABucketMakesATreeAndAllNineAnswerAsBef
     EXPECT_EQ(reg.ElementCount(), 9u);
     std::vector<uint8_t> after;
     for (int k = 0; k < 8; ++k)
-        for (int asked = 1; asked <= 21; ++asked) after.push_back(reg.Lookup(static_cast<uint16_t>(asked), SameHashItem(k)));
+        for (int asked = 1; asked <= 21; ++asked)
+            after.push_back(reg.Lookup(static_cast<uint16_t>(asked), SameHashItem(k)));
     EXPECT_EQ(after, before);
     for (int k = 0; k < 9; ++k) {
         EXPECT_EQ(reg.Lookup(plies(k), SameHashItem(k)), k % 2 == 0 ? 1 : 0) << k;
-        EXPECT_EQ(reg.Lookup(static_cast<uint16_t>(plies(k) - 2), SameHashItem(k)), k % 2 == 0 ? REGISTER_UNKNOWN : 0)
+        EXPECT_EQ(reg.Lookup(static_cast<uint16_t>(plies(k) - 2), SameHashItem(k)),
+                  k % 2 == 0 ? REGISTER_UNKNOWN : 0)
             << k;
     }
     EXPECT_EQ(reg.Lookup(19, SameHashItem(8)), 1);
@@ -122,7 +125,7 @@ TEST(TemporaryRegister, AnInsertOfTheSameAnswerTwiceAtOneLevelLeavesElementsInUn
 // ---- Look-ups just below, at and just above the stored numbers.
 
 class TemporaryRegisterLookups : public ::testing::Test {
-protected:
+  protected:
     void SetUp() override {
         reg.Store(11, KingsItem(), true);
         reg.Store(5, KingsItem(), false);
@@ -154,10 +157,10 @@ TEST_F(TemporaryRegisterLookups, WithBound) {
 }
 
 TEST_F(TemporaryRegisterLookups, InRange) {
-    EXPECT_EQ(reg.LookupInRange(5, 11, item), 0);  // at MovesNoMate
+    EXPECT_EQ(reg.LookupInRange(5, 11, item), 0); // at MovesNoMate
     EXPECT_EQ(reg.LookupInRange(7, 9, item), 1);
-    EXPECT_EQ(reg.LookupInRange(7, 11, item), 1);  // at MovesMate
-    EXPECT_EQ(reg.LookupInRange(7, 13, item), 0);  // above it
+    EXPECT_EQ(reg.LookupInRange(7, 11, item), 1); // at MovesMate
+    EXPECT_EQ(reg.LookupInRange(7, 13, item), 0); // above it
     EXPECT_EQ(reg.LookupInRange(7, 9, absent), REGISTER_UNKNOWN);
 }
 
@@ -237,7 +240,8 @@ TEST(TemporaryRegister, AConflictTextOfAKeyThatIsNoPositionStillShowsTheNumbers)
     TRegisterMoves moves;
     moves.MovesMate = 3;
     moves.MovesNoMate = 5;
-    EXPECT_EQ(RegisterConflictText(junk, 5, false, moves), "?\n\nnMoves=5, bThereIsMate=0\nMovesMate=3, MovesNoMate=5");
+    EXPECT_EQ(RegisterConflictText(junk, 5, false, moves),
+              "?\n\nnMoves=5, bThereIsMate=0\nMovesMate=3, MovesNoMate=5");
 }
 
 // ---- The short-level switch.
@@ -357,7 +361,8 @@ struct ClearWatch {
 TEST(TemporaryRegister, TheClearShowsTrueCountsWhileItRuns) {
     Register reg(4096);
     // Two positions in bucket 0 (hash 0 and 4096), one at 2048 and one at 4095.
-    TChessboardRegisterItem a = KingsItem(), b = ItemWith("a2", WP), c = ItemWith("a3", WP), d = ItemWith("a4", WP);
+    TChessboardRegisterItem a = KingsItem(), b = ItemWith("a2", WP), c = ItemWith("a3", WP),
+                            d = ItemWith("a4", WP);
     reg.Store(5, a, true, 0);
     reg.Store(5, b, true, 4096);
     reg.Store(5, c, true, 2048);
@@ -395,8 +400,8 @@ TEST(TemporaryRegister, TheClearRepaintsOnlyAfterItsInterval) {
 // ---- The register log.
 
 TEST(TemporaryRegister, TheLogWritesTheMessageAndTheCounters) {
-    const std::filesystem::path path =
-        std::filesystem::temp_directory_path() / ("registerInfo_" + std::to_string(RegisterThreadId()) + ".log");
+    const std::filesystem::path path = std::filesystem::temp_directory_path() /
+                                       ("registerInfo_" + std::to_string(RegisterThreadId()) + ".log");
     std::filesystem::remove(path);
     CRegisterLog log(path);
     log.Write("RemoveDoubtful start.", 3, -1, 12, 7);
@@ -404,8 +409,9 @@ TEST(TemporaryRegister, TheLogWritesTheMessageAndTheCounters) {
     std::ifstream in(path);
     std::stringstream text;
     text << in.rdbuf();
-    EXPECT_EQ(text.str(), "RemoveDoubtful start., msg params: 3, -1\n\t\t\tElementsIn= 12, DoubtfulElementsIn=7\n"
-                          "RemoveDoubtful complete., msg params: 0, 0\n\t\t\tElementsIn= 5, DoubtfulElementsIn=0\n");
+    EXPECT_EQ(text.str(),
+              "RemoveDoubtful start., msg params: 3, -1\n\t\t\tElementsIn= 12, DoubtfulElementsIn=7\n"
+              "RemoveDoubtful complete., msg params: 0, 0\n\t\t\tElementsIn= 5, DoubtfulElementsIn=0\n");
     std::filesystem::remove(path);
 }
 
@@ -427,7 +433,7 @@ TEST(TemporaryRegister, TwoThreadsStoringAndLookingUpEndWithExactCounts) {
             const uint8_t late = reg.Lookup(9, shared);
             if (early != 0 && early != REGISTER_UNKNOWN) ++wrong;
             if (late != 1 && late != REGISTER_UNKNOWN) ++wrong;
-            if (side == 0 && late != 1) ++wrong;  // its own store is visible
+            if (side == 0 && late != 1) ++wrong; // its own store is visible
             if (side == 1 && early != 0) ++wrong;
         }
     };

@@ -24,24 +24,27 @@ inline TChessboard boardFromFen(const std::string& fen, int pliesLeft, TThreadCo
 // Each child is made on a fresh copy of the last position and kept only when
 // the maker accepts the move.
 class GameLine {
-public:
+  public:
     explicit GameLine(const TChessboard& root) { m_boards.push_back(root); }
     const TChessboard& last() const { return m_boards.back(); }
     const TMove& lastMove() const { return m_lastMove; }
     // Plays a move given as text; false (and nothing kept) when refused.
-    [[nodiscard]] bool play(const std::string& moveText) { return play(ParseMove(moveText, last().whiteToMove())); }
+    [[nodiscard]] bool play(const std::string& moveText) {
+        return play(ParseMove(moveText, last().whiteToMove()));
+    }
     [[nodiscard]] bool play(TMove m) {
         const TChessboard& parent = m_boards.back();
         TChessboard child;
         CopyToChild(child, parent);
-        const bool made = parent.whiteToMove() ? MakeWhiteMove(child, m) : MakeBlackMove(child, m, false) == 1;
+        const bool made =
+            parent.whiteToMove() ? MakeWhiteMove(child, m) : MakeBlackMove(child, m, false) == 1;
         if (!made) return false;
         m_lastMove = m;
         m_boards.push_back(child);
         return true;
     }
 
-private:
+  private:
     std::deque<TChessboard> m_boards; // a deque keeps the parents where they are
     TMove m_lastMove;
 };

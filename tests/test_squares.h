@@ -6,7 +6,9 @@
 
 namespace zorvane {
 
-constexpr uint8_t sq(const char* name) { return static_cast<uint8_t>((name[1] - '1') * 8 + (name[0] - 'a')); }
+constexpr uint8_t sq(const char* name) {
+    return static_cast<uint8_t>((name[1] - '1') * 8 + (name[0] - 'a'));
+}
 
 inline TMove mv(const char* from, const char* to, uint8_t promotion = 0) {
     TMove m;

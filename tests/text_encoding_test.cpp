@@ -9,11 +9,13 @@ namespace zorvane {
 namespace {
 
 TEST(TextEncoding, Utf8ReadsOneToFourBytes) {
-    EXPECT_EQ(Utf8ToWide("a\xc5\x82\xe2\x82\xac\xf0\x9f\x98\x80"), std::wstring(L"a\u0142\u20ac") + wchar_t(0x1F600));
+    EXPECT_EQ(Utf8ToWide("a\xc5\x82\xe2\x82\xac\xf0\x9f\x98\x80"),
+              std::wstring(L"a\u0142\u20ac") + wchar_t(0x1F600));
 }
 
 TEST(TextEncoding, Utf8WritesOneToFourBytes) {
-    EXPECT_EQ(WideToUtf8(std::wstring(L"a\u0142\u20ac") + wchar_t(0x1F600)), "a\xc5\x82\xe2\x82\xac\xf0\x9f\x98\x80");
+    EXPECT_EQ(WideToUtf8(std::wstring(L"a\u0142\u20ac") + wchar_t(0x1F600)),
+              "a\xc5\x82\xe2\x82\xac\xf0\x9f\x98\x80");
 }
 
 TEST(TextEncoding, Utf8RoundTripOfPolishAndUkrainian) {
@@ -23,12 +25,14 @@ TEST(TextEncoding, Utf8RoundTripOfPolishAndUkrainian) {
 
 TEST(TextEncoding, InvalidUtf8BecomesReplacementCharacters) {
     const std::wstring r(1, REPLACEMENT_CHARACTER);
-    EXPECT_EQ(Utf8ToWide("\x80"), r);                       // stray continuation
-    EXPECT_EQ(Utf8ToWide("\xc0\xaf"), r + r);               // overlong "/"
-    EXPECT_EQ(Utf8ToWide("\xed\xa0\x80"), r + r + r);       // surrogate
+    EXPECT_EQ(Utf8ToWide("\x80"), r);                         // stray continuation
+    EXPECT_EQ(Utf8ToWide("\xc0\xaf"), r + r);                 // overlong "/"
+    EXPECT_EQ(Utf8ToWide("\xed\xa0\x80"), r + r + r);         // surrogate
     EXPECT_EQ(Utf8ToWide("\xf4\x90\x80\x80"), r + r + r + r); // beyond U+10FFFF
-    EXPECT_EQ(Utf8ToWide("a\xe2\x82"), L"a" + r + r);       // cut short at the end
-    EXPECT_EQ(Utf8ToWide("\xff" "b"), r + L"b");
+    EXPECT_EQ(Utf8ToWide("a\xe2\x82"), L"a" + r + r);         // cut short at the end
+    EXPECT_EQ(Utf8ToWide("\xff"
+                         "b"),
+              r + L"b");
 }
 
 TEST(TextEncoding, NoScalarValueIsWrittenAsReplacementCharacter) {

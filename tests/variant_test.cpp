@@ -16,7 +16,8 @@ namespace {
 
 const std::wstring POLISH = L"Wariant g\u0142\u00f3wny";
 const std::wstring ENGLISH = L"Main variant";
-const std::wstring UKRAINIAN = L"\u041e\u0441\u043d\u043e\u0432\u043d\u0438\u0439 \u0432\u0430\u0440\u0456\u0430\u043d\u0442";
+const std::wstring UKRAINIAN =
+    L"\u041e\u0441\u043d\u043e\u0432\u043d\u0438\u0439 \u0432\u0430\u0440\u0456\u0430\u043d\u0442";
 
 TChessboard whiteToMove(const std::string& fen) {
     return boardFromFen(fen, 1);
@@ -36,7 +37,9 @@ std::string parseMessage(const std::wstring& text) {
 }
 
 // The stored form: name as it stands, comments in brackets, no numbers, no board.
-std::wstring stored(const TVariant& v) { return FormatVariantText(v, true, 0, false, nullptr, nullptr, nullptr, false, 1); }
+std::wstring stored(const TVariant& v) {
+    return FormatVariantText(v, true, 0, false, nullptr, nullptr, nullptr, false, 1);
+}
 
 // Moves only, with marks from `board`.
 std::wstring marked(const std::wstring& text, const TChessboard& board, int language = LANGUAGE_ENGLISH,
@@ -110,8 +113,8 @@ TEST(ParseVariantText, FirstBadWordStopsTheLine) {
 
 TEST(FormatVariantText, StoredFormRoundTrips) {
     for (const std::wstring& text : {std::wstring(L"{Main variant} e2-e4 e7-e5[the only defence] Ng1-f3"),
-                                    std::wstring(L"{Try} Rd1:d8 Kh8-g7 a7-a8Q"), std::wstring(L"{x} 0-0[short] 0-0-0"),
-                                    std::wstring(L"{Empty}")}) {
+                                     std::wstring(L"{Try} Rd1:d8 Kh8-g7 a7-a8Q"),
+                                     std::wstring(L"{x} 0-0[short] 0-0-0"), std::wstring(L"{Empty}")}) {
         const TVariant v = parse(text);
         EXPECT_EQ(stored(v), text);
         EXPECT_TRUE(SameVariantMoves(parse(stored(v)), v, true));
@@ -123,10 +126,13 @@ TEST(FormatVariantText, HeaderModes) {
     EXPECT_EQ(FormatVariantText(v, true, -1, false, nullptr, nullptr, nullptr, false, 1), L"e2-e4");
     EXPECT_EQ(FormatVariantText(v, true, 1, false, nullptr, nullptr, nullptr, false, 1), L"{Other} e2-e4");
     v.name = POLISH;
-    EXPECT_EQ(FormatVariantText(v, true, 0, false, nullptr, nullptr, nullptr, false, 1), L"{" + POLISH + L"} e2-e4");
-    EXPECT_EQ(FormatVariantText(v, true, 1, false, nullptr, nullptr, nullptr, false, 0), L"{Main variant} e2-e4");
+    EXPECT_EQ(FormatVariantText(v, true, 0, false, nullptr, nullptr, nullptr, false, 1),
+              L"{" + POLISH + L"} e2-e4");
+    EXPECT_EQ(FormatVariantText(v, true, 1, false, nullptr, nullptr, nullptr, false, 0),
+              L"{Main variant} e2-e4");
     v.name = UKRAINIAN;
-    EXPECT_EQ(FormatVariantText(v, true, 1, false, nullptr, nullptr, nullptr, false, 2), L"{Main variant} e2-e4");
+    EXPECT_EQ(FormatVariantText(v, true, 1, false, nullptr, nullptr, nullptr, false, 2),
+              L"{Main variant} e2-e4");
 }
 
 TEST(FormatVariantText, PolishMainVariantIsSavedInEnglishAndReadBackInTheWindowsLanguage) {
@@ -159,11 +165,14 @@ TEST(FormatVariantText, SharedLeadingMovesAreLeftOut) {
     const TVariant first = parse(L"{1} e2-e4 e7-e5 Ng1-f3");
     const TVariant second = parse(L"{2} e2-e4 e7-e5 Bf1-c4 Ng8-f6");
     const TVariant third = parse(L"{3} e2-e4 c7-c5 Bf1-c4");
-    EXPECT_EQ(FormatVariantText(second, false, -1, false, &first, nullptr, nullptr, false, 1), L"Bf1-c4 Ng8-f6");
-    EXPECT_EQ(FormatVariantText(second, false, -1, true, &first, nullptr, nullptr, false, 1), L"2.Bf1-c4 Ng8-f6");
+    EXPECT_EQ(FormatVariantText(second, false, -1, false, &first, nullptr, nullptr, false, 1),
+              L"Bf1-c4 Ng8-f6");
+    EXPECT_EQ(FormatVariantText(second, false, -1, true, &first, nullptr, nullptr, false, 1),
+              L"2.Bf1-c4 Ng8-f6");
     EXPECT_EQ(FormatVariantText(first, false, -1, false, nullptr, &second, nullptr, false, 1), L"Ng1-f3");
     // The first difference ends the comparison: Bf1-c4 is written although the other line has it too.
-    EXPECT_EQ(FormatVariantText(third, false, -1, true, &second, nullptr, nullptr, false, 1), L"1. ...c7-c5 2.Bf1-c4");
+    EXPECT_EQ(FormatVariantText(third, false, -1, true, &second, nullptr, nullptr, false, 1),
+              L"1. ...c7-c5 2.Bf1-c4");
     EXPECT_EQ(FormatVariantText(third, false, 0, false, &third, nullptr, nullptr, false, 1), L"{3}");
 }
 

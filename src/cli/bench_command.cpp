@@ -26,7 +26,8 @@ int runBench(const BenchOptions& options) {
         const auto print = [&](const BenchmarkProblem& p) {
             std::string keys;
             for (size_t i = 0; i < p.keys.size(); ++i)
-                keys += (i ? ", " : "") + p.keys[i] + " (#" + std::to_string(p.keyPositions[i]) + " in the root list)";
+                keys += (i ? ", " : "") + p.keys[i] + " (#" + std::to_string(p.keyPositions[i]) +
+                        " in the root list)";
             std::printf("%4d #%d %12llu nodes %9.0f ms  %s\n", p.number, p.moves,
                         static_cast<unsigned long long>(p.nodes), p.milliseconds, keys.c_str());
             std::fflush(stdout);
@@ -39,7 +40,8 @@ int runBench(const BenchOptions& options) {
         std::fprintf(stderr, "%s\n", e.what());
         return 2;
     }
-    std::printf("Total time: %.0f ms\nNodes searched: %llu\n", totalMs, static_cast<unsigned long long>(totalNodes));
+    std::printf("Total time: %.0f ms\nNodes searched: %llu\n", totalMs,
+                static_cast<unsigned long long>(totalNodes));
     return 0;
 }
 
@@ -51,8 +53,10 @@ Runner AddBenchCommand(CLI::App& app) {
     bench->add_option("--corpus", options->corpus, "Problem file that holds the benchmark problems");
     bench->add_option("--file", options->files,
                       "Solve every direct mate of this file instead of the corpus list (may be repeated)");
-    bench->add_flag("--no-ordering{false}", options->settings.ordering, "Search White's and Black's moves in base order");
-    bench->add_flag("--no-register{false}", options->settings.useRegister, "Search without the temporary register");
+    bench->add_flag("--no-ordering{false}", options->settings.ordering,
+                    "Search White's and Black's moves in base order");
+    bench->add_flag("--no-register{false}", options->settings.useRegister,
+                    "Search without the temporary register");
     return [options] { return runBench(*options); };
 }
 

@@ -23,8 +23,9 @@ struct MateOptions {
 int runMate(const MateOptions& options) {
     TChessboard board = EmptyChessboard();
     const size_t first = options.fen.find_first_not_of(' ');
-    const std::string placement =
-        first == std::string::npos ? std::string() : options.fen.substr(first, options.fen.find(' ', first) - first);
+    const std::string placement = first == std::string::npos
+                                      ? std::string()
+                                      : options.fen.substr(first, options.fen.find(' ', first) - first);
     if (options.fen.find('{') != std::string::npos || !ReadFenPlacement(placement, board.m_aSquares)) {
         std::fprintf(stderr, "Improper FEN code.\n");
         return 2;
@@ -68,7 +69,8 @@ int runMate(const MateOptions& options) {
     }
     if (result.texts.empty()) std::printf("Not found any solutions for #%d\n", options.moves);
     for (const std::string& key : result.texts) std::printf("%s\n", key.c_str());
-    std::printf("nodes: %llu\ntime: %.0f ms\n", static_cast<unsigned long long>(result.nodes), result.milliseconds);
+    std::printf("nodes: %llu\ntime: %.0f ms\n", static_cast<unsigned long long>(result.nodes),
+                result.milliseconds);
     return 0;
 }
 
@@ -77,13 +79,16 @@ int runMate(const MateOptions& options) {
 Runner AddMateCommand(CLI::App& app) {
     auto options = std::make_shared<MateOptions>();
     CLI::App* mate = app.add_subcommand("mate", "Print every key of a direct mate in N moves, White to move");
-    mate->add_option("--fen", options->fen,
-                     "The position as FEN: the placement alone (every castling the board allows), or a full FEN "
-                     "whose castling rights and en passant square are obeyed; White to move")
+    mate->add_option(
+            "--fen", options->fen,
+            "The position as FEN: the placement alone (every castling the board allows), or a full FEN "
+            "whose castling rights and en passant square are obeyed; White to move")
         ->required();
-    AddWholeNumber(mate, "--moves", options->moves, 1, MAX_STIPULATION_MOVES, "Number of moves of the stipulation")
+    AddWholeNumber(mate, "--moves", options->moves, 1, MAX_STIPULATION_MOVES,
+                   "Number of moves of the stipulation")
         ->required();
-    mate->add_flag("--safe-mode", options->safeMode, "Search repeated positions again instead of pruning them");
+    mate->add_flag("--safe-mode", options->safeMode,
+                   "Search repeated positions again instead of pruning them");
     mate->add_flag("--no-register", options->noRegister, "Search without the memory of solved positions");
     return [options] { return runMate(*options); };
 }

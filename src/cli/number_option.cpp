@@ -31,8 +31,10 @@ CLI::Option* AddWholeNumber(CLI::App* app, const std::string& name, int& target,
     return app->add_option(name, target, description + " (" + range + ")")->check(check);
 }
 
-CLI::Option* AddSeconds(CLI::App* app, const std::string& name, double& target, const std::string& description) {
-    const std::string range = "a number of seconds from 0 to " + std::to_string(static_cast<int>(MAX_SECONDS));
+CLI::Option* AddSeconds(CLI::App* app, const std::string& name, double& target,
+                        const std::string& description) {
+    const std::string range =
+        "a number of seconds from 0 to " + std::to_string(static_cast<int>(MAX_SECONDS));
     CLI::Validator check(
         [range](std::string& text) -> std::string {
             errno = 0;

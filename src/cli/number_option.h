@@ -13,6 +13,7 @@ CLI::Option* AddWholeNumber(CLI::App* app, const std::string& name, int& target,
                             const std::string& description);
 
 // A number of seconds, 0 or more, fractions allowed, at most a day.
-CLI::Option* AddSeconds(CLI::App* app, const std::string& name, double& target, const std::string& description);
+CLI::Option* AddSeconds(CLI::App* app, const std::string& name, double& target,
+                        const std::string& description);
 
 } // namespace zorvane::cli

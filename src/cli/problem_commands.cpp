@@ -26,12 +26,12 @@ struct FileOptions {
     std::string output;
     int problem = 0;
     bool json = false;
-    bool brief = false;     // one line per problem
-    double timeout = 0;     // seconds per problem, 0 for none
-    bool first = false;     // stop at the first key: quick, but proves no soundness
+    bool brief = false;        // one line per problem
+    double timeout = 0;        // seconds per problem, 0 for none
+    bool first = false;        // stop at the first key: quick, but proves no soundness
     bool allSolutions = false; // every key: the default, named for scripts that say so
     bool stopOnDual = false;
-    int repeat = 1;         // solves of each problem; the later ones start from a warm register
+    int repeat = 1; // solves of each problem; the later ones start from a warm register
 };
 
 constexpr auto PROGRESS_INTERVAL = std::chrono::seconds(1);
@@ -39,7 +39,7 @@ constexpr auto PROGRESS_INTERVAL = std::chrono::seconds(1);
 // Watches one solve from beside it: a progress line on stderr once a second,
 // and the stop when the time is up.
 class SolveWatch {
-public:
+  public:
     SolveWatch(Solver& solver, int problemId, double timeout)
         : m_solver(solver), m_problemId(problemId), m_timeout(timeout) {
         m_thread = std::thread([this] { run(); });
@@ -54,7 +54,7 @@ public:
         if (m_printed) std::fprintf(stderr, "\n");
     }
 
-private:
+  private:
     void run() {
         const auto start = std::chrono::steady_clock::now();
         std::unique_lock<std::mutex> lock(m_mutex);
@@ -76,8 +76,9 @@ private:
             const SolveProgress progress = m_solver.Progress();
             const int total = progress.rootMoves;
             const double seconds = std::chrono::duration<double>(now - start).count();
-            std::fprintf(stderr, "\rproblem %d: pass %d, %.1f%% of %d root moves, %llu nodes, %.0f s   ", m_problemId,
-                         progress.pass, total ? 100.0 * std::max(progress.rootMovesBegun - 1, 0) / total : 0.0, total,
+            std::fprintf(stderr, "\rproblem %d: pass %d, %.1f%% of %d root moves, %llu nodes, %.0f s   ",
+                         m_problemId, progress.pass,
+                         total ? 100.0 * std::max(progress.rootMovesBegun - 1, 0) / total : 0.0, total,
                          static_cast<unsigned long long>(progress.nodes), seconds);
             std::fflush(stderr);
             m_printed = true;
@@ -192,13 +193,20 @@ enum class Verdict { Passed, Failed, Cooked, Unchecked, KeyFound, Stopped, Skipp
 
 const char* verdictName(Verdict verdict) {
     switch (verdict) {
-    case Verdict::Passed: return "passed";
-    case Verdict::Failed: return "failed";
-    case Verdict::Cooked: return "cooked";
-    case Verdict::Unchecked: return "unchecked";
-    case Verdict::KeyFound: return "key found";
-    case Verdict::Stopped: return "stopped";
-    case Verdict::Skipped: return "skipped";
+    case Verdict::Passed:
+        return "passed";
+    case Verdict::Failed:
+        return "failed";
+    case Verdict::Cooked:
+        return "cooked";
+    case Verdict::Unchecked:
+        return "unchecked";
+    case Verdict::KeyFound:
+        return "key found";
+    case Verdict::Stopped:
+        return "stopped";
+    case Verdict::Skipped:
+        return "skipped";
     }
     return "";
 }
@@ -214,19 +222,18 @@ bool inAnswer(const TChessProblem& problem, const TMove& move) {
 Verdict verdictOf(const SolveResult& result, const TChessProblem& problem, bool first) {
     if (result.stopped) return Verdict::Stopped;
     if (!(problem.flags & HasAnswer)) return Verdict::Unchecked;
-    const bool allInAnswer =
-        std::all_of(result.moves.begin(), result.moves.end(), [&](const TMove& m) { return inAnswer(problem, m); });
+    const bool allInAnswer = std::all_of(result.moves.begin(), result.moves.end(),
+                                         [&](const TMove& m) { return inAnswer(problem, m); });
     if (first) {
         if (result.moves.empty()) return problem.expectedAnswers.empty() ? Verdict::Passed : Verdict::Failed;
         return allInAnswer ? Verdict::KeyFound : Verdict::Failed;
     }
     if (result.stoppedOnDual || result.stoppedOnThree) return allInAnswer ? Verdict::Passed : Verdict::Failed;
     if (SameMoveSet(result.moves, problem.expectedAnswers)) return Verdict::Passed;
-    const bool holdsAnswer = std::all_of(problem.expectedAnswers.begin(), problem.expectedAnswers.end(),
-                                         [&](const TMove& m) {
-                                             return std::find(result.moves.begin(), result.moves.end(), m) !=
-                                                    result.moves.end();
-                                         });
+    const bool holdsAnswer =
+        std::all_of(problem.expectedAnswers.begin(), problem.expectedAnswers.end(), [&](const TMove& m) {
+            return std::find(result.moves.begin(), result.moves.end(), m) != result.moves.end();
+        });
     return holdsAnswer ? Verdict::Cooked : Verdict::Failed;
 }
 
@@ -237,13 +244,25 @@ struct Tally {
     int total() const { return passed + failed + skipped + unchecked + cooked + keyFound; }
     void add(Verdict verdict) {
         switch (verdict) {
-        case Verdict::Passed: ++passed; break;
-        case Verdict::Failed: ++failed; break;
-        case Verdict::Cooked: ++cooked; break;
-        case Verdict::Unchecked: ++unchecked; break;
-        case Verdict::KeyFound: ++keyFound; break;
+        case Verdict::Passed:
+            ++passed;
+            break;
+        case Verdict::Failed:
+            ++failed;
+            break;
+        case Verdict::Cooked:
+            ++cooked;
+            break;
+        case Verdict::Unchecked:
+            ++unchecked;
+            break;
+        case Verdict::KeyFound:
+            ++keyFound;
+            break;
         case Verdict::Stopped:
-        case Verdict::Skipped: ++skipped; break;
+        case Verdict::Skipped:
+            ++skipped;
+            break;
         }
     }
     std::string line() const {
@@ -279,8 +298,9 @@ void printJson(const SolveReport& report) {
     const bool hasAnswer = (report.problem.flags & HasAnswer) != 0;
     std::printf("{\"id\":%d,\"stipulation\":%s,\"keys\":%s,\"threats\":%s,\"expected\":%s,\"verdict\":\"%s\","
                 "\"time_ms\":%.0f,\"nodes\":%llu}\n",
-                report.problem.id, jsonText(stipulationOf(report.problem)).c_str(), jsonList(result.texts).c_str(),
-                threats.c_str(), hasAnswer ? jsonList(report.expected).c_str() : "null", verdictName(report.verdict),
+                report.problem.id, jsonText(stipulationOf(report.problem)).c_str(),
+                jsonList(result.texts).c_str(), threats.c_str(),
+                hasAnswer ? jsonList(report.expected).c_str() : "null", verdictName(report.verdict),
                 result.milliseconds, static_cast<unsigned long long>(result.nodes));
 }
 
@@ -298,16 +318,20 @@ void printFull(const SolveReport& report) {
     for (size_t i = 0; i < result.moves.size(); ++i) {
         std::printf("    %s\n", result.texts[i].c_str());
         const std::vector<std::string>& threats = threatsOf(result, i);
-        if (!threats.empty()) std::printf("        %s%s\n", WideToUtf8(ThreatLabel(1)).c_str(), joined(threats).c_str());
+        if (!threats.empty())
+            std::printf("        %s%s\n", WideToUtf8(ThreatLabel(1)).c_str(), joined(threats).c_str());
     }
-    if ((report.verdict == Verdict::Failed || report.verdict == Verdict::Cooked) && (report.problem.flags & HasAnswer))
-        std::printf("    expected: %s\n", report.expected.empty() ? "no solution" : joined(report.expected).c_str());
+    if ((report.verdict == Verdict::Failed || report.verdict == Verdict::Cooked) &&
+        (report.problem.flags & HasAnswer))
+        std::printf("    expected: %s\n",
+                    report.expected.empty() ? "no solution" : joined(report.expected).c_str());
 }
 
 // One line a problem, to read a collection at a glance.
 void printBrief(const SolveReport& report) {
     const SolveResult& result = report.result;
-    std::string keys = result.moves.empty() ? (result.stopped ? "(stopped)" : "(no solution)") : joined(result.texts);
+    std::string keys =
+        result.moves.empty() ? (result.stopped ? "(stopped)" : "(no solution)") : joined(result.texts);
     std::printf("%4d  %-4s %-10s %7.0f ms  %s\n", report.problem.id, stipulationOf(report.problem).c_str(),
                 verdictName(report.verdict), result.milliseconds, keys.c_str());
 }
@@ -350,11 +374,15 @@ int runSolve(const FileOptions& options) {
             tally.add(verdict);
             totalMs += result.milliseconds;
             const SolveReport report{*problem, result, verdict, expected};
-            if (options.json) printJson(report);
+            if (options.json)
+                printJson(report);
             else if (verdict == Verdict::Skipped)
-                std::printf("%d %s: skipped (only direct mates are solved)\n", id, stipulationOf(*problem).c_str());
-            else if (options.brief) printBrief(report);
-            else printFull(report);
+                std::printf("%d %s: skipped (only direct mates are solved)\n", id,
+                            stipulationOf(*problem).c_str());
+            else if (options.brief)
+                printBrief(report);
+            else
+                printFull(report);
             std::fflush(stdout);
             if (verdict == Verdict::Skipped) break;
         }
@@ -368,7 +396,8 @@ int runSolve(const FileOptions& options) {
 
 Runner AddCheckCommand(CLI::App& app) {
     auto options = std::make_shared<FileOptions>();
-    CLI::App* check = app.add_subcommand("check", "Read a problem file and report each problem or the first error");
+    CLI::App* check =
+        app.add_subcommand("check", "Read a problem file and report each problem or the first error");
     check->add_option("file", options->path, "Problem file (.cp)")->required();
     return [options] { return runCheck(*options); };
 }
@@ -386,13 +415,17 @@ Runner AddSolveCommand(CLI::App& app) {
     CLI::App* solve = app.add_subcommand(
         "solve", "Solve the direct mates of a problem file: every key, compared with the Answer line");
     solve->add_option("file", options->path, "Problem file (.cp)")->required();
-    AddWholeNumber(solve, "--problem", options->problem, 1, INT_MAX, "Solve only the problem with this number");
+    AddWholeNumber(solve, "--problem", options->problem, 1, INT_MAX,
+                   "Solve only the problem with this number");
     solve->add_flag("--json", options->json, "One JSON object per problem and line");
     solve->add_flag("--brief", options->brief, "One line per problem: stipulation, verdict, keys, time");
-    AddSeconds(solve, "--timeout", options->timeout, "Stop a problem after this many seconds and print what was found");
+    AddSeconds(solve, "--timeout", options->timeout,
+               "Stop a problem after this many seconds and print what was found");
     CLI::Option* first = solve->add_flag(
-        "--first", options->first, "Stop a problem at its first key (quick, but cannot tell a sound problem from a cooked one)");
-    solve->add_flag("--all-solutions", options->allSolutions, "Find every key (the default)")->excludes(first);
+        "--first", options->first,
+        "Stop a problem at its first key (quick, but cannot tell a sound problem from a cooked one)");
+    solve->add_flag("--all-solutions", options->allSolutions, "Find every key (the default)")
+        ->excludes(first);
     solve->add_flag("--stop-on-dual", options->stopOnDual, "Stop a problem when a second key is found");
     AddWholeNumber(solve, "--repeat", options->repeat, 1, 100,
                    "Solve each problem this many times; later solves use the warm register");

@@ -99,8 +99,10 @@ int BlackAttackers(const TChessboard& b, int col, int row, TSquareList* list) {
 void WhiteMenReaching(const TChessboard& b, int col, int row, TSquareList& list) {
     const uint8_t* s = b.m_aSquares;
     const int sq = squareOf(col, row);
-    if (row >= 1 && s[sq - 8] == WP) addSquare(&list, sq - 8);
-    else if (row == 3 && s[sq - 8] == 0 && s[sq - 16] == WP) addSquare(&list, sq - 16);
+    if (row >= 1 && s[sq - 8] == WP)
+        addSquare(&list, sq - 8);
+    else if (row == 3 && s[sq - 8] == 0 && s[sq - 16] == WP)
+        addSquare(&list, sq - 16);
     if (b.m_nWhiteKnights) {
         const int8_t* jumps = KnightJumps(sq);
         for (int i = 0, n = KnightJumpCount(sq); i < n; ++i)
@@ -112,8 +114,10 @@ void WhiteMenReaching(const TChessboard& b, int col, int row, TSquareList& list)
 void BlackMenReaching(const TChessboard& b, int col, int row, TSquareList& list) {
     const uint8_t* s = b.m_aSquares;
     const int sq = squareOf(col, row);
-    if (row <= 6 && s[sq + 8] == BP) addSquare(&list, sq + 8);
-    else if (row == 4 && s[sq + 8] == 0 && s[sq + 16] == BP) addSquare(&list, sq + 16);
+    if (row <= 6 && s[sq + 8] == BP)
+        addSquare(&list, sq + 8);
+    else if (row == 4 && s[sq + 8] == 0 && s[sq + 16] == BP)
+        addSquare(&list, sq + 16);
     if (b.m_nBlackKnights) {
         const int8_t* jumps = KnightJumps(sq);
         for (int i = 0, n = KnightJumpCount(sq); i < n; ++i)
@@ -126,9 +130,12 @@ bool ManAttacksSquare(const TChessboard& b, int target, int manSquare) {
     const uint8_t man = b.m_aSquares[manSquare];
     const int dc = colOf(target) - colOf(manSquare), dr = rowOf(target) - rowOf(manSquare);
     switch (man & KIND_MASK) {
-    case KIND_KING: return target != manSquare && absInt(dc) <= 1 && absInt(dr) <= 1;
-    case KIND_PAWN: return absInt(dc) == 1 && dr == (isWhite(man) ? 1 : -1);
-    case KIND_KNIGHT: return absInt(dc * dr) == 2;
+    case KIND_KING:
+        return target != manSquare && absInt(dc) <= 1 && absInt(dr) <= 1;
+    case KIND_PAWN:
+        return absInt(dc) == 1 && dr == (isWhite(man) ? 1 : -1);
+    case KIND_KNIGHT:
+        return absInt(dc * dr) == 2;
     case KIND_BISHOP:
     case KIND_ROOK:
     case KIND_QUEEN: {
@@ -141,7 +148,8 @@ bool ManAttacksSquare(const TChessboard& b, int target, int manSquare) {
             if (b.m_aSquares[sq]) return false;
         return true;
     }
-    default: return false;
+    default:
+        return false;
     }
 }
 

@@ -9,7 +9,8 @@ namespace {
 
 // Walks the chain of parents: false as soon as a move ended on the king's or
 // the rook's square; at the top, the men must have stood there too.
-bool rightAlive(const TChessboard& b, int kingSquare, int rookSquare, uint8_t king, uint8_t rook, uint8_t bit) {
+bool rightAlive(const TChessboard& b, int kingSquare, int rookSquare, uint8_t king, uint8_t rook,
+                uint8_t bit) {
     if (b.m_aSquares[kingSquare] != king || b.m_aSquares[rookSquare] != rook) return false;
     if (b.m_pThread && (b.m_pThread->m_bDeniedCastling & bit)) return false;
     const TChessboard* p = &b;

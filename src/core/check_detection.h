@@ -33,14 +33,18 @@ template <bool White> inline bool ExposesOwnKing(const TChessboard& b, int king,
     return hit >= 0 && (b.m_aSquares[hit] & mask) == mask;
 }
 
-inline int AddChecker(int checker, int square) { return checker < 0 ? square : DOUBLE_CHECK; }
+inline int AddChecker(int checker, int square) {
+    return checker < 0 ? square : DOUBLE_CHECK;
+}
 
 // Whether the man of `kind` standing on `square` gives check to the king on `king`.
 template <bool White> inline bool GivesDirectCheck(const uint8_t* s, int kind, int square, int king) {
     const int dc = colOf(king) - colOf(square), dr = rowOf(king) - rowOf(square);
     switch (kind) {
-    case KIND_KNIGHT: return absInt(dc * dr) == 2;
-    case KIND_PAWN: return absInt(dc) == 1 && dr == (White ? 1 : -1);
+    case KIND_KNIGHT:
+        return absInt(dc * dr) == 2;
+    case KIND_PAWN:
+        return absInt(dc) == 1 && dr == (White ? 1 : -1);
     case KIND_BISHOP:
     case KIND_ROOK:
     case KIND_QUEEN: {
@@ -49,7 +53,8 @@ template <bool White> inline bool GivesDirectCheck(const uint8_t* s, int kind, i
         if (!(kind & (IsDiagonalStep(step) ? KIND_BISHOP : KIND_ROOK))) return false;
         return FirstManOnLine(s, king, step) == square;
     }
-    default: return false;
+    default:
+        return false;
     }
 }
 

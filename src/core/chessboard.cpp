@@ -19,22 +19,29 @@ void addToWhiteLists(TChessboard& b, int square, uint8_t kind) {
     const auto sq = static_cast<uint8_t>(square);
     switch (kind) {
     case KIND_QUEEN:
-        if (b.m_nWhiteQueens == 1) b.m_cWhiteQueen = sq;
-        else b.m_bWhiteListsValid = 0;
+        if (b.m_nWhiteQueens == 1)
+            b.m_cWhiteQueen = sq;
+        else
+            b.m_bWhiteListsValid = 0;
         break;
     case KIND_ROOK:
-        if (b.m_nWhiteRooks <= 2) b.m_aWhiteRooks[b.m_nWhiteRooks - 1] = sq;
-        else b.m_bWhiteListsValid = 0;
+        if (b.m_nWhiteRooks <= 2)
+            b.m_aWhiteRooks[b.m_nWhiteRooks - 1] = sq;
+        else
+            b.m_bWhiteListsValid = 0;
         break;
     case KIND_KNIGHT:
-        if (b.m_nWhiteKnights <= 2) b.m_aWhiteKnights[b.m_nWhiteKnights - 1] = sq;
-        else b.m_bWhiteListsValid = 0;
+        if (b.m_nWhiteKnights <= 2)
+            b.m_aWhiteKnights[b.m_nWhiteKnights - 1] = sq;
+        else
+            b.m_bWhiteListsValid = 0;
         break;
     case KIND_BISHOP:
         if (b.m_nWhiteBishops == 1 ||
             (b.m_nWhiteBishops == 2 && squareColour(b.m_aWhiteBishops[0]) != squareColour(square)))
             b.m_aWhiteBishops[b.m_nWhiteBishops - 1] = sq;
-        else b.m_bWhiteListsValid = 0;
+        else
+            b.m_bWhiteListsValid = 0;
         break;
     default:
         break;
@@ -44,11 +51,16 @@ void addToWhiteLists(TChessboard& b, int square, uint8_t kind) {
 uint8_t& countOf(TChessboard& b, uint8_t piece) {
     const bool white = isWhite(piece);
     switch (piece & KIND_MASK) {
-    case KIND_QUEEN: return white ? b.m_nWhiteQueens : b.m_nBlackQueens;
-    case KIND_ROOK: return white ? b.m_nWhiteRooks : b.m_nBlackRooks;
-    case KIND_BISHOP: return white ? b.m_nWhiteBishops : b.m_nBlackBishops;
-    case KIND_KNIGHT: return white ? b.m_nWhiteKnights : b.m_nBlackKnights;
-    default: return white ? b.m_nWhitePawns : b.m_nBlackPawns;
+    case KIND_QUEEN:
+        return white ? b.m_nWhiteQueens : b.m_nBlackQueens;
+    case KIND_ROOK:
+        return white ? b.m_nWhiteRooks : b.m_nBlackRooks;
+    case KIND_BISHOP:
+        return white ? b.m_nWhiteBishops : b.m_nBlackBishops;
+    case KIND_KNIGHT:
+        return white ? b.m_nWhiteKnights : b.m_nBlackKnights;
+    default:
+        return white ? b.m_nWhitePawns : b.m_nBlackPawns;
     }
 }
 
@@ -98,8 +110,10 @@ SetupFault setup(TChessboard& b, bool bResetHeuristics) {
     UpdateEdgeLevel(b);
     UpdateWeakWhiteFlag(b);
     UpdateWrongBishopFlag(b);
-    if (b.blackMenBesideKing() == 0) b.m_wFlags |= FLAG_BLACK_BARE_KING;
-    else b.m_wFlags &= static_cast<uint16_t>(~FLAG_BLACK_BARE_KING);
+    if (b.blackMenBesideKing() == 0)
+        b.m_wFlags |= FLAG_BLACK_BARE_KING;
+    else
+        b.m_wFlags &= static_cast<uint16_t>(~FLAG_BLACK_BARE_KING);
     // 6. Both kings in check cannot be.
     if (b.m_cWhiteChecker >= 0 && b.m_cBlackChecker >= 0) return SetupFault::BothChecked;
     return SetupFault::None;
@@ -121,10 +135,14 @@ TChessboard EmptyChessboard() {
 
 void SetupChessboard(TChessboard& board, bool bResetHeuristics) {
     switch (setup(board, bResetHeuristics)) {
-    case SetupFault::None: return;
-    case SetupFault::PawnRow: throw ChessException("Pawns cannot occupy 1st nor 8th line of the chessboard.");
-    case SetupFault::Kings: throw ChessException("Illegal number of kings.");
-    case SetupFault::BothChecked: throw ChessException("Both kings attacked.");
+    case SetupFault::None:
+        return;
+    case SetupFault::PawnRow:
+        throw ChessException("Pawns cannot occupy 1st nor 8th line of the chessboard.");
+    case SetupFault::Kings:
+        throw ChessException("Illegal number of kings.");
+    case SetupFault::BothChecked:
+        throw ChessException("Both kings attacked.");
     }
 }
 
@@ -172,11 +190,20 @@ void RebuildWhiteLists(TChessboard& b) {
     for (int sq = 0; sq < 64; ++sq) {
         const auto s = static_cast<uint8_t>(sq);
         switch (b.m_aSquares[sq]) {
-        case WQ: b.m_cWhiteQueen = s; break;
-        case WR: b.m_aWhiteRooks[rooks++] = s; break;
-        case WB: b.m_aWhiteBishops[bishops++] = s; break;
-        case WN: b.m_aWhiteKnights[knights++] = s; break;
-        default: break;
+        case WQ:
+            b.m_cWhiteQueen = s;
+            break;
+        case WR:
+            b.m_aWhiteRooks[rooks++] = s;
+            break;
+        case WB:
+            b.m_aWhiteBishops[bishops++] = s;
+            break;
+        case WN:
+            b.m_aWhiteKnights[knights++] = s;
+            break;
+        default:
+            break;
         }
     }
     b.m_bWhiteListsValid = 1;
@@ -194,7 +221,8 @@ int SquareEdgeLevel(int square) {
 }
 
 void UpdateEdgeLevel(TChessboard& b) {
-    b.m_wFlags2 = static_cast<uint16_t>((b.m_wFlags2 & ~FLAGS2_EDGE_LEVEL) | (SquareEdgeLevel(b.blackKing()) << 3));
+    b.m_wFlags2 =
+        static_cast<uint16_t>((b.m_wFlags2 & ~FLAGS2_EDGE_LEVEL) | (SquareEdgeLevel(b.blackKing()) << 3));
 }
 
 void UpdateWeakWhiteFlag(TChessboard& b) {
@@ -214,8 +242,10 @@ void UpdateWeakWhiteFlag(TChessboard& b) {
             }
         weak = squares == 3 ? neighbours == 0 : neighbours <= 1;
     }
-    if (weak) b.m_wFlags |= FLAG_WEAK_WHITE;
-    else b.m_wFlags &= static_cast<uint16_t>(~FLAG_WEAK_WHITE);
+    if (weak)
+        b.m_wFlags |= FLAG_WEAK_WHITE;
+    else
+        b.m_wFlags &= static_cast<uint16_t>(~FLAG_WEAK_WHITE);
 }
 
 void UpdateWrongBishopFlag(TChessboard& b) {
@@ -234,8 +264,10 @@ void UpdateWrongBishopFlag(TChessboard& b) {
         const int bishop = FindSquare(b, WB);
         wrong = wrong && bishop != NO_SQUARE && squareColour(bishop) != squareColour(squareOf(file, 7));
     }
-    if (wrong) b.m_wFlags2 |= FLAGS2_WRONG_BISHOP;
-    else b.m_wFlags2 &= static_cast<uint16_t>(~FLAGS2_WRONG_BISHOP);
+    if (wrong)
+        b.m_wFlags2 |= FLAGS2_WRONG_BISHOP;
+    else
+        b.m_wFlags2 &= static_cast<uint16_t>(~FLAGS2_WRONG_BISHOP);
 }
 
 } // namespace zorvane

@@ -28,18 +28,18 @@ struct TThreadContext;
 // them to decide how deep White's lists are sorted and handed to threads.
 constexpr uint16_t FLAG_HEURISTIC_2 = 2;
 constexpr uint16_t FLAG_HEURISTIC_32 = 32;
-constexpr uint16_t FLAG_WEAK_WHITE = 8;            // few White men and a black king not hemmed in
+constexpr uint16_t FLAG_WEAK_WHITE = 8; // few White men and a black king not hemmed in
 constexpr uint16_t FLAG_BLACK_BARE_KING = 0x400;
 constexpr uint16_t FLAG_GLOBAL_REGISTER = 0x800;
 // m_wFlags2
-constexpr uint16_t FLAGS2_BLACK_PROMOTIONS = 3;     // count, stuck at 3
-constexpr uint16_t FLAGS2_EDGE_LEVEL = 24;          // min(level(col), level(row)) << 3
+constexpr uint16_t FLAGS2_BLACK_PROMOTIONS = 3; // count, stuck at 3
+constexpr uint16_t FLAGS2_EDGE_LEVEL = 24;      // min(level(col), level(row)) << 3
 constexpr uint16_t FLAGS2_WHITE_QUEEN_PROMOTED = 128;
-constexpr uint16_t FLAGS2_WRONG_BISHOP = 0x800;     // lone bishop and a rook's pawn it cannot help
+constexpr uint16_t FLAGS2_WRONG_BISHOP = 0x800; // lone bishop and a rook's pawn it cannot help
 // m_bPlayState
 constexpr uint8_t PLAY_ONE_COLOUR_MODE = 3;
-constexpr uint8_t PLAY_WHITE_CAPTURES = 12;         // count << 2, stuck at 3
-constexpr uint8_t PLAY_BLACK_CAPTURES = 48;         // count << 4, stuck at 3
+constexpr uint8_t PLAY_WHITE_CAPTURES = 12; // count << 2, stuck at 3
+constexpr uint8_t PLAY_BLACK_CAPTURES = 48; // count << 4, stuck at 3
 
 struct TChessboard {
     uint8_t m_aSquares[64];

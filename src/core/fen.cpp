@@ -13,13 +13,34 @@ namespace zorvane {
 
 uint8_t KindFromLetter(char letter) {
     switch (letter) {
-    case 'B': case 'b': case 'G': case 'g': return KIND_BISHOP;
-    case 'Q': case 'q': case 'H': case 'h': return KIND_QUEEN;
-    case 'K': case 'k': return KIND_KING;
-    case 'N': case 'n': case 'S': case 's': return KIND_KNIGHT;
-    case 'P': case 'p': return KIND_PAWN;
-    case 'R': case 'r': case 'W': case 'w': return KIND_ROOK;
-    default: throw ChessException(std::string("Unknown figure letter: ") + letter);
+    case 'B':
+    case 'b':
+    case 'G':
+    case 'g':
+        return KIND_BISHOP;
+    case 'Q':
+    case 'q':
+    case 'H':
+    case 'h':
+        return KIND_QUEEN;
+    case 'K':
+    case 'k':
+        return KIND_KING;
+    case 'N':
+    case 'n':
+    case 'S':
+    case 's':
+        return KIND_KNIGHT;
+    case 'P':
+    case 'p':
+        return KIND_PAWN;
+    case 'R':
+    case 'r':
+    case 'W':
+    case 'w':
+        return KIND_ROOK;
+    default:
+        throw ChessException(std::string("Unknown figure letter: ") + letter);
     }
 }
 
@@ -28,18 +49,34 @@ namespace {
 char letterOf(uint8_t piece) {
     char c;
     switch (piece & KIND_MASK) {
-    case KIND_KING: c = 'K'; break;
-    case KIND_PAWN: c = 'P'; break;
-    case KIND_BISHOP: c = 'B'; break;
-    case KIND_ROOK: c = 'R'; break;
-    case KIND_QUEEN: c = 'Q'; break;
-    case KIND_KNIGHT: c = 'N'; break;
-    default: c = '?'; break;
+    case KIND_KING:
+        c = 'K';
+        break;
+    case KIND_PAWN:
+        c = 'P';
+        break;
+    case KIND_BISHOP:
+        c = 'B';
+        break;
+    case KIND_ROOK:
+        c = 'R';
+        break;
+    case KIND_QUEEN:
+        c = 'Q';
+        break;
+    case KIND_KNIGHT:
+        c = 'N';
+        break;
+    default:
+        c = '?';
+        break;
     }
     return isBlack(piece) ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
-bool isAsciiAlpha(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
+bool isAsciiAlpha(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
 
 } // namespace
 
@@ -101,7 +138,8 @@ std::string WriteFen(const TChessboard& b, bool bPlacementOnly) {
 
     const TMove last = b.m_LastMove;
     const bool doubleStep = b.m_pParent && (b.m_aSquares[last.to] & KIND_MASK) == KIND_PAWN &&
-                            absInt(rowOf(last.to) - rowOf(last.from)) == 2 && colOf(last.to) == colOf(last.from);
+                            absInt(rowOf(last.to) - rowOf(last.from)) == 2 &&
+                            colOf(last.to) == colOf(last.from);
     if (doubleStep) {
         const int behind = (last.from + last.to) / 2;
         fen += ' ';
@@ -119,7 +157,8 @@ bool ReadFen(const std::string& text, TChessboard& board, FenNotes* notes) {
     if (text.find('{') != std::string::npos || text.find('/') == std::string::npos) return false;
     const auto start = text.find_first_not_of(' ');
     const auto blank = text.find(' ', start);
-    const std::string placement = text.substr(start, blank == std::string::npos ? std::string::npos : blank - start);
+    const std::string placement =
+        text.substr(start, blank == std::string::npos ? std::string::npos : blank - start);
     const std::string rest = blank == std::string::npos ? std::string() : text.substr(blank);
 
     // Castling letters are looked for anywhere after the placement; one field means all four.
@@ -135,7 +174,8 @@ bool ReadFen(const std::string& text, TChessboard& board, FenNotes* notes) {
     const bool rightq = allRights || rest.find('q') != std::string::npos;
     size_t castlingField = 0;
     // Not strchr: it would find a NUL byte of the text at the end of "wbWB".
-    if (!fields.empty() && fields[0].size() == 1 && std::string_view("wbWB").find(fields[0][0]) != std::string_view::npos)
+    if (!fields.empty() && fields[0].size() == 1 &&
+        std::string_view("wbWB").find(fields[0][0]) != std::string_view::npos)
         castlingField = 1;
     const bool enPassant = fields.size() > castlingField + 1 && fields[castlingField + 1] != "-";
     int enPassantSquare = -1;

@@ -22,18 +22,32 @@ constexpr int classCoordinate(int cls) {
 }
 constexpr int offsetCol(int offset) {
     switch (offset) {
-    case -17: case 15: return -1;
-    case -15: case 17: return 1;
-    case -10: case 6: return -2;
-    default: return 2; // -6, 10
+    case -17:
+    case 15:
+        return -1;
+    case -15:
+    case 17:
+        return 1;
+    case -10:
+    case 6:
+        return -2;
+    default:
+        return 2; // -6, 10
     }
 }
 constexpr int offsetRow(int offset) {
     switch (offset) {
-    case -17: case -15: return -2;
-    case -10: case -6: return -1;
-    case 6: case 10: return 1;
-    default: return 2; // 15, 17
+    case -17:
+    case -15:
+        return -2;
+    case -10:
+    case -6:
+        return -1;
+    case 6:
+    case 10:
+        return 1;
+    default:
+        return 2; // 15, 17
     }
 }
 
@@ -64,9 +78,15 @@ constexpr Tables makeTables() {
 
 inline constexpr knight_detail::Tables KNIGHT_TABLES = knight_detail::makeTables();
 
-inline int KnightClass(int square) { return KNIGHT_TABLES.squareClass[square]; }
-inline int KnightJumpCount(int square) { return KNIGHT_TABLES.jumpCount[KnightClass(square)]; }
-inline const int8_t* KnightJumps(int square) { return KNIGHT_TABLES.jumps[KnightClass(square)].data(); }
+inline int KnightClass(int square) {
+    return KNIGHT_TABLES.squareClass[square];
+}
+inline int KnightJumpCount(int square) {
+    return KNIGHT_TABLES.jumpCount[KnightClass(square)];
+}
+inline const int8_t* KnightJumps(int square) {
+    return KNIGHT_TABLES.jumps[KnightClass(square)].data();
+}
 
 // Whether `piece` stands a knight's jump from `square`; eight reads, no branch.
 inline bool KnightOnJump(const uint8_t* squares, int square, uint8_t piece) {

@@ -17,9 +17,12 @@ struct LocalizedText {
     // Polish, Ukrainian, and English for any other number.
     constexpr std::wstring_view In(int languageId) const {
         switch (languageId) {
-        case LANGUAGE_POLISH: return polish;
-        case LANGUAGE_UKRAINIAN: return ukrainian;
-        default: return english;
+        case LANGUAGE_POLISH:
+            return polish;
+        case LANGUAGE_UKRAINIAN:
+            return ukrainian;
+        default:
+            return english;
         }
     }
 };

@@ -18,21 +18,31 @@ constexpr int KNIGHTS_REFUSAL_MIN_PLIES = 2;
 
 uint8_t& whiteCount(TChessboard& b, int kind) {
     switch (kind) {
-    case KIND_QUEEN: return b.m_nWhiteQueens;
-    case KIND_ROOK: return b.m_nWhiteRooks;
-    case KIND_BISHOP: return b.m_nWhiteBishops;
-    case KIND_KNIGHT: return b.m_nWhiteKnights;
-    default: return b.m_nWhitePawns;
+    case KIND_QUEEN:
+        return b.m_nWhiteQueens;
+    case KIND_ROOK:
+        return b.m_nWhiteRooks;
+    case KIND_BISHOP:
+        return b.m_nWhiteBishops;
+    case KIND_KNIGHT:
+        return b.m_nWhiteKnights;
+    default:
+        return b.m_nWhitePawns;
     }
 }
 
 uint8_t& blackCount(TChessboard& b, int kind) {
     switch (kind) {
-    case KIND_QUEEN: return b.m_nBlackQueens;
-    case KIND_ROOK: return b.m_nBlackRooks;
-    case KIND_BISHOP: return b.m_nBlackBishops;
-    case KIND_KNIGHT: return b.m_nBlackKnights;
-    default: return b.m_nBlackPawns;
+    case KIND_QUEEN:
+        return b.m_nBlackQueens;
+    case KIND_ROOK:
+        return b.m_nBlackRooks;
+    case KIND_BISHOP:
+        return b.m_nBlackBishops;
+    case KIND_KNIGHT:
+        return b.m_nBlackKnights;
+    default:
+        return b.m_nBlackPawns;
     }
 }
 
@@ -40,11 +50,20 @@ uint8_t& blackCount(TChessboard& b, int kind) {
 void moveInWhiteLists(TChessboard& b, int kind, int from, int to) {
     const auto target = static_cast<uint8_t>(to);
     switch (kind) {
-    case KIND_QUEEN: b.m_cWhiteQueen = target; break;
-    case KIND_ROOK: b.m_aWhiteRooks[b.m_aWhiteRooks[0] == from ? 0 : 1] = target; break;
-    case KIND_BISHOP: b.m_aWhiteBishops[b.m_aWhiteBishops[0] == from ? 0 : 1] = target; break;
-    case KIND_KNIGHT: b.m_aWhiteKnights[b.m_aWhiteKnights[0] == from ? 0 : 1] = target; break;
-    default: break;
+    case KIND_QUEEN:
+        b.m_cWhiteQueen = target;
+        break;
+    case KIND_ROOK:
+        b.m_aWhiteRooks[b.m_aWhiteRooks[0] == from ? 0 : 1] = target;
+        break;
+    case KIND_BISHOP:
+        b.m_aWhiteBishops[b.m_aWhiteBishops[0] == from ? 0 : 1] = target;
+        break;
+    case KIND_KNIGHT:
+        b.m_aWhiteKnights[b.m_aWhiteKnights[0] == from ? 0 : 1] = target;
+        break;
+    default:
+        break;
     }
 }
 
@@ -53,13 +72,22 @@ void addToWhiteLists(TChessboard& b, int kind, int square) {
     const auto sq = static_cast<uint8_t>(square);
     switch (kind) {
     case KIND_QUEEN:
-        if (b.m_nWhiteQueens == 1) { b.m_cWhiteQueen = sq; return; }
+        if (b.m_nWhiteQueens == 1) {
+            b.m_cWhiteQueen = sq;
+            return;
+        }
         break;
     case KIND_ROOK:
-        if (b.m_nWhiteRooks <= 2) { b.m_aWhiteRooks[b.m_nWhiteRooks - 1] = sq; return; }
+        if (b.m_nWhiteRooks <= 2) {
+            b.m_aWhiteRooks[b.m_nWhiteRooks - 1] = sq;
+            return;
+        }
         break;
     case KIND_KNIGHT:
-        if (b.m_nWhiteKnights <= 2) { b.m_aWhiteKnights[b.m_nWhiteKnights - 1] = sq; return; }
+        if (b.m_nWhiteKnights <= 2) {
+            b.m_aWhiteKnights[b.m_nWhiteKnights - 1] = sq;
+            return;
+        }
         break;
     case KIND_BISHOP:
         if (b.m_nWhiteBishops == 1 ||
@@ -79,11 +107,20 @@ void addToWhiteLists(TChessboard& b, int kind, int square) {
 void removeFromWhiteLists(TChessboard& b, int kind, int square) {
     uint8_t* slots = nullptr;
     switch (kind) {
-    case KIND_QUEEN: b.m_cWhiteQueen = NO_SQUARE; return;
-    case KIND_ROOK: slots = b.m_aWhiteRooks; break;
-    case KIND_BISHOP: slots = b.m_aWhiteBishops; break;
-    case KIND_KNIGHT: slots = b.m_aWhiteKnights; break;
-    default: return;
+    case KIND_QUEEN:
+        b.m_cWhiteQueen = NO_SQUARE;
+        return;
+    case KIND_ROOK:
+        slots = b.m_aWhiteRooks;
+        break;
+    case KIND_BISHOP:
+        slots = b.m_aWhiteBishops;
+        break;
+    case KIND_KNIGHT:
+        slots = b.m_aWhiteKnights;
+        break;
+    default:
+        return;
     }
     if (slots[0] == square) slots[0] = slots[1];
     slots[1] = NO_SQUARE;
@@ -92,7 +129,8 @@ void removeFromWhiteLists(TChessboard& b, int kind, int square) {
 // Whether the man on `square` arrived there by a black promotion.
 bool arrivedByBlackPromotion(const TChessboard& b, int square) {
     for (const TChessboard* p = b.m_pParent; p && p->m_pParent; p = p->m_pParent)
-        if (p->m_LastMove.to == square) return p->m_LastMove.promotionKind() != 0 && isBlack(p->m_aSquares[square]);
+        if (p->m_LastMove.to == square)
+            return p->m_LastMove.promotionKind() != 0 && isBlack(p->m_aSquares[square]);
     return false;
 }
 
@@ -142,7 +180,8 @@ bool knightsLineRefused(TChessboard& b) {
 inline bool promotionSound(int kind, int promotion, int to, int lastRow) {
     if (kind != KIND_PAWN) return promotion == 0;
     if (rowOf(to) != lastRow) return promotion == 0;
-    return promotion == KIND_QUEEN || promotion == KIND_ROOK || promotion == KIND_BISHOP || promotion == KIND_KNIGHT;
+    return promotion == KIND_QUEEN || promotion == KIND_ROOK || promotion == KIND_BISHOP ||
+           promotion == KIND_KNIGHT;
 }
 
 // The watched squares follow their black men; a taken man frees its slot.
@@ -167,9 +206,13 @@ int CountBlackKingFlights(const TChessboard& b, int limit) {
     return flights < limit ? flights : limit;
 }
 
-bool BlackKingHasFlight(const TChessboard& b) { return CountBlackKingFlights(b, 1) > 0; }
+bool BlackKingHasFlight(const TChessboard& b) {
+    return CountBlackKingFlights(b, 1) > 0;
+}
 
-bool BlackHasLegalMove(TChessboard& b) { return BlackKingHasFlight(b) || BlackManAnswersCheck(b); }
+bool BlackHasLegalMove(TChessboard& b) {
+    return BlackKingHasFlight(b) || BlackManAnswersCheck(b);
+}
 
 bool BlackManAnswersCheck(TChessboard& b) {
     if (b.m_cBlackChecker == DOUBLE_CHECK) return false;
@@ -218,8 +261,10 @@ bool MakeWhiteMove(TChessboard& b, TMove& m) {
         ++whiteCount(b, promotion);
         if (b.m_bWhiteListsValid) addToWhiteLists(b, promotion, to);
         if (promotion == KIND_QUEEN) b.m_wFlags2 |= FLAGS2_WHITE_QUEEN_PROMOTED;
-        if (promotion & KIND_ROOK) b.m_wFlags &= static_cast<uint16_t>(~FLAG_WEAK_WHITE);
-        else if (b.m_wFlags & FLAG_WEAK_WHITE) UpdateWeakWhiteFlag(b);
+        if (promotion & KIND_ROOK)
+            b.m_wFlags &= static_cast<uint16_t>(~FLAG_WEAK_WHITE);
+        else if (b.m_wFlags & FLAG_WEAK_WHITE)
+            UpdateWeakWhiteFlag(b);
     } else {
         s[to] = mover;
     }
@@ -258,7 +303,8 @@ bool MakeWhiteMove(TChessboard& b, TMove& m) {
         --blackCount(b, capturedKind);
         noteBlackCapture(b, captured, captureSquare);
         const int promotions = b.m_wFlags2 & FLAGS2_BLACK_PROMOTIONS;
-        if (capturedKind != KIND_PAWN && (promotions == 1 || promotions == 2) && arrivedByBlackPromotion(b, to))
+        if (capturedKind != KIND_PAWN && (promotions == 1 || promotions == 2) &&
+            arrivedByBlackPromotion(b, to))
             --b.m_wFlags2;
         if (b.blackMenBesideKing() == 0) b.m_wFlags |= FLAG_BLACK_BARE_KING;
         if (weakWhiteFlagMayChange(b)) UpdateWeakWhiteFlag(b);
@@ -269,13 +315,15 @@ bool MakeWhiteMove(TChessboard& b, TMove& m) {
     if ((b.m_wFlags & FLAG_BLACK_BARE_KING) && bareKingHopeless(b)) return false;
 
     // 9. The wrong bishop and the rook's pawn.
-    if (promotion) UpdateWrongBishopFlag(b);
+    if (promotion)
+        UpdateWrongBishopFlag(b);
     else if ((b.m_wFlags2 & FLAGS2_WRONG_BISHOP) && kind == KIND_PAWN && colOf(to) != colOf(from))
         b.m_wFlags2 &= static_cast<uint16_t>(~FLAGS2_WRONG_BISHOP);
 
     // 10. Record the move, find the check on Black.
     b.m_LastMove = m;
-    if (b.m_shPliesLeft != 0) b.m_cBlackChecker = FindCheck<true>(b, from, to, enPassant ? captureSquare : -1, rookTo);
+    if (b.m_shPliesLeft != 0)
+        b.m_cBlackChecker = FindCheck<true>(b, from, to, enPassant ? captureSquare : -1, rookTo);
     --b.m_shPliesLeft;
 
     // 12. Knights alone against a bare king.
@@ -309,7 +357,8 @@ int MakeBlackMove(TChessboard& b, TMove& m, bool bLegal) {
     }
     m.enPassant = enPassant;
     const uint8_t promotion = m.promotion & KIND_MASK;
-    if ((promotion || kind == KIND_PAWN) && !promotionSound(kind, promotion, to, 0)) return BLACK_MOVE_ILLEGAL;
+    if ((promotion || kind == KIND_PAWN) && !promotionSound(kind, promotion, to, 0))
+        return BLACK_MOVE_ILLEGAL;
 
     if (kind == KIND_KING && absInt(colOf(to) - colOf(from)) >= 2) {
         const TChessboard& before = b.m_pParent ? *b.m_pParent : b;
@@ -335,8 +384,10 @@ int MakeBlackMove(TChessboard& b, TMove& m, bool bLegal) {
         const int capturedKind = captured & KIND_MASK;
         --whiteCount(b, capturedKind);
         noteWhiteCapture(b, captured, captureSquare);
-        if (b.m_bWhiteListsValid) removeFromWhiteLists(b, capturedKind, captureSquare);
-        else if (WhiteListsPossible(b)) RebuildWhiteLists(b);
+        if (b.m_bWhiteListsValid)
+            removeFromWhiteLists(b, capturedKind, captureSquare);
+        else if (WhiteListsPossible(b))
+            RebuildWhiteLists(b);
         UpdateWrongBishopFlag(b);
     }
 

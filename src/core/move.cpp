@@ -11,19 +11,28 @@ namespace zorvane {
 
 namespace {
 
-bool isAsciiLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
+bool isAsciiLetter(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
 
 } // namespace
 
 char FigureLetter(uint8_t kind) {
     switch (kind & KIND_MASK) {
-    case KIND_KING: return 'K';
-    case KIND_PAWN: return ' ';
-    case KIND_BISHOP: return 'B';
-    case KIND_ROOK: return 'R';
-    case KIND_QUEEN: return 'Q';
-    case KIND_KNIGHT: return 'N';
-    default: return 'E';
+    case KIND_KING:
+        return 'K';
+    case KIND_PAWN:
+        return ' ';
+    case KIND_BISHOP:
+        return 'B';
+    case KIND_ROOK:
+        return 'R';
+    case KIND_QUEEN:
+        return 'Q';
+    case KIND_KNIGHT:
+        return 'N';
+    default:
+        return 'E';
     }
 }
 
@@ -64,7 +73,8 @@ TMove ParseMove(const std::string& rawText, bool whiteToMove) {
     // 2. A blank at either end trims both ends.
     std::string text = rawText;
     const auto first = text.find_first_not_of(' ');
-    text = first == std::string::npos ? std::string() : text.substr(first, text.find_last_not_of(' ') - first + 1);
+    text = first == std::string::npos ? std::string()
+                                      : text.substr(first, text.find_last_not_of(' ') - first + 1);
 
     // 3. Castling, recognised by length and content.
     TMove move;
@@ -82,8 +92,10 @@ TMove ParseMove(const std::string& rawText, bool whiteToMove) {
     }
     // 5. Six bytes carry the piece letter in front, which is not read.
     size_t pos = 0;
-    if (length == 6) pos = 1;
-    else if (length != 5) throw ChessException("Improper string length");
+    if (length == 6)
+        pos = 1;
+    else if (length != 5)
+        throw ChessException("Improper string length");
     // 6. Letters at 0 and 3, digits at 1 and 4; the separator is not looked at.
     //    A letter or digit off the board gets the same message, so that no
     //    caller ever sees a square above 63.

@@ -35,11 +35,16 @@ struct PawnAimsAtKing {
     bool operator()(int to, uint8_t promotion) const {
         const int dc = absInt(kingCol - colOf(to)), dr = kingRow - rowOf(to);
         switch (promotion) {
-        case 0: return dc == 1 && dr == 1;
-        case KIND_KNIGHT: return dc * absInt(dr) == 2;
-        case KIND_BISHOP: return dc == absInt(dr);
-        case KIND_ROOK: return dc == 0 || dr == 0;
-        default: return dc == 0 || dr == 0 || dc == absInt(dr);
+        case 0:
+            return dc == 1 && dr == 1;
+        case KIND_KNIGHT:
+            return dc * absInt(dr) == 2;
+        case KIND_BISHOP:
+            return dc == absInt(dr);
+        case KIND_ROOK:
+            return dc == 0 || dr == 0;
+        default:
+            return dc == 0 || dr == 0 || dc == absInt(dr);
         }
     }
 };
@@ -143,13 +148,17 @@ inline void pawnMoves(const TChessboard& b, int from, TMove* out, int& n, Keep k
     }
     if (colOf(from) > 0) {
         const int to = from + S::lowerCapture;
-        if (s[to] & S::enemy) pushPawnMove<White>(out, n, from, to, keep);
-        else if (enPassantPossible<White>(b, from, from - 1)) push(out, n, from, to);
+        if (s[to] & S::enemy)
+            pushPawnMove<White>(out, n, from, to, keep);
+        else if (enPassantPossible<White>(b, from, from - 1))
+            push(out, n, from, to);
     }
     if (colOf(from) < 7) {
         const int to = from + S::higherCapture;
-        if (s[to] & S::enemy) pushPawnMove<White>(out, n, from, to, keep);
-        else if (enPassantPossible<White>(b, from, from + 1)) push(out, n, from, to);
+        if (s[to] & S::enemy)
+            pushPawnMove<White>(out, n, from, to, keep);
+        else if (enPassantPossible<White>(b, from, from + 1))
+            push(out, n, from, to);
     }
 }
 
@@ -161,15 +170,20 @@ template <bool White> int manMoves(const TChessboard& b, int square, TMove* out)
         kingSteps<White>(s, square, out, n);
         castlings<White>(b, square, out, n);
         break;
-    case (White ? WP : BP): pawnMoves<White>(b, square, out, n); break;
-    case (White ? WB : BB): bishopMoves<White>(s, square, out, n); break;
-    case (White ? WR : BR): rookMoves<White>(s, square, out, n); break;
+    case (White ? WP : BP): pawnMoves<White>(b, square, out, n);
+        break;
+    case (White ? WB : BB): bishopMoves<White>(s, square, out, n);
+        break;
+    case (White ? WR : BR): rookMoves<White>(s, square, out, n);
+        break;
     case (White ? WQ : BQ):
         rookMoves<White>(s, square, out, n);
         bishopMoves<White>(s, square, out, n);
         break;
-    case (White ? WN : BN): knightMoves<White>(s, square, out, n); break;
-    default: break;
+    case (White ? WN : BN): knightMoves<White>(s, square, out, n);
+        break;
+    default:
+        break;
     }
     return n;
 }
@@ -192,13 +206,17 @@ template <bool White> int evasions(const TChessboard& b, TMove* out) {
 
     // Captures of the checker, by every man but the king.
     TSquareList list;
-    if constexpr (White) WhiteAttackers(b, colOf(checker), rowOf(checker), &list);
-    else BlackAttackers(b, colOf(checker), rowOf(checker), &list);
+    if constexpr (White)
+        WhiteAttackers(b, colOf(checker), rowOf(checker), &list);
+    else
+        BlackAttackers(b, colOf(checker), rowOf(checker), &list);
     for (int i = 0; i < list.count; ++i) {
         const int from = squareOf(list.cols[i], list.rows[i]);
         if (from == king) continue;
-        if (s[from] == S::pawn) pushPawnMove<White>(out, n, from, checker);
-        else push(out, n, from, checker);
+        if (s[from] == S::pawn)
+            pushPawnMove<White>(out, n, from, checker);
+        else
+            push(out, n, from, checker);
     }
 
     // Interpositions on the squares between a checking slider and the king.
@@ -207,12 +225,16 @@ template <bool White> int evasions(const TChessboard& b, TMove* out) {
         const int step = LineStep(king, checker);
         for (int sq = king + step; sq != checker; sq += step) {
             TSquareList reaching;
-            if constexpr (White) WhiteMenReaching(b, colOf(sq), rowOf(sq), reaching);
-            else BlackMenReaching(b, colOf(sq), rowOf(sq), reaching);
+            if constexpr (White)
+                WhiteMenReaching(b, colOf(sq), rowOf(sq), reaching);
+            else
+                BlackMenReaching(b, colOf(sq), rowOf(sq), reaching);
             for (int i = 0; i < reaching.count; ++i) {
                 const int from = squareOf(reaching.cols[i], reaching.rows[i]);
-                if (s[from] == S::pawn) pushPawnMove<White>(out, n, from, sq);
-                else push(out, n, from, sq);
+                if (s[from] == S::pawn)
+                    pushPawnMove<White>(out, n, from, sq);
+                else
+                    push(out, n, from, sq);
             }
         }
     }
@@ -236,9 +258,14 @@ template <bool White> int evasions(const TChessboard& b, TMove* out) {
 int whiteCheckCandidates(const TChessboard& b, int from, TMove* out) {
     int n = 0;
     switch (b.m_aSquares[from]) {
-    case WK: castlings<true>(b, from, out, n); return n;
-    case WP: pawnMoves<true>(b, from, out, n, PawnAimsAtKing{b.m_cBlackKingCol, b.m_cBlackKingRow}); return n;
-    default: return manMoves<true>(b, from, out);
+    case WK:
+        castlings<true>(b, from, out, n);
+        return n;
+    case WP:
+        pawnMoves<true>(b, from, out, n, PawnAimsAtKing{b.m_cBlackKingCol, b.m_cBlackKingRow});
+        return n;
+    default:
+        return manMoves<true>(b, from, out);
     }
 }
 
@@ -248,12 +275,24 @@ int GenerateWhiteCheckCandidates(const TChessboard& b, int square, bool screensK
     return screensKing ? manMoves<true>(b, square, out) : whiteCheckCandidates(b, square, out);
 }
 
-int GenerateWhiteManMoves(const TChessboard& b, int square, TMove* out) { return manMoves<true>(b, square, out); }
-int GenerateBlackManMoves(const TChessboard& b, int square, TMove* out) { return manMoves<false>(b, square, out); }
-int GenerateWhiteMoves(const TChessboard& b, TMove* out) { return allMoves<true>(b, out); }
-int GenerateBlackMoves(const TChessboard& b, TMove* out) { return allMoves<false>(b, out); }
-int GenerateWhiteEvasions(const TChessboard& b, TMove* out) { return evasions<true>(b, out); }
-int GenerateBlackEvasions(const TChessboard& b, TMove* out) { return evasions<false>(b, out); }
+int GenerateWhiteManMoves(const TChessboard& b, int square, TMove* out) {
+    return manMoves<true>(b, square, out);
+}
+int GenerateBlackManMoves(const TChessboard& b, int square, TMove* out) {
+    return manMoves<false>(b, square, out);
+}
+int GenerateWhiteMoves(const TChessboard& b, TMove* out) {
+    return allMoves<true>(b, out);
+}
+int GenerateBlackMoves(const TChessboard& b, TMove* out) {
+    return allMoves<false>(b, out);
+}
+int GenerateWhiteEvasions(const TChessboard& b, TMove* out) {
+    return evasions<true>(b, out);
+}
+int GenerateBlackEvasions(const TChessboard& b, TMove* out) {
+    return evasions<false>(b, out);
+}
 
 int GenerateWhiteMovesOrEvasions(const TChessboard& b, TMove* out) {
     return b.m_cWhiteChecker >= 0 ? evasions<true>(b, out) : allMoves<true>(b, out);

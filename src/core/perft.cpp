@@ -24,6 +24,8 @@ uint64_t perftNode(const TChessboard& b, int depth) {
 
 } // namespace
 
-uint64_t Perft(const TChessboard& root, int depth) { return depth <= 0 ? 1 : perftNode(root, depth); }
+uint64_t Perft(const TChessboard& root, int depth) {
+    return depth <= 0 ? 1 : perftNode(root, depth);
+}
 
 } // namespace zorvane

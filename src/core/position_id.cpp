@@ -21,7 +21,9 @@ void appendBit(TChessboardId& id, int bit) {
     ++id.m_nBits;
 }
 
-int bitAt(const TChessboardId& id, int index) { return (id.m_aBits[index >> 3] >> (index & 7)) & 1; }
+int bitAt(const TChessboardId& id, int index) {
+    return (id.m_aBits[index >> 3] >> (index & 7)) & 1;
+}
 
 char alphanumChar(int value, int width) {
     if (value < 10) return static_cast<char>('0' + value);
@@ -34,11 +36,16 @@ char alphanumChar(int value, int width) {
 
 int alphanumValue(char c, int width) {
     int value = -1;
-    if (c >= '0' && c <= '9') value = c - '0';
-    else if (c >= 'a' && c <= 'z') value = c - 'a' + 10;
-    else if (c >= 'A' && c <= 'Z') value = c - 'A' + 36;
-    else if (c == '(') value = 62;
-    else if (c == ')') value = 63;
+    if (c >= '0' && c <= '9')
+        value = c - '0';
+    else if (c >= 'a' && c <= 'z')
+        value = c - 'a' + 10;
+    else if (c >= 'A' && c <= 'Z')
+        value = c - 'A' + 36;
+    else if (c == '(')
+        value = 62;
+    else if (c == ')')
+        value = 63;
     return value < (1 << width) ? value : -1;
 }
 
@@ -107,9 +114,17 @@ void SquaresFromChessboardId(const TChessboardId& id, uint8_t squares[64]) {
     }
 }
 
-std::string ToAlphanum6(const TChessboardId& id) { return toAlphanum(id, 6); }
-std::string ToAlphanum5(const TChessboardId& id) { return toAlphanum(id, 5); }
-bool ChessboardIdFromAlphanum6(const std::string& text, TChessboardId& id) { return fromAlphanum(text, id, 6); }
-bool ChessboardIdFromAlphanum5(const std::string& text, TChessboardId& id) { return fromAlphanum(text, id, 5); }
+std::string ToAlphanum6(const TChessboardId& id) {
+    return toAlphanum(id, 6);
+}
+std::string ToAlphanum5(const TChessboardId& id) {
+    return toAlphanum(id, 5);
+}
+bool ChessboardIdFromAlphanum6(const std::string& text, TChessboardId& id) {
+    return fromAlphanum(text, id, 6);
+}
+bool ChessboardIdFromAlphanum5(const std::string& text, TChessboardId& id) {
+    return fromAlphanum(text, id, 5);
+}
 
 } // namespace zorvane

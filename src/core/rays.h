@@ -4,13 +4,20 @@
 namespace zorvane {
 
 template <int Step> constexpr bool CanStep(int sq) {
-    if constexpr (Step == 8) return sq < 56;
-    else if constexpr (Step == -8) return sq >= 8;
-    else if constexpr (Step == 1) return (sq & 7) != 7;
-    else if constexpr (Step == -1) return (sq & 7) != 0;
-    else if constexpr (Step == 9) return (sq & 7) != 7 && sq < 56;
-    else if constexpr (Step == 7) return (sq & 7) != 0 && sq < 56;
-    else if constexpr (Step == -7) return (sq & 7) != 7 && sq >= 8;
+    if constexpr (Step == 8)
+        return sq < 56;
+    else if constexpr (Step == -8)
+        return sq >= 8;
+    else if constexpr (Step == 1)
+        return (sq & 7) != 7;
+    else if constexpr (Step == -1)
+        return (sq & 7) != 0;
+    else if constexpr (Step == 9)
+        return (sq & 7) != 7 && sq < 56;
+    else if constexpr (Step == 7)
+        return (sq & 7) != 0 && sq < 56;
+    else if constexpr (Step == -7)
+        return (sq & 7) != 7 && sq >= 8;
     else {
         static_assert(Step == -9);
         return (sq & 7) != 0 && sq >= 8;
@@ -37,17 +44,27 @@ inline int LineStep(int from, int to) {
 // First occupied square from `sq` (exclusive) along a run-time step, or -1.
 inline int FirstManOnLine(const uint8_t* squares, int sq, int step) {
     switch (step) {
-    case 8: return FirstManOnRay<8>(squares, sq);
-    case -8: return FirstManOnRay<-8>(squares, sq);
-    case 1: return FirstManOnRay<1>(squares, sq);
-    case -1: return FirstManOnRay<-1>(squares, sq);
-    case 9: return FirstManOnRay<9>(squares, sq);
-    case 7: return FirstManOnRay<7>(squares, sq);
-    case -7: return FirstManOnRay<-7>(squares, sq);
-    default: return FirstManOnRay<-9>(squares, sq);
+    case 8:
+        return FirstManOnRay<8>(squares, sq);
+    case -8:
+        return FirstManOnRay<-8>(squares, sq);
+    case 1:
+        return FirstManOnRay<1>(squares, sq);
+    case -1:
+        return FirstManOnRay<-1>(squares, sq);
+    case 9:
+        return FirstManOnRay<9>(squares, sq);
+    case 7:
+        return FirstManOnRay<7>(squares, sq);
+    case -7:
+        return FirstManOnRay<-7>(squares, sq);
+    default:
+        return FirstManOnRay<-9>(squares, sq);
     }
 }
 
-inline bool IsDiagonalStep(int step) { return step == 9 || step == 7 || step == -7 || step == -9; }
+inline bool IsDiagonalStep(int step) {
+    return step == 9 || step == 7 || step == -7 || step == -9;
+}
 
 } // namespace zorvane

@@ -31,7 +31,9 @@ constexpr uint8_t EVERY_BIT = 0xFF;
 
 } // namespace
 
-SquareSet MenOfColour(const TChessboard& b, uint8_t colour) { return squaresWhere(b.m_aSquares, colour, colour); }
+SquareSet MenOfColour(const TChessboard& b, uint8_t colour) {
+    return squaresWhere(b.m_aSquares, colour, colour);
+}
 
 BoardSets BoardSets::Of(const TChessboard& b) {
     const uint8_t* squares = b.m_aSquares;

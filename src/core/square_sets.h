@@ -12,7 +12,9 @@ namespace zorvane {
 
 using SquareSet = uint64_t;
 
-constexpr SquareSet SquareBit(int square) { return SquareSet{1} << square; }
+constexpr SquareSet SquareBit(int square) {
+    return SquareSet{1} << square;
+}
 
 namespace square_set_detail {
 
@@ -48,19 +50,32 @@ constexpr int KNIGHT_ROWS[8] = {2, 1, -1, -2, -2, -1, 1, 2};
 } // namespace square_set_detail
 
 // Rays in the directions up, down, right, left, up-right, up-left, down-right, down-left.
-enum RayDirection { RAY_UP, RAY_DOWN, RAY_RIGHT, RAY_LEFT, RAY_UP_RIGHT, RAY_UP_LEFT, RAY_DOWN_RIGHT, RAY_DOWN_LEFT };
+enum RayDirection {
+    RAY_UP,
+    RAY_DOWN,
+    RAY_RIGHT,
+    RAY_LEFT,
+    RAY_UP_RIGHT,
+    RAY_UP_LEFT,
+    RAY_DOWN_RIGHT,
+    RAY_DOWN_LEFT
+};
 
 inline constexpr std::array<std::array<SquareSet, 64>, 8> RAYS = [] {
     std::array<std::array<SquareSet, 64>, 8> rays{};
     for (int direction = 0; direction < 8; ++direction)
-        for (int square = 0; square < 64; ++square) rays[direction][square] = square_set_detail::ray(square, direction);
+        for (int square = 0; square < 64; ++square)
+            rays[direction][square] = square_set_detail::ray(square, direction);
     return rays;
 }();
 
-inline constexpr std::array<SquareSet, 64> KNIGHT_REACH = square_set_detail::table(
-    [](int square) { return square_set_detail::jumps(square, square_set_detail::KNIGHT_COLS, square_set_detail::KNIGHT_ROWS); });
-inline constexpr std::array<SquareSet, 64> KING_REACH = square_set_detail::table(
-    [](int square) { return square_set_detail::jumps(square, square_set_detail::DIRECTION_COL, square_set_detail::DIRECTION_ROW); });
+inline constexpr std::array<SquareSet, 64> KNIGHT_REACH = square_set_detail::table([](int square) {
+    return square_set_detail::jumps(square, square_set_detail::KNIGHT_COLS, square_set_detail::KNIGHT_ROWS);
+});
+inline constexpr std::array<SquareSet, 64> KING_REACH = square_set_detail::table([](int square) {
+    return square_set_detail::jumps(square, square_set_detail::DIRECTION_COL,
+                                    square_set_detail::DIRECTION_ROW);
+});
 // The squares from which a white pawn attacks the square.
 inline constexpr std::array<SquareSet, 64> WHITE_PAWN_ATTACKERS = square_set_detail::table([](int square) {
     SquareSet set = 0;
@@ -76,8 +91,9 @@ inline constexpr std::array<SquareSet, 64> BLACK_PAWN_ATTACKERS = square_set_det
     return set;
 });
 // Whole lines through a square, the square itself left out.
-inline constexpr std::array<SquareSet, 64> LINES = square_set_detail::table(
-    [](int square) { return RAYS[RAY_UP][square] | RAYS[RAY_DOWN][square] | RAYS[RAY_RIGHT][square] | RAYS[RAY_LEFT][square]; });
+inline constexpr std::array<SquareSet, 64> LINES = square_set_detail::table([](int square) {
+    return RAYS[RAY_UP][square] | RAYS[RAY_DOWN][square] | RAYS[RAY_RIGHT][square] | RAYS[RAY_LEFT][square];
+});
 inline constexpr std::array<SquareSet, 64> DIAGONALS = square_set_detail::table([](int square) {
     return RAYS[RAY_UP_RIGHT][square] | RAYS[RAY_UP_LEFT][square] | RAYS[RAY_DOWN_RIGHT][square] |
            RAYS[RAY_DOWN_LEFT][square];
@@ -192,7 +208,8 @@ struct BoardSets {
     // The White men that attack `square`, with `men` in the way.
     SquareSet WhiteAttackers(int square, SquareSet men) const {
         return (KNIGHT_REACH[square] & whiteKnights) | (KING_REACH[square] & whiteKing) |
-               (WHITE_PAWN_ATTACKERS[square] & whitePawns) | SlidersReaching(square, men, whiteLine, whiteDiagonal);
+               (WHITE_PAWN_ATTACKERS[square] & whitePawns) |
+               SlidersReaching(square, men, whiteLine, whiteDiagonal);
     }
 
     // The sets after a White man of `kind` goes from `from` to `to`, becoming
@@ -204,17 +221,27 @@ struct BoardSets {
         after.occupied = (occupied & gone) | arrived;
         after.black &= ~arrived;
         switch (kind) {
-        case KIND_KING: after.whiteKing = arrived; return after;
-        case KIND_KNIGHT: after.whiteKnights = (whiteKnights & gone) | arrived; return after;
-        case KIND_PAWN: after.whitePawns &= gone; break;
+        case KIND_KING:
+            after.whiteKing = arrived;
+            return after;
+        case KIND_KNIGHT:
+            after.whiteKnights = (whiteKnights & gone) | arrived;
+            return after;
+        case KIND_PAWN:
+            after.whitePawns &= gone;
+            break;
         default:
             after.whiteDiagonal &= gone;
             after.whiteLine &= gone;
             break;
         }
         switch (newKind) {
-        case KIND_PAWN: after.whitePawns |= arrived; break;
-        case KIND_KNIGHT: after.whiteKnights |= arrived; break;
+        case KIND_PAWN:
+            after.whitePawns |= arrived;
+            break;
+        case KIND_KNIGHT:
+            after.whiteKnights |= arrived;
+            break;
         default:
             if (newKind & KIND_BISHOP) after.whiteDiagonal |= arrived;
             if (newKind & KIND_ROOK) after.whiteLine |= arrived;
@@ -228,11 +255,11 @@ struct BoardSets {
 // as blocked still takes, but may not step straight on.
 struct BlackMen {
     SquareSet king = 0;
-    SquareSet pawns = 0;        // every pawn, marked or not
-    SquareSet freePawns = 0;    // the pawns that may step straight on
+    SquareSet pawns = 0;     // every pawn, marked or not
+    SquareSet freePawns = 0; // the pawns that may step straight on
     SquareSet knights = 0;
-    SquareSet diagonal = 0;     // bishops and queens
-    SquareSet line = 0;         // rooks and queens
+    SquareSet diagonal = 0; // bishops and queens
+    SquareSet line = 0;     // rooks and queens
 
     static BlackMen Of(const TChessboard& b);
 

@@ -51,7 +51,8 @@ Command AnswerCommand(SolveJob& job, const TThreadContext& ctx, int n, TMove* mo
                     std::swap(moves[index], moves[index - 1]);
                 } else if (job.m_nCommandMode == 2) {
                     const TMove interrupted = moves[index - 1];
-                    std::memmove(moves + index - 1, moves + index, sizeof(TMove) * static_cast<size_t>(count - index));
+                    std::memmove(moves + index - 1, moves + index,
+                                 sizeof(TMove) * static_cast<size_t>(count - index));
                     moves[count - 1] = interrupted;
                 }
                 --index;

@@ -32,9 +32,12 @@ inline bool CommandEndsStep(SolveJob& job, const TThreadContext& ctx, int n, TMo
                             int& index, int8_t& result) {
     for (;;) {
         switch (PollCommand(job, ctx, n, moves, count, index, result)) {
-        case Command::Go: return false;
-        case Command::Return: return true;
-        case Command::Jumped: break;
+        case Command::Go:
+            return false;
+        case Command::Return:
+            return true;
+        case Command::Jumped:
+            break;
         }
     }
 }

@@ -77,7 +77,8 @@ bool repeatedTwice(const TChessboard& child) {
 // before all others, then the men square by square from a1, skipping `skip`.
 // The strong move of the depth, when `first` has it, is put at the front.
 template <bool White>
-int nextManStage(const TChessboard& b, TMove* moves, int first, int skip, int& nextSquare, const TMove& strong) {
+int nextManStage(const TChessboard& b, TMove* moves, int first, int skip, int& nextSquare,
+                 const TMove& strong) {
     auto generate = [&](int square) {
         return White ? GenerateWhiteManMoves(b, square, moves) : GenerateBlackManMoves(b, square, moves);
     };
@@ -158,7 +159,8 @@ template <class Config> int8_t Steps<Config>::whiteStep(TChessboard& b, bool bPr
         }
     }
     // 4. The regular visit to the outside world.
-    if ((n & 15) == 9 && (n == 9 || pliesDone >= 9) && job.callbacks.onProgress) job.callbacks.onProgress(ctx);
+    if ((n & 15) == 9 && (n == 9 || pliesDone >= 9) && job.callbacks.onProgress)
+        job.callbacks.onProgress(ctx);
 
     // 5. The moves, by stages: one man at a time from a1 at moderate depths, so
     // that a mate by the first men costs no generation of the rest; in check
@@ -202,52 +204,54 @@ template <class Config> int8_t Steps<Config>::whiteStep(TChessboard& b, bool bPr
             break;
         }
         ctx.m_aMoveCount[n] = static_cast<uint8_t>(count);
-    for (int i = 0; i < count; ++i) {
-        // 7. Command word, then the move.
-        if (int8_t commanded; CommandEndsStep(job, ctx, n, moves, count, i, commanded)) return commanded;
-        ctx.m_aMoveIndex[n] = static_cast<uint8_t>(i);
-        CopyToChild(child, b);
-        if (!MakeWhiteMove(child, moves[i])) continue;
+        for (int i = 0; i < count; ++i) {
+            // 7. Command word, then the move.
+            if (int8_t commanded; CommandEndsStep(job, ctx, n, moves, count, i, commanded)) return commanded;
+            ctx.m_aMoveIndex[n] = static_cast<uint8_t>(i);
+            CopyToChild(child, b);
+            if (!MakeWhiteMove(child, moves[i])) continue;
 
-        // 8. A repeated position is not searched again.
-        if (const int first = repetitionOf(child, job.m_shRepetitionLimit)) {
-            const bool skip = !job.m_bSafeMode ||
-                              (n >= SAFE_MODE_REPETITION_PLIES &&
-                               (!ctx.m_bForcedMate || n > FORCED_MATE_SINGLE_REPETITION_PLIES || repeatedTwice(child)));
-            if (skip) {
-                ctx.m_aRepetition[n] = std::max<uint16_t>(ctx.m_aRepetition[n], static_cast<uint16_t>(first));
-                ++repetitions;
-                continue;
+            // 8. A repeated position is not searched again.
+            if (const int first = repetitionOf(child, job.m_shRepetitionLimit)) {
+                const bool skip =
+                    !job.m_bSafeMode ||
+                    (n >= SAFE_MODE_REPETITION_PLIES &&
+                     (!ctx.m_bForcedMate || n > FORCED_MATE_SINGLE_REPETITION_PLIES || repeatedTwice(child)));
+                if (skip) {
+                    ctx.m_aRepetition[n] =
+                        std::max<uint16_t>(ctx.m_aRepetition[n], static_cast<uint16_t>(first));
+                    ++repetitions;
+                    continue;
+                }
             }
-        }
-        // 9. The heuristics' bets, then Black's step.
-        if constexpr (Config::kHeuristics) {
-            if (b.m_bPass == 1 && search_hooks::HeuristicsRejectChild<Config>(child)) {
+            // 9. The heuristics' bets, then Black's step.
+            if constexpr (Config::kHeuristics) {
+                if (b.m_bPass == 1 && search_hooks::HeuristicsRejectChild<Config>(child)) {
+                    ++doubtful;
+                    continue;
+                }
+            }
+            const int8_t result = blackStep(child);
+            if (result == RESULT_NO_MATE) continue;
+            if (result == RESULT_DOUBTFUL) {
                 ++doubtful;
                 continue;
             }
-        }
-        const int8_t result = blackStep(child);
-        if (result == RESULT_NO_MATE) continue;
-        if (result == RESULT_DOUBTFUL) {
-            ++doubtful;
-            continue;
-        }
-        if (result < RESULT_REFUTED_EARLY) {
-            ++repetitions;
-            continue;
-        }
-        if (result > 0) {
-            ctx.m_bRecaptured = moves[i].to == b.m_LastMove.to;
-            if constexpr (Config::kTemporaryRegister) {
-                // A line cut short by a stop or held by a pause proves nothing.
-                if (RegisterDepth(b, n) && job.m_nCommand.load(std::memory_order_relaxed) == COMMAND_RUN)
-                    search_hooks::StoreTemporaryRegister<Config>(b, RESULT_MATE);
+            if (result < RESULT_REFUTED_EARLY) {
+                ++repetitions;
+                continue;
             }
-            if constexpr (Config::kOrdering) ctx.m_aStrongMove[n] = moves[i];
-            return RESULT_MATE;
+            if (result > 0) {
+                ctx.m_bRecaptured = moves[i].to == b.m_LastMove.to;
+                if constexpr (Config::kTemporaryRegister) {
+                    // A line cut short by a stop or held by a pause proves nothing.
+                    if (RegisterDepth(b, n) && job.m_nCommand.load(std::memory_order_relaxed) == COMMAND_RUN)
+                        search_hooks::StoreTemporaryRegister<Config>(b, RESULT_MATE);
+                }
+                if constexpr (Config::kOrdering) ctx.m_aStrongMove[n] = moves[i];
+                return RESULT_MATE;
+            }
         }
-    }
     }
 
     // 10. Verdict.
@@ -286,7 +290,8 @@ template <class Config> int8_t Steps<Config>::blackStep(TChessboard& b) {
         std::this_thread::sleep_for(SUSPEND_POLL);
     }
     // 2. No plies left: mate or not.
-    if (n == 0) return b.m_cBlackChecker >= 0 && !BlackHasLegalMove(b) ? int8_t{RESULT_MATE} : int8_t{RESULT_NO_MATE};
+    if (n == 0)
+        return b.m_cBlackChecker >= 0 && !BlackHasLegalMove(b) ? int8_t{RESULT_MATE} : int8_t{RESULT_NO_MATE};
 
     // 3. Replies: all at once deeper down, ordered when ordering is on; one man
     // at a time near the leaves, where the first refutation usually ends the node.
@@ -361,7 +366,8 @@ template <class Config> int8_t Steps<Config>::blackStep(TChessboard& b) {
             if ((moves[i].promotion & KIND_MASK) && ctx.m_bRecaptured) {
                 int kept = i + 1;
                 for (int j = i + 1; j < count; ++j)
-                    if (moves[j].from != moves[i].from || moves[j].to != moves[i].to) moves[kept++] = moves[j];
+                    if (moves[j].from != moves[i].from || moves[j].to != moves[i].to)
+                        moves[kept++] = moves[j];
                 count = kept;
             }
         }
@@ -381,7 +387,8 @@ template <class Search> auto dispatch(const SolveJob& job, Search&& search) {
     return job.m_bMoveOrdering ? search(Steps<OrderedSearch>{}) : search(Steps<PlainSearch>{});
 }
 int8_t FindMate(TChessboard& position, bool bProbe) {
-    return dispatch(*position.m_pThread->m_pJob, [&](auto steps) { return steps.whiteStep(position, bProbe); });
+    return dispatch(*position.m_pThread->m_pJob,
+                    [&](auto steps) { return steps.whiteStep(position, bProbe); });
 }
 int8_t FindMateBlackStep(TChessboard& position) {
     return dispatch(*position.m_pThread->m_pJob, [&](auto steps) { return steps.blackStep(position); });

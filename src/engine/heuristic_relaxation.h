@@ -11,6 +11,8 @@ namespace zorvane {
 // The next, weaker set for the root's `m_uHeuristics`, or 0 when the pass
 // without heuristics comes next. No special heuristic is defined in this build
 // yet, so there is no weaker set to offer.
-inline uint32_t TryRelaxSpecialHeuristics(const TChessboard& /*root*/) { return 0; }
+inline uint32_t TryRelaxSpecialHeuristics(const TChessboard& /*root*/) {
+    return 0;
+}
 
 } // namespace zorvane

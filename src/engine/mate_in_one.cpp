@@ -43,25 +43,44 @@ SquareSet shieldsOfKing(int king, const BoardSets& sets, SquareSet own) {
 inline SquareSet between(int from, int to) {
     int direction;
     switch (LineStep(from, to)) {
-    case 8: direction = RAY_UP; break;
-    case -8: direction = RAY_DOWN; break;
-    case 1: direction = RAY_RIGHT; break;
-    case -1: direction = RAY_LEFT; break;
-    case 9: direction = RAY_UP_RIGHT; break;
-    case 7: direction = RAY_UP_LEFT; break;
-    case -7: direction = RAY_DOWN_RIGHT; break;
-    case -9: direction = RAY_DOWN_LEFT; break;
-    default: return 0;
+    case 8:
+        direction = RAY_UP;
+        break;
+    case -8:
+        direction = RAY_DOWN;
+        break;
+    case 1:
+        direction = RAY_RIGHT;
+        break;
+    case -1:
+        direction = RAY_LEFT;
+        break;
+    case 9:
+        direction = RAY_UP_RIGHT;
+        break;
+    case 7:
+        direction = RAY_UP_LEFT;
+        break;
+    case -7:
+        direction = RAY_DOWN_RIGHT;
+        break;
+    case -9:
+        direction = RAY_DOWN_LEFT;
+        break;
+    default:
+        return 0;
     }
     return RAYS[direction][from] & ~RAYS[direction][to] & ~SquareBit(to);
 }
 
 // The black men other than the king that could move to the empty `square`.
 inline SquareSet blackMenReaching(const BlackMen& black, int square, SquareSet occupied) {
-    SquareSet men = (KNIGHT_REACH[square] & black.knights) | SlidersReaching(square, occupied, black.line, black.diagonal);
+    SquareSet men = (KNIGHT_REACH[square] & black.knights) |
+                    SlidersReaching(square, occupied, black.line, black.diagonal);
     if (square < 56) {
         men |= black.freePawns & SquareBit(square + 8);
-        if (rowOf(square) == 4 && !(occupied & SquareBit(square + 8))) men |= black.freePawns & SquareBit(square + 16);
+        if (rowOf(square) == 4 && !(occupied & SquareBit(square + 8)))
+            men |= black.freePawns & SquareBit(square + 16);
     }
     return men;
 }
@@ -71,13 +90,15 @@ inline SquareSet blackMenReaching(const BlackMen& black, int square, SquareSet o
 // steps between. En passant is not looked at: the caller leaves a pawn's
 // double step to the maker. `knownCheckers`, when not empty, are the men that
 // give the check, as the caller knows them.
-bool unanswered(const BoardSets& after, const BlackMen& black, int king, int whiteKing, SquareSet knownCheckers) {
+bool unanswered(const BoardSets& after, const BlackMen& black, int king, int whiteKing,
+                SquareSet knownCheckers) {
     if (black.Attack(whiteKing, after.occupied)) return false;
     const SquareSet checkers = knownCheckers ? knownCheckers : after.WhiteAttackers(king, after.occupied);
     if (!checkers) return false;
     if (checkers & (checkers - 1)) return true;
     const int checker = __builtin_ctzll(checkers);
-    SquareSet answers = (KNIGHT_REACH[checker] & black.knights) | (BLACK_PAWN_ATTACKERS[checker] & black.pawns) |
+    SquareSet answers = (KNIGHT_REACH[checker] & black.knights) |
+                        (BLACK_PAWN_ATTACKERS[checker] & black.pawns) |
                         SlidersReaching(checker, after.occupied, black.line, black.diagonal);
     for (SquareSet squares = between(checker, king); squares && !answers; squares &= squares - 1)
         answers |= blackMenReaching(black, __builtin_ctzll(squares), after.occupied);
@@ -90,8 +111,9 @@ bool unanswered(const BoardSets& after, const BlackMen& black, int king, int whi
 // played: after a mate the black king stands in check and every square beside
 // him is his own man's or attacked.
 class MateFilter {
-public:
-    MateFilter(const TChessboard& b, const BoardSets& sets) : m_board(b), m_sets(sets), m_king(b.blackKing()) {}
+  public:
+    MateFilter(const TChessboard& b, const BoardSets& sets)
+        : m_board(b), m_sets(sets), m_king(b.blackKing()) {}
 
     // Castling and en passant move a second man; the sets do not follow them.
     bool Judges(const TMove& m) const {
@@ -124,7 +146,7 @@ public:
         return unanswered(after, m_black.Without(m.to), m_king, whiteKing, checks ? SquareBit(m.to) : 0);
     }
 
-private:
+  private:
     const TChessboard& m_board;
     const BoardSets& m_sets;
     const int m_king;
@@ -141,10 +163,14 @@ inline bool onOneLine(int a, int b) {
 // attack `square`, with `men` in the way.
 inline SquareSet attackingSquares(int kind, int square, SquareSet men) {
     switch (kind) {
-    case KIND_KNIGHT: return KNIGHT_REACH[square];
-    case KIND_BISHOP: return DiagonalReach(square, men);
-    case KIND_ROOK: return LineReach(square, men);
-    default: return LineReach(square, men) | DiagonalReach(square, men);
+    case KIND_KNIGHT:
+        return KNIGHT_REACH[square];
+    case KIND_BISHOP:
+        return DiagonalReach(square, men);
+    case KIND_ROOK:
+        return LineReach(square, men);
+    default:
+        return LineReach(square, men) | DiagonalReach(square, men);
     }
 }
 
@@ -239,7 +265,8 @@ bool FindMateInOne(TChessboard& b, TMove* mateMove) {
         } else {
             if (!filter.MayMate(move, checks, taken)) return false;
             CopyToChild(child, b);
-            if (!MakeWhiteMove(child, move) || child.m_cBlackChecker < 0 || BlackManAnswersCheck(child)) return false;
+            if (!MakeWhiteMove(child, move) || child.m_cBlackChecker < 0 || BlackManAnswersCheck(child))
+                return false;
         }
         if (mateMove) *mateMove = move;
         return true;

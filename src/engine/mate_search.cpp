@@ -21,8 +21,8 @@ MateKeys MateProof::FindKeys(const TChessboard& root, int moves) {
     request.options = m_options;
     Solver solver;
     const SolveResult solved = solver.Solve(m_problem, request);
-    return {solved.moves,     solved.texts, solved.keyPositions, solved.rootMoves,
-            solved.nodes,     solved.milliseconds, solved.stopped};
+    return {solved.moves, solved.texts,        solved.keyPositions, solved.rootMoves,
+            solved.nodes, solved.milliseconds, solved.stopped};
 }
 
 } // namespace zorvane

@@ -26,7 +26,7 @@ struct MateKeys {
 };
 
 class MateProof {
-public:
+  public:
     // Settings of the run: quick mode (repetitions pruned everywhere) unless
     // safe mode is asked for; the temporary register (used from 10 plies on)
     // and move ordering unless switched off. The register stays warm from one FindKeys to the next.
@@ -39,7 +39,7 @@ public:
     // the black king stands in check.
     MateKeys FindKeys(const TChessboard& root, int moves);
 
-private:
+  private:
     TChessProblem m_problem;
     SolveOptions m_options;
 };

@@ -40,21 +40,32 @@ constexpr int STRONG_REPLY_BONUS = -14;
 // Taking the man that White has just moved answers most of its ideas.
 constexpr int BLACK_RECAPTURE_KEY = -20;
 
-inline uint8_t& key(TMove& move) { return move.enPassant; }
-inline int8_t blackKey(const TMove& move) { return static_cast<int8_t>(move.enPassant); }
+inline uint8_t& key(TMove& move) {
+    return move.enPassant;
+}
+inline int8_t blackKey(const TMove& move) {
+    return static_cast<int8_t>(move.enPassant);
+}
 
 int manValue(uint8_t man) {
     switch (man & KIND_MASK) {
-    case KIND_QUEEN: return 9;
-    case KIND_ROOK: return 5;
+    case KIND_QUEEN:
+        return 9;
+    case KIND_ROOK:
+        return 5;
     case KIND_BISHOP:
-    case KIND_KNIGHT: return 3;
-    case KIND_PAWN: return 1;
-    default: return 0;
+    case KIND_KNIGHT:
+        return 3;
+    case KIND_PAWN:
+        return 1;
+    default:
+        return 0;
     }
 }
 
-int kingDistance(int a, int b) { return std::max(absInt(colOf(a) - colOf(b)), absInt(rowOf(a) - rowOf(b))); }
+int kingDistance(int a, int b) {
+    return std::max(absInt(colOf(a) - colOf(b)), absInt(rowOf(a) - rowOf(b)));
+}
 
 // Insertion sort by a key: lists are short, and it neither allocates nor
 // reorders equal keys, so node counts do not depend on the library.
@@ -98,7 +109,8 @@ int rankWhiteMove(const TChessboard& position, const TMove& move, TChessboard& c
         kingDistance(move.to, blackKing) > kingDistance(move.from, blackKing))
         rank += IDLE_KING_PENALTY;
     if (child.m_cBlackChecker < 0 && hanging(child, move.to)) rank += HANGING_PENALTY;
-    if ((mover & KIND_MASK) == KIND_KNIGHT) rank += kingDistance(move.to, blackKing) - kingDistance(move.from, blackKing);
+    if ((mover & KIND_MASK) == KIND_KNIGHT)
+        rank += kingDistance(move.to, blackKing) - kingDistance(move.from, blackKing);
     return std::clamp(rank, 1, int{WHITE_KEY_MAX_RANK});
 }
 
@@ -120,11 +132,13 @@ void MarkExpectedSortMove(std::vector<TMove>& expected, const TMove& first) {
     }
 }
 
-int SortWhiteMoves(const TChessboard& position, TMove* moves, int count, bool root, WhiteSortOutcome& outcome) {
+int SortWhiteMoves(const TChessboard& position, TMove* moves, int count, bool root,
+                   WhiteSortOutcome& outcome) {
     SolveJob* job = position.m_pThread ? position.m_pThread->m_pJob : nullptr;
     const int moveNumber = whiteMoveNumber(position);
-    const SortIndications* indications =
-        job && SortIndicationsApply(job->activeSortIndications, moveNumber) ? &job->activeSortIndications : nullptr;
+    const SortIndications* indications = job && SortIndicationsApply(job->activeSortIndications, moveNumber)
+                                             ? &job->activeSortIndications
+                                             : nullptr;
     TChessboard scratch = position;
     const int flightsBefore = CountBlackKingFlights(scratch);
     int removed = 0;
@@ -199,9 +213,12 @@ int SortBlackMoves(const TChessboard& position, TMove* moves, int count, const T
         if (moves[i].promotion & KIND_MASK) score += BLACK_PROMOTION_KEY;
         // Men that come near the white king tend to spoil White's plans.
         score -= 7 - kingDistance(moves[i].to, whiteKing);
-        if (score < -123) score = BLACK_KEY_FIRST;
-        else if (moves[i] == strongReply) score += STRONG_REPLY_KEY;
-        else if (strongReply.from == moves[i].from) score += STRONG_REPLY_BONUS;
+        if (score < -123)
+            score = BLACK_KEY_FIRST;
+        else if (moves[i] == strongReply)
+            score += STRONG_REPLY_KEY;
+        else if (strongReply.from == moves[i].from)
+            score += STRONG_REPLY_BONUS;
         moves[i].enPassant = static_cast<uint8_t>(static_cast<int8_t>(std::clamp(score, -128, 126)));
     }
     // 4. Sort by signed key and count off the illegal tail.

@@ -38,13 +38,14 @@ enum BlackSortResult : int {
 struct WhiteSortOutcome {
     bool mateFound = false; // a move of the list mates at once
     TMove mate;
-    int indicated = 0;      // moves marked for an indication with fewer than two moves done
+    int indicated = 0; // moves marked for an indication with fewer than two moves done
 };
 
 // Orders White's list of `position` and returns the new count: refused moves
 // form the tail and are counted off (at the root they get 127 and stay). The
 // sort indications of the problem and its stored key come first.
-int SortWhiteMoves(const TChessboard& position, TMove* moves, int count, bool root, WhiteSortOutcome& outcome);
+int SortWhiteMoves(const TChessboard& position, TMove* moves, int count, bool root,
+                   WhiteSortOutcome& outcome);
 
 // Orders Black's replies of `position`: each is played with its legality test,
 // illegal ones form the tail and are counted off. A reply that beats White at

@@ -34,7 +34,8 @@ inline bool RegisterEligible(const TChessboard& b) {
         if ((mover & KIND_MASK) == KIND_PAWN && absInt(rowOf(last.to) - rowOf(last.from)) == 2) {
             const uint8_t enemyPawn = isWhite(mover) ? BP : WP;
             const int col = colOf(last.to);
-            if ((col > 0 && b.m_aSquares[last.to - 1] == enemyPawn) || (col < 7 && b.m_aSquares[last.to + 1] == enemyPawn))
+            if ((col > 0 && b.m_aSquares[last.to - 1] == enemyPawn) ||
+                (col < 7 && b.m_aSquares[last.to + 1] == enemyPawn))
                 return false;
         }
     }

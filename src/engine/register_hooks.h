@@ -31,18 +31,21 @@ inline bool playStateAllows(const TChessboard& b) {
 } // namespace register_detail
 
 template <class Config> int8_t ProbeTemporaryRegister(const TChessboard& position) {
-    if (!register_detail::playStateAllows(position) || !RegisterEligible(position)) return RESULT_REFUTED_EARLY;
-    const uint8_t answer = position.m_pThread->m_pJob->m_pRegister->Lookup(position.m_shPliesLeft,
-                                                                    TChessboardRegisterItem::FromBoard(position));
-    return answer == 1 ? int8_t{RESULT_MATE} : answer == 0 ? int8_t{RESULT_NO_MATE} : int8_t{RESULT_REFUTED_EARLY};
+    if (!register_detail::playStateAllows(position) || !RegisterEligible(position))
+        return RESULT_REFUTED_EARLY;
+    const uint8_t answer = position.m_pThread->m_pJob->m_pRegister->Lookup(
+        position.m_shPliesLeft, TChessboardRegisterItem::FromBoard(position));
+    return answer == 1   ? int8_t{RESULT_MATE}
+           : answer == 0 ? int8_t{RESULT_NO_MATE}
+                         : int8_t{RESULT_REFUTED_EARLY};
 }
 
 template <class Config> void StoreTemporaryRegister(const TChessboard& position, int8_t result) {
     // Only proofs are kept here; doubts belong to the aggregated register.
     if (result != RESULT_MATE && result != RESULT_NO_MATE) return;
     if (!register_detail::playStateAllows(position) || !RegisterEligible(position)) return;
-    position.m_pThread->m_pJob->m_pRegister->Store(position.m_shPliesLeft, TChessboardRegisterItem::FromBoard(position),
-                                            result == RESULT_MATE);
+    position.m_pThread->m_pJob->m_pRegister->Store(
+        position.m_shPliesLeft, TChessboardRegisterItem::FromBoard(position), result == RESULT_MATE);
 }
 
 } // namespace zorvane::search_hooks

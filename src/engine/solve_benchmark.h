@@ -36,12 +36,14 @@ const std::vector<int>& SolveBenchmarkNumbers();
 
 // Solves the list from the corpus file; `onSolved` sees each problem as it is
 // done. Throws std::runtime_error if the file or a listed problem is missing.
-std::vector<BenchmarkProblem> RunSolveBenchmark(const std::string& corpusPath, const BenchmarkSettings& settings = {},
-                                                const std::function<void(const BenchmarkProblem&)>& onSolved = {});
+std::vector<BenchmarkProblem>
+RunSolveBenchmark(const std::string& corpusPath, const BenchmarkSettings& settings = {},
+                  const std::function<void(const BenchmarkProblem&)>& onSolved = {});
 
 // Solves every direct mate of the file, in the file's order. Throws
 // ChessException when the file cannot be read.
-std::vector<BenchmarkProblem> RunFileBenchmark(const std::string& path, const BenchmarkSettings& settings = {},
-                                               const std::function<void(const BenchmarkProblem&)>& onSolved = {});
+std::vector<BenchmarkProblem>
+RunFileBenchmark(const std::string& path, const BenchmarkSettings& settings = {},
+                 const std::function<void(const BenchmarkProblem&)>& onSolved = {});
 
 } // namespace zorvane

@@ -228,7 +228,8 @@ int passLoop(Run& run, TChessboard& root, int plies, std::vector<TMove>& found) 
             break;
         // b. The last pass: relax the heuristics first while that is wanted.
         if (pass == 2 && root.m_uHeuristics) {
-            const bool wanted = plies > 1 && run.options.relaxHeuristics && (run.allSolutions || found.empty());
+            const bool wanted =
+                plies > 1 && run.options.relaxHeuristics && (run.allSolutions || found.empty());
             const uint32_t relaxed = wanted ? TryRelaxSpecialHeuristics(root) : 0;
             if (relaxed) {
                 root.m_uHeuristics = relaxed;
@@ -306,9 +307,12 @@ std::wstring problemResultText(const Run& run, int moves) {
         return NoSolutionText(moves, result.milliseconds, notes, language);
     }
     std::wstring text;
-    if (result.stoppedOnDual) text = DualStopText(language) + L"\n";
-    else if (result.stoppedOnThree) text = ThreeSolutionsStopText(language) + L"\n";
-    else if (result.moves.size() > 1) text = SeveralSolutionsText(static_cast<int>(result.moves.size()), language) + L"\n";
+    if (result.stoppedOnDual)
+        text = DualStopText(language) + L"\n";
+    else if (result.stoppedOnThree)
+        text = ThreeSolutionsStopText(language) + L"\n";
+    else if (result.moves.size() > 1)
+        text = SeveralSolutionsText(static_cast<int>(result.moves.size()), language) + L"\n";
     for (size_t i = 0; i < result.moves.size(); ++i) {
         const SolutionEntry& entry = result.solutions.at(result.moves[i]);
         if (i) text += L"\n";
@@ -341,7 +345,13 @@ void addThreats(Run& run, TChessboard& root) {
 // Starts a run: the settings of the job, the clock, the counters, the display cleared.
 Run beginRun(SolveJob& job, TThreadContext& ctx, const SolveOptions& options, SolveResult& result) {
     const TChessProblem& problem = job.problem;
-    Run run{job, problem, ctx, options, result, Clock::now(), options.allSolutions || (problem.flags & AllSolutions)};
+    Run run{job,
+            problem,
+            ctx,
+            options,
+            result,
+            Clock::now(),
+            options.allSolutions || (problem.flags & AllSolutions)};
     job.m_bSafeMode = SafeModeFor(problem, options.quickMode) ? 1 : 0;
     job.m_bMoveOrdering = options.moveOrdering;
     job.expectedSortWhiteMoves = problem.expectedSortWhiteMoves;
@@ -483,7 +493,8 @@ SolveResult SolveDriver::SolveFromPosition(SolveJob& job, const TChessboard& pos
             for (int i = 0; i < count; ++i) {
                 CopyToChild(child, root);
                 TMove move = list[i];
-                if (MakeWhiteMove(child, move) && screenedMate(run, child, true) && !result.solutions.count(move)) {
+                if (MakeWhiteMove(child, move) && screenedMate(run, child, true) &&
+                    !result.solutions.count(move)) {
                     noteSolution(run, root, move, i + 1, depth);
                 }
             }
@@ -507,8 +518,8 @@ SolveResult SolveDriver::SolveFromPosition(SolveJob& job, const TChessboard& pos
     const int language = options.languageId;
     if (result.moves.empty()) {
         result.text = result.stopped ? AnalysisStoppedText(language)
-                                     : NoSolutionFromPositionText(result.milliseconds, !options.passWithoutHeuristics,
-                                                                  language);
+                                     : NoSolutionFromPositionText(result.milliseconds,
+                                                                  !options.passWithoutHeuristics, language);
     } else {
         result.text = problemResultText(run, (plies + 1) / 2);
         int shortest = plies;

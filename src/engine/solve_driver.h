@@ -35,14 +35,14 @@ struct StartConditions {
 
 // How a run goes, beside the problem's own flags.
 struct SolveOptions {
-    bool allSolutions = false;          // else the first solution ends the run, unless the problem asks for all
-    bool relaxHeuristics = true;        // passes 1b, 1c... after the first pass with heuristics
-    bool passWithoutHeuristics = true;  // pass 2, the one that decides
-    bool clearRegisterOnStart = false;  // start with an empty temporary register and no screen pass
-    bool useRegister = true;            // the temporary register at all (off to measure it)
-    bool moveOrdering = true;           // the ordered lists (off to measure what they gain)
-    bool quickMode = true;              // the option; the problem's SAFEMODE still forces safe mode
-    StartConditions start;              // of the start position (SolveProblem only)
+    bool allSolutions = false;   // else the first solution ends the run, unless the problem asks for all
+    bool relaxHeuristics = true; // passes 1b, 1c... after the first pass with heuristics
+    bool passWithoutHeuristics = true; // pass 2, the one that decides
+    bool clearRegisterOnStart = false; // start with an empty temporary register and no screen pass
+    bool useRegister = true;           // the temporary register at all (off to measure it)
+    bool moveOrdering = true;          // the ordered lists (off to measure what they gain)
+    bool quickMode = true;             // the option; the problem's SAFEMODE still forces safe mode
+    StartConditions start;             // of the start position (SolveProblem only)
     uint64_t registerMemoryLimit = REGISTER_MEMORY_LIMIT; // bytes; a store beyond it is dropped
     int languageId = 1;
 };
@@ -57,30 +57,30 @@ struct MoveKeyLess {
 };
 
 struct SolutionEntry {
-    int plies = 0;                      // the depth at which the move was proved
-    std::vector<std::string> threats;   // White's threats after the key, long notation
+    int plies = 0;                    // the depth at which the move was proved
+    std::vector<std::string> threats; // White's threats after the key, long notation
 };
 
 struct SolveResult {
     std::map<TMove, SolutionEntry, MoveKeyLess> solutions;
-    std::vector<TMove> moves;           // the solutions in the order found
-    std::vector<std::string> texts;     // their long notation, same order
-    std::vector<int> keyPositions;      // 1-based place of each in the ordered root list
-    int rootMoves = 0;                  // White's possible moves in the root
+    std::vector<TMove> moves;       // the solutions in the order found
+    std::vector<std::string> texts; // their long notation, same order
+    std::vector<int> keyPositions;  // 1-based place of each in the ordered root list
+    int rootMoves = 0;              // White's possible moves in the root
     uint64_t nodes = 0;
-    double milliseconds = 0;            // paused time left out
-    bool stopped = false;               // a stop command ended the run
+    double milliseconds = 0; // paused time left out
+    bool stopped = false;    // a stop command ended the run
     bool stoppedOnDual = false;
     bool stoppedOnThree = false;
-    bool fromRegister = false;          // every solution came from the register without a search
-    bool safeMode = false;              // the run was in safe mode
-    std::wstring text;                  // the result text for the user
+    bool fromRegister = false; // every solution came from the register without a search
+    bool safeMode = false;     // the run was in safe mode
+    std::wstring text;         // the result text for the user
     // The problem's expected first moves, each marked (EXPECTED_MOVE_MET) that the root list put first.
     std::vector<TMove> expectedSortWhiteMoves;
 };
 
 class SolveDriver {
-public:
+  public:
     SolveDriver();
     ~SolveDriver();
     SolveDriver(const SolveDriver&) = delete;
@@ -95,9 +95,10 @@ public:
     // depth loop. `position` belongs to the problem's chain of played positions.
     // The task check throws ChessException for either king in check when it
     // is not his move; an even `plies` (Black to move) is std::invalid_argument.
-    SolveResult SolveFromPosition(SolveJob& job, const TChessboard& position, int plies, const SolveOptions& options);
+    SolveResult SolveFromPosition(SolveJob& job, const TChessboard& position, int plies,
+                                  const SolveOptions& options);
 
-private:
+  private:
     std::unique_ptr<TThreadContext> m_pContext;
     // The position before Black's double step, when the start names an en passant square.
     TChessboard m_beforeDoubleStep = EmptyChessboard();

@@ -135,8 +135,9 @@ struct SolveJob {
     }
 
     SolveProgress Progress() const {
-        return {m_nRootMoves.load(std::memory_order_relaxed), m_nRootMovesBegun.load(std::memory_order_relaxed),
-                m_nPass.load(std::memory_order_relaxed), m_nNodes.load(std::memory_order_relaxed), m_bSafeMode != 0};
+        return {m_nRootMoves.load(std::memory_order_relaxed),
+                m_nRootMovesBegun.load(std::memory_order_relaxed), m_nPass.load(std::memory_order_relaxed),
+                m_nNodes.load(std::memory_order_relaxed), m_bSafeMode != 0};
     }
 };
 

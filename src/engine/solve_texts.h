@@ -7,7 +7,7 @@ namespace zorvane {
 
 // Which notes follow a solve that found nothing.
 struct NoSolutionNotes {
-    bool relaxationOff = false;        // only one pass with heuristics was run
+    bool relaxationOff = false; // only one pass with heuristics was run
     bool passWithoutHeuristicsOff = false;
     bool quickMode = false;
 };
@@ -20,15 +20,15 @@ std::wstring DualStopText(int languageId);
 std::wstring ThreeSolutionsStopText(int languageId);
 // "More than one solution found: %d".
 std::wstring SeveralSolutionsText(int count, int languageId);
-std::wstring StoppedByUserSuffix(int languageId);   // " (stopped by user)"
-std::wstring AnalysisStoppedText(int languageId);   // "Analysis stopped by user"
-std::wstring FromRegisterSuffix(int languageId);    // " (from register)"
+std::wstring StoppedByUserSuffix(int languageId); // " (stopped by user)"
+std::wstring AnalysisStoppedText(int languageId); // "Analysis stopped by user"
+std::wstring FromRegisterSuffix(int languageId);  // " (from register)"
 // "No solution found (t sec.)" of a solve from a later position, with the
 // note when the pass without heuristics is off.
 std::wstring NoSolutionFromPositionText(double milliseconds, bool passWithoutHeuristicsOff, int languageId);
 // "(n or less) " of a move that the register knows to mate at a shorter depth.
 std::wstring OrLessText(int moves, int languageId);
-std::wstring ThreatLabel(int languageId);           // "threat: "
+std::wstring ThreatLabel(int languageId); // "threat: "
 
 // The task check's texts, thrown as ChessException.
 extern const char* const BLACK_KING_CHECKED_TEXT;

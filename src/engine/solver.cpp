@@ -50,9 +50,9 @@ void Solver::Start(TChessProblem& problem, const SolveRequest& request, SolveCal
     m_started = true;
     m_thread.Start(SolveStackBytes(plies), [this, request] {
         try {
-            m_result = request.position
-                           ? m_driver.SolveFromPosition(*m_job, *request.position, request.plies, request.options)
-                           : m_driver.SolveProblem(*m_job, request.options);
+            m_result = request.position ? m_driver.SolveFromPosition(*m_job, *request.position, request.plies,
+                                                                     request.options)
+                                        : m_driver.SolveProblem(*m_job, request.options);
         } catch (...) {
             m_error = std::current_exception();
         }
@@ -85,7 +85,9 @@ SolveResult Solver::Solve(TChessProblem& problem, const SolveRequest& request, S
     return Wait();
 }
 
-SolveProgress Solver::Progress() const { return m_job ? m_job->Progress() : SolveProgress{}; }
+SolveProgress Solver::Progress() const {
+    return m_job ? m_job->Progress() : SolveProgress{};
+}
 
 KnownMate Solver::KnownMateOf(TChessProblem& problem, const TChessboard& position) {
     if (!position.whiteToMove()) return {};
@@ -96,7 +98,8 @@ KnownMate Solver::KnownMateOf(TChessProblem& problem, const TChessboard& positio
     if (FindMateInOne(probe)) return {KnownMate::AtOnce, 1};
     if (problem.m_pRegister && RegisterEligible(position)) {
         TRegisterMoves moves;
-        if (problem.m_pRegister->Numbers(TChessboardRegisterItem::FromBoard(position), moves) && moves.MovesMate != 0)
+        if (problem.m_pRegister->Numbers(TChessboardRegisterItem::FromBoard(position), moves) &&
+            moves.MovesMate != 0)
             return {KnownMate::Register, (moves.MovesMate + 1) / 2};
     }
     return {};

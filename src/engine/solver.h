@@ -34,7 +34,7 @@ struct KnownMate {
 };
 
 class Solver {
-public:
+  public:
     Solver();
     ~Solver(); // a solve still running is stopped and waited for
     Solver(const Solver&) = delete;
@@ -69,7 +69,7 @@ public:
     // Positions in the problem's temporary register; none when it has none.
     static uint64_t RegisterPositions(const TChessProblem& problem);
 
-private:
+  private:
     std::unique_ptr<SolveJob> m_job;
     SolveDriver m_driver;
     SizedThread m_thread;

@@ -32,7 +32,8 @@ void SizedThread::Start(std::size_t stackBytes, std::function<void()> body) {
     pthread_attr_t attributes;
     pthread_attr_init(&attributes);
     // Below the system's minimum the size is refused: take at least that.
-    const std::size_t size = stackBytes < static_cast<std::size_t>(PTHREAD_STACK_MIN) ? PTHREAD_STACK_MIN : stackBytes;
+    const std::size_t size =
+        stackBytes < static_cast<std::size_t>(PTHREAD_STACK_MIN) ? PTHREAD_STACK_MIN : stackBytes;
     int error = pthread_attr_setstacksize(&attributes, size);
     if (!error) error = pthread_create(&m_handle->thread, &attributes, runBody, &m_body);
     pthread_attr_destroy(&attributes);

@@ -8,7 +8,7 @@
 namespace zorvane {
 
 class SizedThread {
-public:
+  public:
     SizedThread() = default;
     ~SizedThread(); // joins a thread still running
     SizedThread(const SizedThread&) = delete;
@@ -21,7 +21,7 @@ public:
     void Join();
     bool Joinable() const { return m_started; }
 
-private:
+  private:
     struct Handle;
     Handle* m_handle = nullptr;
     bool m_started = false;

@@ -19,17 +19,26 @@ TChessProblem::~TChessProblem() = default;
 
 int TChessProblem::stipulationMoves() const {
     switch (type) {
-    case PROBLEM_DIRECT_MATE: return (plies + 1) / 2;
-    case PROBLEM_SELFMATE: return plies / 2;
-    default: return 0;
+    case PROBLEM_DIRECT_MATE:
+        return (plies + 1) / 2;
+    case PROBLEM_SELFMATE:
+        return plies / 2;
+    default:
+        return 0;
     }
 }
 
 void SetStipulation(TChessProblem& problem, int moves) {
     switch (problem.type) {
-    case PROBLEM_DIRECT_MATE: problem.plies = static_cast<uint16_t>(2 * moves - 1); break;
-    case PROBLEM_SELFMATE: problem.plies = static_cast<uint16_t>(2 * moves + 1); break;
-    default: problem.plies = POSITION_PLIES; break;
+    case PROBLEM_DIRECT_MATE:
+        problem.plies = static_cast<uint16_t>(2 * moves - 1);
+        break;
+    case PROBLEM_SELFMATE:
+        problem.plies = static_cast<uint16_t>(2 * moves + 1);
+        break;
+    default:
+        problem.plies = POSITION_PLIES;
+        break;
     }
     problem.stipulationPlies = problem.plies;
 }

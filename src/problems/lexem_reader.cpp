@@ -46,8 +46,8 @@ std::string ReadLexem(TextCursor& cursor, bool failAtEnd, bool keepDirectives) {
         // 2. A run of alphanumeric bytes, "^" and "_".
         if (IsLexemAlnum(first)) {
             const size_t start = pos;
-            while (pos < text.size() &&
-                   (IsLexemAlnum(static_cast<unsigned char>(text[pos])) || text[pos] == '^' || text[pos] == '_'))
+            while (pos < text.size() && (IsLexemAlnum(static_cast<unsigned char>(text[pos])) ||
+                                         text[pos] == '^' || text[pos] == '_'))
                 ++pos;
             return std::string(text.substr(start, pos - start));
         }
@@ -114,7 +114,9 @@ std::string ReadFenField(TextCursor& cursor) {
     size_t& pos = cursor.pos;
     while (pos < text.size() && (text[pos] == ' ' || text[pos] == '\t')) ++pos;
     const size_t start = pos;
-    while (pos < text.size() && text[pos] != ' ' && text[pos] != '\t' && text[pos] != '\n' && text[pos] != '\r') ++pos;
+    while (pos < text.size() && text[pos] != ' ' && text[pos] != '\t' && text[pos] != '\n' &&
+           text[pos] != '\r')
+        ++pos;
     return std::string(text.substr(start, pos - start));
 }
 

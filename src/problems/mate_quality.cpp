@@ -31,8 +31,8 @@ bool pinsBlackMan(const TChessboard& b, int square) {
 
 struct MateFacts {
     bool pure = true;
-    bool whiteAllTakePart = true;        // every White man
-    bool whiteFiguresTakePart = true;    // every White man but the king and the pawns
+    bool whiteAllTakePart = true;     // every White man
+    bool whiteFiguresTakePart = true; // every White man but the king and the pawns
     bool blackAllTakePart = true;
 };
 
@@ -95,6 +95,8 @@ bool IsModelMate(const TChessboard& position) {
     return quality == MateQuality::Model || quality == MateQuality::Ideal;
 }
 
-bool IsIdealMate(const TChessboard& position) { return FindMateQuality(position) == MateQuality::Ideal; }
+bool IsIdealMate(const TChessboard& position) {
+    return FindMateQuality(position) == MateQuality::Ideal;
+}
 
 } // namespace zorvane

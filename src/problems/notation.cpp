@@ -16,9 +16,15 @@ constexpr const char* ILLEGAL_MOVE = "Illegal move";
 constexpr const char* SHORT_NOT_SUPPORTED = "Short notation not supported.";
 constexpr const char* INVALID_MAKE_MOVE = "Invalid move in MakeMove() : ";
 
-bool isLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
-bool isFile(char c) { return c >= 'a' && c <= 'h'; }
-bool isRank(char c) { return c >= '1' && c <= '8'; }
+bool isLetter(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+bool isFile(char c) {
+    return c >= 'a' && c <= 'h';
+}
+bool isRank(char c) {
+    return c >= '1' && c <= '8';
+}
 
 std::string trimBlanks(const std::string& text) {
     const auto first = text.find_first_not_of(' ');
@@ -73,7 +79,8 @@ bool PlayMove(const TChessboard& parent, TChessboard& child, TMove& move) {
     child.m_pParent = &parent;
     uint8_t* s = child.m_aSquares;
     const bool enPassant = kind == KIND_PAWN && colOf(move.from) != colOf(move.to) && s[move.to] == 0;
-    s[move.to] = move.promotionKind() ? static_cast<uint8_t>(move.promotionKind() | (white ? WHITE : BLACK)) : mover;
+    s[move.to] =
+        move.promotionKind() ? static_cast<uint8_t>(move.promotionKind() | (white ? WHITE : BLACK)) : mover;
     s[move.from] = 0;
     if (enPassant) s[move.to + (white ? -8 : 8)] = 0;
     if (kind == KIND_KING && absInt(colOf(move.to) - colOf(move.from)) >= 2) {
@@ -110,7 +117,9 @@ std::string FormatLongMove(const TMove& move, uint8_t figure, bool isCapture) {
     return FormatMove(move, figure, isCapture);
 }
 
-TMove ParseLongMove(const std::string& text, bool isWhite) { return ParseMove(text, isWhite); }
+TMove ParseLongMove(const std::string& text, bool isWhite) {
+    return ParseMove(text, isWhite);
+}
 
 std::string FormatShortMove(const TChessboard& position) {
     const TChessboard* parent = position.m_pParent;
@@ -128,7 +137,8 @@ std::string FormatShortMove(const TChessboard& position) {
     TChessboard scratch;
     for (int i = 0; i < count; ++i) {
         const TMove& m = moves[i];
-        if (m.to != move.to || m.from == move.from || other[m.from] || parent->m_aSquares[m.from] != mover) continue;
+        if (m.to != move.to || m.from == move.from || other[m.from] || parent->m_aSquares[m.from] != mover)
+            continue;
         TMove tried = m;
         if (!PlayMove(*parent, scratch, tried)) continue;
         other[m.from] = true;
@@ -138,8 +148,9 @@ std::string FormatShortMove(const TChessboard& position) {
     if (others == 1) {
         int otherSquare = 0;
         while (!other[otherSquare]) ++otherSquare;
-        disambiguator = colOf(otherSquare) == colOf(move.from) ? std::string(1, static_cast<char>('1' + rowOf(move.from)))
-                                                               : std::string(1, static_cast<char>('a' + colOf(move.from)));
+        disambiguator = colOf(otherSquare) == colOf(move.from)
+                            ? std::string(1, static_cast<char>('1' + rowOf(move.from)))
+                            : std::string(1, static_cast<char>('a' + colOf(move.from)));
     } else if (others > 1) {
         disambiguator = squareText(move.from);
     }
@@ -153,8 +164,10 @@ std::string FormatShortMove(const TChessboard& position) {
     if (kind != KIND_PAWN) text += FigureLetter(static_cast<uint8_t>(kind));
     text += disambiguator;
     if (isCaptureOn(*parent, move)) {
-        if (kind != KIND_PAWN || !disambiguator.empty()) text += ':';
-        else text += static_cast<char>('a' + colOf(move.from));
+        if (kind != KIND_PAWN || !disambiguator.empty())
+            text += ':';
+        else
+            text += static_cast<char>('a' + colOf(move.from));
     } else if (disambiguator.size() == 2) {
         text += '-';
     }
@@ -205,7 +218,8 @@ std::optional<std::string> ConvertShortToLong(const TChessboard& position, const
             if (position.m_aSquares[squareOf(fromCol, row)] != WP) continue;
             const int to = squareOf(toCol, row + 1);
             const bool takesPawn = position.m_aSquares[to] == BP;
-            const bool enPassant = row == 4 && position.m_aSquares[to] == 0 && position.m_aSquares[to - 8] == BP;
+            const bool enPassant =
+                row == 4 && position.m_aSquares[to] == 0 && position.m_aSquares[to - 8] == BP;
             if (!takesPawn && !enPassant) continue;
             TMove m;
             m.from = static_cast<uint8_t>(squareOf(fromCol, row));
@@ -220,9 +234,12 @@ std::optional<std::string> ConvertShortToLong(const TChessboard& position, const
         const int to = squareOf(toFile - 'a', toRank - '1');
         int fromCol = -1, fromRow = -1;
         for (size_t i = 0; i + 2 < squares.size(); ++i) {
-            if (isFile(squares[i])) fromCol = squares[i] - 'a';
-            else if (isRank(squares[i])) fromRow = squares[i] - '1';
-            else return std::nullopt;
+            if (isFile(squares[i]))
+                fromCol = squares[i] - 'a';
+            else if (isRank(squares[i]))
+                fromRow = squares[i] - '1';
+            else
+                return std::nullopt;
         }
         TMove moves[MAX_MOVES];
         const int count = generateForSideToMove(position, moves);
@@ -231,9 +248,11 @@ std::optional<std::string> ConvertShortToLong(const TChessboard& position, const
             TMove m = moves[i];
             const uint8_t mover = position.m_aSquares[m.from];
             if (m.to != to || (mover & KIND_MASK) != kind) continue;
-            if ((fromCol >= 0 && colOf(m.from) != fromCol) || (fromRow >= 0 && rowOf(m.from) != fromRow)) continue;
+            if ((fromCol >= 0 && colOf(m.from) != fromCol) || (fromRow >= 0 && rowOf(m.from) != fromRow))
+                continue;
             const bool lastRow = kind == KIND_PAWN && (rowOf(to) == 7 || rowOf(to) == 0);
-            if (lastRow && m.promotionKind() != (promotion ? promotion : static_cast<uint8_t>(KIND_QUEEN))) continue;
+            if (lastRow && m.promotionKind() != (promotion ? promotion : static_cast<uint8_t>(KIND_QUEEN)))
+                continue;
             if (!lastRow && promotion) continue;
             TChessboard child;
             if (!PlayMove(position, child, m)) continue;

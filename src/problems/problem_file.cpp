@@ -82,13 +82,19 @@ std::wstring decode(std::string_view text, bool isUtf8) {
     return isUtf8 ? Utf8ToWide(text) : Windows1250ToWide(text);
 }
 
-bool isFileLetter(char c) { return c >= 'A' && c <= 'H'; }
-bool isRankDigit(char c) { return c >= '1' && c <= '8'; }
-uint8_t squareFromText(char file, char rank) { return static_cast<uint8_t>((file - 'A') + (rank - '1') * 8); }
+bool isFileLetter(char c) {
+    return c >= 'A' && c <= 'H';
+}
+bool isRankDigit(char c) {
+    return c >= '1' && c <= '8';
+}
+uint8_t squareFromText(char file, char rank) {
+    return static_cast<uint8_t>((file - 'A') + (rank - '1') * 8);
+}
 
 // One problem block, read top to bottom.
 class BlockReader {
-public:
+  public:
     BlockReader(TChessProblem& problem, TextCursor& cursor, bool isUtf8, const DefaultClauses& defaults,
                 int languageId)
         : problem_(problem), cursor_(cursor), isUtf8_(isUtf8), defaults_(defaults), languageId_(languageId) {}
@@ -101,7 +107,7 @@ public:
         finish();
     }
 
-private:
+  private:
     std::string next() { return ReadLexemCut(cursor_, true, false); }
     std::string nextWithDirectives() { return ReadLexemCut(cursor_, true, true); }
 
@@ -151,33 +157,52 @@ private:
 
     void readOption(const std::string& lexem) {
         const std::string word = UpperAscii(lexem);
-        if (word == "NOMIRROR") problem_.flags |= NoMirror;
-        else if (word == "ALLSOLUTIONS") problem_.flags |= AllSolutions;
+        if (word == "NOMIRROR")
+            problem_.flags |= NoMirror;
+        else if (word == "ALLSOLUTIONS")
+            problem_.flags |= AllSolutions;
         else if (word == "THREADS") {
             const std::string value = next();
             const size_t caret = value.find('^');
             problem_.threads = static_cast<uint8_t>(toInt(std::string_view(value).substr(0, caret)));
             if (caret != std::string::npos)
-                problem_.multithreadingLevels = static_cast<uint8_t>(toInt(std::string_view(value).substr(caret + 1)));
-        } else if (word == "STOPONDUAL") problem_.flags |= StopOnDual;
-        else if (word == "STOPON3SOL") problem_.flags |= StopOn3Sol;
-        else if (word == "MIRRORONLY") problem_.flags |= MirrorOnly;
+                problem_.multithreadingLevels =
+                    static_cast<uint8_t>(toInt(std::string_view(value).substr(caret + 1)));
+        } else if (word == "STOPONDUAL")
+            problem_.flags |= StopOnDual;
+        else if (word == "STOPON3SOL")
+            problem_.flags |= StopOn3Sol;
+        else if (word == "MIRRORONLY")
+            problem_.flags |= MirrorOnly;
         else if (word == "USEMAINVARIANTASSORTINDICATIONS") {
             problem_.flags |= UseMainVariantAsSortIndications;
             problem_.useMainVariantAsSortIndications = 1;
-        } else if (word == "SCHEDULERLEVELS") problem_.schedulerLevels = static_cast<int16_t>(toInt(next()));
-        else if (word == "NOGLOBREG") problem_.flags |= NoGlobalRegister;
-        else if (word == "GLOBREGMB") problem_.globalRegisterMB = toInt(next());
-        else if (word == "GUICHECKBESTDEFENCEANDAUX") readGuiCheckCount(GuiCheck);
-        else if (word == "GUICHECKBESTDEFENCE") readGuiCheckCount(GuiCheckBestDefence);
-        else if (word == "GUICHECK") readGuiCheckCount(GuiCheck);
-        else if (word == "SAFEMODE") problem_.flags |= SafeMode;
-        else if (word == "ONLYIFAVAIL" || word == "REQUIRES") problem_.requiresConditions.insert(next());
-        else if (word == "ALLSOLUTIONSREQUIRES") problem_.allSolutionsRequires.insert(next());
-        else if (word == "REQUIRESSYZYGY") problem_.flags |= RequiresSyzygy;
-        else if (word == "ALLSOLUTIONSREQUIRESSYZYGY") problem_.flags |= AllSolutionsRequiresSyzygy;
-        else if (word == "STOPRELAXHEURISTICSONFIRSTSOLUTION") problem_.stopRelaxHeuristicsOnFirstSolution = 1;
-        else if (word == "LICHESSLEVELS") problem_.lichessLevels = toInt(next());
+        } else if (word == "SCHEDULERLEVELS")
+            problem_.schedulerLevels = static_cast<int16_t>(toInt(next()));
+        else if (word == "NOGLOBREG")
+            problem_.flags |= NoGlobalRegister;
+        else if (word == "GLOBREGMB")
+            problem_.globalRegisterMB = toInt(next());
+        else if (word == "GUICHECKBESTDEFENCEANDAUX")
+            readGuiCheckCount(GuiCheck);
+        else if (word == "GUICHECKBESTDEFENCE")
+            readGuiCheckCount(GuiCheckBestDefence);
+        else if (word == "GUICHECK")
+            readGuiCheckCount(GuiCheck);
+        else if (word == "SAFEMODE")
+            problem_.flags |= SafeMode;
+        else if (word == "ONLYIFAVAIL" || word == "REQUIRES")
+            problem_.requiresConditions.insert(next());
+        else if (word == "ALLSOLUTIONSREQUIRES")
+            problem_.allSolutionsRequires.insert(next());
+        else if (word == "REQUIRESSYZYGY")
+            problem_.flags |= RequiresSyzygy;
+        else if (word == "ALLSOLUTIONSREQUIRESSYZYGY")
+            problem_.flags |= AllSolutionsRequiresSyzygy;
+        else if (word == "STOPRELAXHEURISTICSONFIRSTSOLUTION")
+            problem_.stopRelaxHeuristicsOnFirstSolution = 1;
+        else if (word == "LICHESSLEVELS")
+            problem_.lichessLevels = toInt(next());
         else if (!readHeuristicOption(word))
             throw ChessException("Opening bracket expected { or unrecognized option encountered: " + word);
     }
@@ -246,7 +271,8 @@ private:
         if (word == "FEN") {
             if (next() != ":") throw ChessException("Colon ':' expected after FEN identifier.");
             const std::string field = ReadFenField(cursor_);
-            if (field.empty() || !ReadFen(field, problem_.startPosition)) throw ChessException("Improper FEN code");
+            if (field.empty() || !ReadFen(field, problem_.startPosition))
+                throw ChessException("Improper FEN code");
             lexem = next();
         } else if (word == "W" || word == "WH" || word == "WHITE") {
             if (next() != ":") throw ChessException("Colon ':' expected after white figures identifier.");
@@ -298,7 +324,8 @@ private:
         // An empty list: "}" is the first byte that is no blank.
         const std::string_view text = cursor_.text;
         size_t p = cursor_.pos;
-        while (p < text.size() && (text[p] == ' ' || text[p] == '\t' || text[p] == '\n' || text[p] == '\r')) ++p;
+        while (p < text.size() && (text[p] == ' ' || text[p] == '\t' || text[p] == '\n' || text[p] == '\r'))
+            ++p;
         if (p < text.size() && text[p] == '}') return next();
 
         const std::string colourName = white ? "White" : "Black";
@@ -368,7 +395,8 @@ private:
                     throw ChessException("Invalid 'from' position: " + from);
                 move.from = squareFromText(from[at], from[at + 1]);
                 const std::string separator = next();
-                if (separator != "-" && separator != ":") throw ChessException("Invalid lexem encountered: " + separator);
+                if (separator != "-" && separator != ":")
+                    throw ChessException("Invalid lexem encountered: " + separator);
                 const std::string to = UpperAscii(next());
                 if ((to.size() != 2 && to.size() != 3) || !isFileLetter(to[0]) || !isRankDigit(to[1]))
                     throw ChessException("Invalid 'to' position: " + to);
@@ -391,7 +419,8 @@ private:
         TChessboard& child = problem_.playedPositions.back();
         CopyToChild(child, parent);
         TMove made = move;
-        const bool accepted = white ? MakeWhiteMove(child, made) : MakeBlackMove(child, made, true) == BLACK_MOVE_MADE;
+        const bool accepted =
+            white ? MakeWhiteMove(child, made) : MakeBlackMove(child, made, true) == BLACK_MOVE_MADE;
         if (!accepted) child = rebuilt;
     }
 
@@ -407,7 +436,8 @@ private:
             const std::string word = UpperAscii(lexem);
             if (word.size() < 2) {
                 if (word != "0") throw ChessException("Invalid correct answer ('from' element): " + word);
-                if (next() != "-") throw ChessException("Hyphen expected to separate correct answer elements");
+                if (next() != "-")
+                    throw ChessException("Hyphen expected to separate correct answer elements");
                 std::string zero = next();
                 if (zero != "0") throw ChessException("Invalid correct answer: " + zero);
                 target.back().from = 4;
@@ -421,8 +451,8 @@ private:
                 }
                 if (lexem == "}") return;
                 if (lexem != ",")
-                    throw ChessException("Comma should separate various solutions of the problem, but encountered: " +
-                                         lexem);
+                    throw ChessException(
+                        "Comma should separate various solutions of the problem, but encountered: " + lexem);
                 continue;
             }
             const std::string from = word.size() > 2 ? word.substr(1) : word;
@@ -433,7 +463,8 @@ private:
             if (separator != "-" && separator != ":")
                 throw ChessException("Hyphen expected to separate correct answer elements");
             const std::string to = UpperAscii(ReadIdentifier(cursor_));
-            if (to.size() != 2 && to.size() != 3) throw ChessException("Invalid correct answer ('to' element): " + to);
+            if (to.size() != 2 && to.size() != 3)
+                throw ChessException("Invalid correct answer ('to' element): " + to);
             target.back().to = squareFromText(to[0], to[1]);
             if (to.size() == 3) target.back().promotion = KindFromLetter(to[2]);
             lexem = next();
@@ -456,7 +487,9 @@ private:
     int languageId_;
 };
 
-std::string formatInt(long long value) { return std::to_string(value); }
+std::string formatInt(long long value) {
+    return std::to_string(value);
+}
 
 std::string moveText(const TChessboard& position, const TMove& move, bool pawnSidewaysCaptures) {
     const uint8_t figure = move.from < 64 ? position.m_aSquares[move.from] : 0;
@@ -470,7 +503,9 @@ std::string moveText(const TChessboard& position, const TMove& move, bool pawnSi
 // The reader takes the squares of an answer by arithmetic alone, so an answer
 // may name a square off the board, or no move at all. Such an answer can
 // match no move, and no text of it would read back: it is not written.
-bool answerWritable(const TMove& move) { return move.from < 64 && move.to < 64 && move.from != move.to; }
+bool answerWritable(const TMove& move) {
+    return move.from < 64 && move.to < 64 && move.from != move.to;
+}
 
 // The same for sort indications: one with a square off the board matches no
 // move, and its text would name another square or none.
@@ -478,7 +513,8 @@ SortIndications writableIndications(const SortIndications& map) {
     SortIndications writable;
     for (const auto& [number, records] : map)
         for (const SortIndication& record : records)
-            if (record.to < 64 && (record.from < 64 || record.from == ANY_SQUARE)) writable[number].push_back(record);
+            if (record.to < 64 && (record.from < 64 || record.from == ANY_SQUARE))
+                writable[number].push_back(record);
     return writable;
 }
 
@@ -486,10 +522,17 @@ void writeProblem(std::string& out, const TChessProblem& problem, bool withComme
     out += "\n";
     // Header and options.
     switch (problem.type) {
-    case PROBLEM_DIRECT_MATE: out += formatInt(problem.id) + " #" + formatInt((problem.stipulationPlies + 1) / 2); break;
-    case PROBLEM_SELFMATE: out += formatInt(problem.id) + " s#" + formatInt(problem.stipulationPlies / 2); break;
-    case PROBLEM_POSITION: out += formatInt(problem.id) + " "; break;
-    default: break;
+    case PROBLEM_DIRECT_MATE:
+        out += formatInt(problem.id) + " #" + formatInt((problem.stipulationPlies + 1) / 2);
+        break;
+    case PROBLEM_SELFMATE:
+        out += formatInt(problem.id) + " s#" + formatInt(problem.stipulationPlies / 2);
+        break;
+    case PROBLEM_POSITION:
+        out += formatInt(problem.id) + " ";
+        break;
+    default:
+        break;
     }
     const uint16_t flags = problem.flags;
     if (flags & NoMirror) out += " NoMirror";
@@ -518,8 +561,8 @@ void writeProblem(std::string& out, const TChessProblem& problem, bool withComme
         out += "//!VARIANTS\n";
         for (const auto& [name, variant] : problem.variants)
             out += "//!" +
-                   WideToUtf8(FormatVariantText(variant, withComments, 1, false, nullptr, nullptr, nullptr, false,
-                                                LANGUAGE_ENGLISH)) +
+                   WideToUtf8(FormatVariantText(variant, withComments, 1, false, nullptr, nullptr, nullptr,
+                                                false, LANGUAGE_ENGLISH)) +
                    "\n";
         out += "//!ENDVARIANTS\n";
     }
@@ -603,7 +646,8 @@ DefaultClauses ReadDefaultClauses(TextCursor& cursor) {
         }
         words.push_back(lexem.substr(start));
         if (words.size() != 3) throw ChessException("Incorrect 'default' clause.");
-        const int moves = words[1].size() > 1 && words[1][0] == '#' ? toInt(std::string_view(words[1]).substr(1)) : 0;
+        const int moves =
+            words[1].size() > 1 && words[1][0] == '#' ? toInt(std::string_view(words[1]).substr(1)) : 0;
         if (moves == 0) throw ChessException("Error in 'default' clause.");
         clauses[moves].push_back(words[2]);
     }
@@ -638,7 +682,8 @@ void readProblemBlocks(std::string_view text, ProblemMap& problems, const Proble
             if (settings.listLock) lock = std::unique_lock<std::mutex>(*settings.listLock);
             const int32_t id = problem->id;
             if (problems.count(id))
-                writeConsole(settings, "WARINING: Problem id=" + std::to_string(id) + " redefinition - overwriting.\n");
+                writeConsole(settings,
+                             "WARINING: Problem id=" + std::to_string(id) + " redefinition - overwriting.\n");
             TranslateMainVariantName(problem->variants, settings.languageId);
             allTags.insert(problem->tags.begin(), problem->tags.end());
             problems[id] = std::move(problem);
@@ -796,11 +841,13 @@ std::string DefaultProblemFileText(int languageId) {
         L"Kliknij, aby zmieni\u0107 opis problemu",
         L"Click here to change problem description",
         L"\u041d\u0430\u0442\u0438\u0441\u043d\u0456\u0442\u044c \u0442\u0443\u0442, \u0449\u043e\u0431 "
-        L"\u0437\u043c\u0456\u043d\u0438\u0442\u0438 \u043e\u043f\u0438\u0441 \u043f\u0440\u043e\u0431\u043b\u0435"
+        L"\u0437\u043c\u0456\u043d\u0438\u0442\u0438 \u043e\u043f\u0438\u0441 "
+        L"\u043f\u0440\u043e\u0431\u043b\u0435"
         L"\u043c\u0438",
     };
     const int language = languageId >= 0 && languageId <= 2 ? languageId : LANGUAGE_ENGLISH;
-    return "UTF-8\n1 #2\n{\n\tDesc: " + WideToUtf8(descriptions[language]) + "\n\tWhite: Ke1\n\tBlack: Ke8\n}\n";
+    return "UTF-8\n1 #2\n{\n\tDesc: " + WideToUtf8(descriptions[language]) +
+           "\n\tWhite: Ke1\n\tBlack: Ke8\n}\n";
 }
 
 void CreateDefaultProblemFile(const fs::path& path, const ProblemFileSettings& settings) {

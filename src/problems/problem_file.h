@@ -36,11 +36,11 @@
 namespace zorvane {
 
 struct ProblemFileSettings {
-    int languageId = LANGUAGE_ENGLISH;      // 0 Polish, 1 English, 2 Ukrainian
-    bool commentCompatibilityMode = false;  // also keep a ".cpx" double with the variant comments
-    ProblemDefaults defaults;               // what a new record takes from the options
-    std::ostream* console = nullptr;        // the two console messages of a load; none when null
-    std::mutex* listLock = nullptr;         // held while a read problem is stored, when given
+    int languageId = LANGUAGE_ENGLISH;     // 0 Polish, 1 English, 2 Ukrainian
+    bool commentCompatibilityMode = false; // also keep a ".cpx" double with the variant comments
+    ProblemDefaults defaults;              // what a new record takes from the options
+    std::ostream* console = nullptr;       // the two console messages of a load; none when null
+    std::mutex* listLock = nullptr;        // held while a read problem is stored, when given
 };
 
 // The words of the "//!default #n word" clauses, by n.
@@ -71,11 +71,11 @@ size_t ParseProblem(TChessProblem& problem, std::string_view text, size_t pos, b
 // problems read before an error learns from it how much of the file it lacks,
 // so that it does not write the rest of the file away.
 struct ProblemLoadReport {
-    bool whole = false;       // every block was read
-    int problemsRead = 0;     // blocks read, before the error when there was one
-    int problemsInFile = 0;   // blocks of the whole text, by CountProblemBlocks
-    int problemsNotRead = 0;  // blocks of the file that the load did not give; 0 when whole
-    std::string error;        // the reader's message when not whole
+    bool whole = false;      // every block was read
+    int problemsRead = 0;    // blocks read, before the error when there was one
+    int problemsInFile = 0;  // blocks of the whole text, by CountProblemBlocks
+    int problemsNotRead = 0; // blocks of the file that the load did not give; 0 when whole
+    std::string error;       // the reader's message when not whole
 };
 
 // The number of problem blocks in a file's text, counted by their bodies,

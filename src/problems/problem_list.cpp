@@ -30,7 +30,9 @@ bool sameIndications(const SortIndications& a, const SortIndications& b) {
 ProblemList::ProblemList(ProblemListHost& host, int languageId, ProblemDefaults defaults)
     : currentProblem(problems.end()), m_host(host), m_languageId(languageId), m_defaults(defaults) {}
 
-std::wstring ProblemList::tr(const LocalizedText& text) const { return std::wstring(text.In(m_languageId)); }
+std::wstring ProblemList::tr(const LocalizedText& text) const {
+    return std::wstring(text.In(m_languageId));
+}
 
 void ProblemList::Replace(ProblemMap loaded, const std::filesystem::path& path, int notLoaded) {
     {
@@ -59,7 +61,8 @@ void ProblemList::TakeSnapshot(bool asNew) {
     ProblemSnapshot s;
     s.savedType = problem->type;
     std::memcpy(s.savedBoard, problem->startPosition.m_aSquares, 64);
-    if (problem->type == PROBLEM_POSITION) std::memcpy(s.savedCurrentBoard, problem->currentPosition().m_aSquares, 64);
+    if (problem->type == PROBLEM_POSITION)
+        std::memcpy(s.savedCurrentBoard, problem->currentPosition().m_aSquares, 64);
     if (asNew) {
         s.savedId = -1;
         s.savedMoves = 0;
@@ -85,7 +88,8 @@ bool ProblemList::IsCurrentProblemChanged() const {
     if (s.savedType != (p.type & 0xFF)) return true;
     if (s.savedDescription != p.description) return true;
     if (std::memcmp(s.savedBoard, p.startPosition.m_aSquares, 64) != 0) return true;
-    if (p.type == PROBLEM_POSITION && std::memcmp(s.savedCurrentBoard, p.currentPosition().m_aSquares, 64) != 0)
+    if (p.type == PROBLEM_POSITION &&
+        std::memcmp(s.savedCurrentBoard, p.currentPosition().m_aSquares, 64) != 0)
         return true;
     // 6.-8. Variants by number, the sort indications, then the variants one by one.
     if (s.savedVariants.size() != p.variants.size()) return true;
@@ -120,8 +124,9 @@ bool ProblemList::RevertToSnapshot() {
         return true;
     }
     problem->type = snapshot.savedType;
-    problem->plies = problem->stipulationPlies =
-        snapshot.savedType == PROBLEM_POSITION ? POSITION_PLIES : static_cast<uint16_t>(2 * snapshot.savedMoves - 1);
+    problem->plies = problem->stipulationPlies = snapshot.savedType == PROBLEM_POSITION
+                                                     ? POSITION_PLIES
+                                                     : static_cast<uint16_t>(2 * snapshot.savedMoves - 1);
     problem->description = snapshot.savedDescription;
     problem->tags = snapshot.savedTags;
     problem->variants = snapshot.savedVariants;
@@ -137,30 +142,40 @@ bool ProblemList::RevertToSnapshot() {
 int ProblemList::AskSaveChanges(bool solveRuns) {
     if (!IsCurrentProblemChanged()) return 0;
     if (m_host.DescriptionEditorOpen()) return SaveCurrentFile() ? 0 : 1;
-    const Answer answer = m_host.Ask(
-        QUESTION,
-        tr({L"Dokonałeś zmian w bieżącym problemie.\nCzy chcesz je zachować?", L"There are changes in the current problem.\nDo you want to save them?", L"У поточній проблемі є зміни.\nЗберегти їх?"}),
-        solveRuns ? Buttons::OkCancel : Buttons::YesNoCancel);
+    const Answer answer =
+        m_host.Ask(QUESTION,
+                   tr({L"Dokonałeś zmian w bieżącym problemie.\nCzy chcesz je zachować?",
+                       L"There are changes in the current problem.\nDo you want to save them?",
+                       L"У поточній проблемі є зміни.\nЗберегти їх?"}),
+                   solveRuns ? Buttons::OkCancel : Buttons::YesNoCancel);
     switch (answer) {
     case Answer::Yes:
     case Answer::Ok:
         switch (saveCurrentFile()) {
-        case SaveOutcome::Written: return 0;
+        case SaveOutcome::Written:
+            return 0;
         // The file loaded in part was kept: the changes stay, to be saved elsewhere.
-        case SaveOutcome::Declined: return 1;
-        case SaveOutcome::Failed: break;
+        case SaveOutcome::Declined:
+            return 1;
+        case SaveOutcome::Failed:
+            break;
         }
-        m_host.ShowError(ERROR_TITLE, tr({L"Błąd zapisu do pliku", L"Error saving to file", L"Помилка збереження файлу"}));
+        m_host.ShowError(ERROR_TITLE,
+                         tr({L"Błąd zapisu do pliku", L"Error saving to file", L"Помилка збереження файлу"}));
         return 1;
-    case Answer::Cancel: return 1;
-    case Answer::No: break;
+    case Answer::Cancel:
+        return 1;
+    case Answer::No:
+        break;
     }
     TChessProblem* problem = Current();
     m_host.ClearPendingRegisterRequests(*problem);
     return RevertToSnapshot() ? -1 : 0;
 }
 
-bool ProblemList::SaveCurrentFile() { return saveCurrentFile() == SaveOutcome::Written; }
+bool ProblemList::SaveCurrentFile() {
+    return saveCurrentFile() == SaveOutcome::Written;
+}
 
 bool ProblemList::MayWriteOver(const std::filesystem::path& path) {
     if (!LoadedInPart() || filePath.empty()) return true;
@@ -173,12 +188,16 @@ bool ProblemList::MayWriteOver(const std::filesystem::path& path) {
     if (!same(path, filePath)) return true;
     const std::wstring count = std::to_wstring(problemsNotLoaded);
     const std::wstring text =
-        tr({L"Ten plik został wczytany częściowo: zawiera jeszcze ", L"This file was loaded in part: it holds ", L"Цей файл завантажено частково: він містить ще "}) +
+        tr({L"Ten plik został wczytany częściowo: zawiera jeszcze ",
+            L"This file was loaded in part: it holds ", L"Цей файл завантажено частково: він містить ще "}) +
         count +
         tr({L" problem(ów) poza wyświetlonymi.\nZapis nadpisze plik i zostaną one utracone.\n\nCzy mimo to "
-           L"chcesz nadpisać plik? (Nie zachowuje plik; Zapisz jako zapisuje do innego)", L" problem(s) beyond the ones shown.\nSaving writes over the file, and they will be lost.\n\nDo you "
-           L"want to write over the file anyway? (No keeps the file; Save as writes to another one)", L" задач(і) понад показані.\nЗбереження перезапише файл, і їх буде втрачено.\n\nВсе одно "
-           L"перезаписати файл? (Ні зберігає файл; Зберегти як записує в інший)"});
+            L"chcesz nadpisać plik? (Nie zachowuje plik; Zapisz jako zapisuje do innego)",
+            L" problem(s) beyond the ones shown.\nSaving writes over the file, and they will be lost.\n\nDo "
+            L"you "
+            L"want to write over the file anyway? (No keeps the file; Save as writes to another one)",
+            L" задач(і) понад показані.\nЗбереження перезапише файл, і їх буде втрачено.\n\nВсе одно "
+            L"перезаписати файл? (Ні зберігає файл; Зберегти як записує в інший)"});
     if (m_host.Ask(QUESTION, text, Buttons::YesNoDefaultNo) != Answer::Yes) return false;
     problemsNotLoaded = 0;
     return true;
@@ -188,12 +207,15 @@ ProblemList::SaveOutcome ProblemList::saveCurrentFile() {
     TChessProblem* problem = Current();
     if (!problem) return SaveOutcome::Failed;
     if (const TChessProblem* same = FindSamePosition(problem->id)) {
-        const std::wstring hit = std::to_wstring(same->id) + L". #" + std::to_wstring((same->plies + 1) / 2) + L" " +
-                                 same->description;
+        const std::wstring hit = std::to_wstring(same->id) + L". #" + std::to_wstring((same->plies + 1) / 2) +
+                                 L" " + same->description;
         const std::wstring text =
-            tr({L"Identyczna pozycja już istnieje w tym pliku jako następujący problem:\n", L"The same position already exists in this file as the following problem:\n", L"Така сама позиція вже є в цьому файлі як така проблема:\n"}) +
+            tr({L"Identyczna pozycja już istnieje w tym pliku jako następujący problem:\n",
+                L"The same position already exists in this file as the following problem:\n",
+                L"Така сама позиція вже є в цьому файлі як така проблема:\n"}) +
             hit +
-            tr({L"\n\nCzy mimo to chcesz zapisać zmiany?", L"\n\nDo you want to save changes anyway?", L"\n\nВсе одно зберегти зміни?"});
+            tr({L"\n\nCzy mimo to chcesz zapisać zmiany?", L"\n\nDo you want to save changes anyway?",
+                L"\n\nВсе одно зберегти зміни?"});
         if (m_host.Ask(QUESTION, text, Buttons::YesNo) != Answer::Yes) return SaveOutcome::Failed;
     }
     if (filePath.empty()) return m_host.SaveAs() ? SaveOutcome::Written : SaveOutcome::Failed;
@@ -201,7 +223,8 @@ ProblemList::SaveOutcome ProblemList::saveCurrentFile() {
     try {
         m_host.WriteFile(filePath, problems);
     } catch (const std::exception&) {
-        m_host.ShowError(ERROR_TITLE, tr({L"Błąd zapisu pliku", L"Error writing to file", L"Помилка запису файлу"}));
+        m_host.ShowError(ERROR_TITLE,
+                         tr({L"Błąd zapisu pliku", L"Error writing to file", L"Помилка запису файлу"}));
         return SaveOutcome::Failed;
     }
     noteFileTime();
@@ -211,10 +234,11 @@ ProblemList::SaveOutcome ProblemList::saveCurrentFile() {
 }
 
 bool ProblemList::addNewProblem() {
-    const Answer answer =
-        m_host.Ask(QUESTION,
-                   tr({L"To jest ostatni problem.\nCzy chcesz utworzyć nowy?", L"This is the last problem.\nDo you want to create a new one?", L"Це остання проблема.\nСтворити нову?"}),
-                   Buttons::YesNo);
+    const Answer answer = m_host.Ask(QUESTION,
+                                     tr({L"To jest ostatni problem.\nCzy chcesz utworzyć nowy?",
+                                         L"This is the last problem.\nDo you want to create a new one?",
+                                         L"Це остання проблема.\nСтворити нову?"}),
+                                     Buttons::YesNo);
     if (answer != Answer::Yes) return false;
     auto problem = std::make_unique<TChessProblem>(m_defaults);
     problem->id = problems.empty() ? 1 : problems.rbegin()->first + 1;
@@ -239,7 +263,9 @@ bool ProblemList::NavigateToProblem(Navigation where, int32_t id) {
     if (solveRuns) {
         const Answer answer = m_host.Ask(
             tr({L"Nawigacja między problemami", L"Navigation between problems", L"Навігація між проблемами"}),
-            tr({L"Trwa szukanie mata. Czy chcesz przerwać to zadanie?", L"Search for mate pending. Do you want to stop this task?", L"Триває пошук мату. Зупинити це завдання?"}),
+            tr({L"Trwa szukanie mata. Czy chcesz przerwać to zadanie?",
+                L"Search for mate pending. Do you want to stop this task?",
+                L"Триває пошук мату. Зупинити це завдання?"}),
             Buttons::YesNoCancel);
         if (answer == Answer::Cancel) return false;
         if (answer == Answer::Yes) {
@@ -249,7 +275,9 @@ bool ProblemList::NavigateToProblem(Navigation where, int32_t id) {
     }
     // 4. The memory of the problem left behind.
     if (leaving && !solveRuns) {
-        m_host.ShowStatus(tr({L"Usuwanie danych tymczasowych z pamięci...", L"Removing temporary data from memory...", L"Видалення тимчасових даних з пам'яті..."}));
+        m_host.ShowStatus(
+            tr({L"Usuwanie danych tymczasowych z pamięci...", L"Removing temporary data from memory...",
+                L"Видалення тимчасових даних з пам'яті..."}));
         m_host.ReleaseTemporaryData(*leaving, false);
     }
     // 5. Unsaved changes.
@@ -275,12 +303,20 @@ bool ProblemList::NavigateToProblem(Navigation where, int32_t id) {
         }
         break;
     case Navigation::Previous:
-        if (erased) currentProblem = from == problems.begin() ? from : std::prev(from);
-        else if (currentProblem != problems.begin()) --currentProblem;
+        if (erased)
+            currentProblem = from == problems.begin() ? from : std::prev(from);
+        else if (currentProblem != problems.begin())
+            --currentProblem;
         break;
-    case Navigation::First: currentProblem = problems.begin(); break;
-    case Navigation::Last: currentProblem = std::prev(problems.end()); break;
-    case Navigation::ById: currentProblem = problems.find(id); break;
+    case Navigation::First:
+        currentProblem = problems.begin();
+        break;
+    case Navigation::Last:
+        currentProblem = std::prev(problems.end());
+        break;
+    case Navigation::ById:
+        currentProblem = problems.find(id);
+        break;
     case Navigation::HistoryBack:
     case Navigation::HistoryForward: {
         const int step = where == Navigation::HistoryBack ? -1 : 1;
@@ -293,7 +329,8 @@ bool ProblemList::NavigateToProblem(Navigation where, int32_t id) {
     }
     if (currentProblem == problems.end()) return false;
     // 7.-9. History, snapshot, the board, the main variant.
-    if (where != Navigation::HistoryBack && where != Navigation::HistoryForward) PushHistory(currentProblem->first);
+    if (where != Navigation::HistoryBack && where != Navigation::HistoryForward)
+        PushHistory(currentProblem->first);
     TakeSnapshot(createdNew);
     const TChessProblem& shown = *currentProblem->second;
     m_host.ShowProblem(shown, shown.type == PROBLEM_POSITION ? shown.currentPosition() : shown.startPosition);
@@ -308,14 +345,19 @@ void ProblemList::PushHistory(int32_t id) {
     historyIndex = static_cast<int>(history.size()) - 1;
 }
 
-bool ProblemList::HistoryBack() { return NavigateToProblem(Navigation::HistoryBack); }
-bool ProblemList::HistoryForward() { return NavigateToProblem(Navigation::HistoryForward); }
+bool ProblemList::HistoryBack() {
+    return NavigateToProblem(Navigation::HistoryBack);
+}
+bool ProblemList::HistoryForward() {
+    return NavigateToProblem(Navigation::HistoryForward);
+}
 
 const TChessProblem* ProblemList::FindSamePosition(int32_t id) const {
     const auto it = problems.find(id);
     if (it == problems.end()) return nullptr;
     for (const auto& [otherId, other] : problems)
-        if (otherId != id && std::memcmp(other->startPosition.m_aSquares, it->second->startPosition.m_aSquares, 64) == 0)
+        if (otherId != id &&
+            std::memcmp(other->startPosition.m_aSquares, it->second->startPosition.m_aSquares, 64) == 0)
             return other.get();
     return nullptr;
 }

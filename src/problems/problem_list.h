@@ -21,7 +21,7 @@ enum class Buttons { YesNoCancel, OkCancel, YesNo, YesNoDefaultNo };
 enum class Answer { Yes, No, Cancel, Ok };
 
 class ProblemListHost {
-public:
+  public:
     virtual ~ProblemListHost() = default;
     virtual Answer Ask(const std::wstring& title, const std::wstring& text, Buttons buttons) = 0;
     virtual void ShowError(const std::wstring& title, const std::wstring& text) = 0;
@@ -61,7 +61,7 @@ struct ProblemSnapshot {
 enum class Navigation { Next, Previous, First, Last, ById, HistoryBack, HistoryForward };
 
 class ProblemList {
-public:
+  public:
     ProblemList(ProblemListHost& host, int languageId, ProblemDefaults defaults = {});
 
     ProblemMap problems;
@@ -82,7 +82,9 @@ public:
     std::mutex runningLock;
     ProblemSnapshot snapshot;
 
-    TChessProblem* Current() { return currentProblem == problems.end() ? nullptr : currentProblem->second.get(); }
+    TChessProblem* Current() {
+        return currentProblem == problems.end() ? nullptr : currentProblem->second.get();
+    }
     std::wstring FileDirectory() const { return filePath.parent_path().wstring(); }
     std::wstring FileName() const { return filePath.filename().wstring(); }
     void SetLanguage(int languageId) { m_languageId = languageId; }
@@ -113,7 +115,7 @@ public:
     // Another problem with the same 64 squares in its start position, or nullptr.
     const TChessProblem* FindSamePosition(int32_t id) const;
 
-private:
+  private:
     std::wstring tr(const LocalizedText& text) const;
     void eraseNewProblem();
     void noteFileTime();

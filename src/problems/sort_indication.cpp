@@ -13,8 +13,12 @@ namespace zorvane {
 
 namespace {
 
-bool isLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
+bool isLetter(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+bool isDigit(char c) {
+    return c >= '0' && c <= '9';
+}
 
 std::string trimBlanks(const std::string& text) {
     const auto first = text.find_first_not_of(' ');
@@ -96,9 +100,12 @@ void ParseSortIndication(SortIndication& record, const std::string& text, int la
     // 5. Castling.
     if (pos < t.size() && t[pos] == '0') {
         const std::string rest = t.substr(pos);
-        if (rest == "0-0-0") r.to = 2;
-        else if (rest == "0-0") r.to = 6;
-        else throwInvalid(text, languageId);
+        if (rest == "0-0-0")
+            r.to = 2;
+        else if (rest == "0-0")
+            r.to = 6;
+        else
+            throwInvalid(text, languageId);
         r.from = 4;
         r.captureRule = 0;
         record = r;
@@ -143,7 +150,8 @@ void ParseSortIndications(SortIndications& map, const std::string& text, int lan
         while (true) {
             const size_t end = t.find(separator, start);
             SortIndication record;
-            ParseSortIndication(record, trimBlanks(t.substr(start, end == std::string::npos ? end : end - start)),
+            ParseSortIndication(record,
+                                trimBlanks(t.substr(start, end == std::string::npos ? end : end - start)),
                                 languageId);
             map[record.moveNumber].push_back(record);
             if (end == std::string::npos) break;
@@ -159,15 +167,19 @@ std::string FormatSortIndication(const SortIndication& r) {
     std::string text;
     if (r.negated) text += '~';
     if (r.moveNumber != 0) text += std::to_string(r.moveNumber) + ".";
-    if (r.figure == WP) text += 'p';
-    else if (r.figure != 0) text += FigureLetter(r.figure & KIND_MASK);
+    if (r.figure == WP)
+        text += 'p';
+    else if (r.figure != 0)
+        text += FigureLetter(r.figure & KIND_MASK);
     if (r.from != ANY_SQUARE && (r.from & 0xC0) == 0) text += squareText(r.from);
     if (!(r.captureRule == CAPTURE_NO_MATTER && r.from == ANY_SQUARE))
         text += r.captureRule == 1 ? ":" : r.captureRule == 0 ? ">" : "-";
     text += squareText(r.to);
     if (r.promotion) text += FigureLetter(r.promotion);
-    if (r.checks == 1) text += "+";
-    else if (r.checks == 2) text += "++";
+    if (r.checks == 1)
+        text += "+";
+    else if (r.checks == 2)
+        text += "++";
     return text;
 }
 
@@ -196,7 +208,8 @@ std::string VariantToSortIndications(const TVariant& variant, const TChessboard&
         if (i % 2 == 0) {
             const bool capture = parent.m_aSquares[move.to] != 0 || move.enPassant;
             if (!text.empty()) text += "; ";
-            text += std::to_string(i / 2 + 1) + "." + FormatLongMove(move, parent.m_aSquares[move.from], capture);
+            text +=
+                std::to_string(i / 2 + 1) + "." + FormatLongMove(move, parent.m_aSquares[move.from], capture);
             if (CheckLevel(child) > 0) text += "+";
         }
         positions.push_back(child);
@@ -232,7 +245,8 @@ bool EarlierIndicationsMatch(const SortIndications& map, int moveNumber, const T
         const TChessboard* parent = reached->m_pParent;
         if (parent == nullptr) return false;
         const TMove move = reached->m_LastMove;
-        if (!matchesUnder(map, key, *parent, move, *reached) && !matchesUnder(map, 0, *parent, move, *reached))
+        if (!matchesUnder(map, key, *parent, move, *reached) &&
+            !matchesUnder(map, 0, *parent, move, *reached))
             return false;
         current = key;
     }
@@ -242,7 +256,8 @@ bool SortIndicationsApply(const SortIndications& map, int moveNumber) {
     return !map.empty() && moveNumber <= map.rbegin()->first;
 }
 
-const SortIndication* FindMatchingIndication(const SortIndications& map, int moveNumber, const TChessboard& child) {
+const SortIndication* FindMatchingIndication(const SortIndications& map, int moveNumber,
+                                             const TChessboard& child) {
     const TChessboard* parent = child.m_pParent;
     if (parent == nullptr) return nullptr;
     for (const int key : {moveNumber, 0}) {
@@ -258,7 +273,8 @@ const SortIndication* FindMatchingIndication(const SortIndications& map, int mov
     return nullptr;
 }
 
-void OrderRootMovesByIndications(const SortIndications& map, const TChessboard& position, std::vector<TMove>& moves) {
+void OrderRootMovesByIndications(const SortIndications& map, const TChessboard& position,
+                                 std::vector<TMove>& moves) {
     for (const int key : {1, 0}) {
         const auto found = map.find(static_cast<int16_t>(key));
         if (found == map.end()) continue;
@@ -267,15 +283,18 @@ void OrderRootMovesByIndications(const SortIndications& map, const TChessboard& 
             TMove move = candidate;
             TChessboard child;
             if (!PlayMove(position, child, move)) continue;
-            const auto record = std::find_if(found->second.begin(), found->second.end(), [&](const SortIndication& r) {
-                return IndicationMatches(r, position, move, child);
-            });
+            const auto record =
+                std::find_if(found->second.begin(), found->second.end(), [&](const SortIndication& r) {
+                    return IndicationMatches(r, position, move, child);
+                });
             if (record == found->second.end()) continue;
             const auto at = std::find(moves.begin(), moves.end(), candidate);
             const TMove taken = *at;
             moves.erase(at);
-            if (record->negated) moves.push_back(taken);
-            else moves.insert(moves.begin(), taken);
+            if (record->negated)
+                moves.push_back(taken);
+            else
+                moves.insert(moves.begin(), taken);
         }
     }
 }

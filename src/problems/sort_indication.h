@@ -21,15 +21,15 @@ constexpr uint8_t CAPTURE_NO_MATTER = 255;
 
 // The engine reads these records directly in its move ordering.
 struct SortIndication {
-    uint8_t figure = 0;          // figure code with the White bit, 0 for any figure
-    uint8_t from = ANY_SQUARE;   // 0..63, or ANY_SQUARE
+    uint8_t figure = 0;        // figure code with the White bit, 0 for any figure
+    uint8_t from = ANY_SQUARE; // 0..63, or ANY_SQUARE
     uint8_t to = 0;
-    uint8_t captureRule = CAPTURE_NO_MATTER;   // 1 must capture, 0 must not
-    uint8_t checks = 0;          // required check level: 0, 1 check, 2 double check
-    uint8_t promotion = 0;       // required promotion kind, or 0
-    int16_t moveNumber = 0;      // White's move number it applies to; 0 for any
-    uint8_t negated = 0;         // 1: to the end of the list instead of the front
-    uint8_t chained = 1;         // earlier numbers must have matched too
+    uint8_t captureRule = CAPTURE_NO_MATTER; // 1 must capture, 0 must not
+    uint8_t checks = 0;                      // required check level: 0, 1 check, 2 double check
+    uint8_t promotion = 0;                   // required promotion kind, or 0
+    int16_t moveNumber = 0;                  // White's move number it applies to; 0 for any
+    uint8_t negated = 0;                     // 1: to the end of the list instead of the front
+    uint8_t chained = 1;                     // earlier numbers must have matched too
 };
 static_assert(sizeof(SortIndication) == 10, "ten-byte plain record read by the move ordering");
 static_assert(offsetof(SortIndication, moveNumber) == 6);
@@ -62,7 +62,8 @@ bool SortIndicationsApply(const SortIndications& map, int moveNumber);
 
 // The indication that matches White's move `moveNumber` (the move that led to
 // `child`), looking under that number first and under 0 then; nullptr for none.
-const SortIndication* FindMatchingIndication(const SortIndications& map, int moveNumber, const TChessboard& child);
+const SortIndication* FindMatchingIndication(const SortIndications& map, int moveNumber,
+                                             const TChessboard& child);
 
 // The top list of White's moves on `position` (White's move 1) reordered: a
 // match to the front, a negated match to the end, others keep their order.

@@ -13,10 +13,16 @@ const std::array<std::wstring, 3> MainVariantNames = {L"Wariant g\u0142\u00f3wny
 
 namespace {
 
-int languageIndex(int languageId) { return languageId >= 0 && languageId <= 2 ? languageId : LANGUAGE_ENGLISH; }
+int languageIndex(int languageId) {
+    return languageId >= 0 && languageId <= 2 ? languageId : LANGUAGE_ENGLISH;
+}
 
-bool isAlnum(wchar_t c) { return (c >= L'0' && c <= L'9') || (c >= L'a' && c <= L'z') || (c >= L'A' && c <= L'Z'); }
-bool endsWord(wchar_t c) { return c == L' ' || c == L'\t' || c == L'\r' || c == L'\n'; }
+bool isAlnum(wchar_t c) {
+    return (c >= L'0' && c <= L'9') || (c >= L'a' && c <= L'z') || (c >= L'A' && c <= L'Z');
+}
+bool endsWord(wchar_t c) {
+    return c == L' ' || c == L'\t' || c == L'\r' || c == L'\n';
+}
 
 // Moves are plain ASCII; anything else cannot be part of a move and is marked as such.
 std::string narrow(const std::wstring& text) {
@@ -33,7 +39,9 @@ std::wstring widen(const std::string& text) {
     return result;
 }
 
-bool sameMove(const TVariantMove& a, const TVariantMove& b) { return a.move == b.move; }
+bool sameMove(const TVariantMove& a, const TVariantMove& b) {
+    return a.move == b.move;
+}
 
 size_t sharedPrefix(const TVariant& a, const TVariant& b) {
     size_t n = 0;
@@ -42,10 +50,12 @@ size_t sharedPrefix(const TVariant& a, const TVariant& b) {
 }
 
 const wchar_t* qualityText(MateQuality quality, int languageId) {
-    static const wchar_t* const model[3] = {L" mat wzorowy", L" model mate",
-                                            L" \u0437\u0440\u0430\u0437\u043a\u043e\u0432\u0438\u0439 \u043c\u0430\u0442"};
-    static const wchar_t* const ideal[3] = {L" mat idealny", L" ideal mate",
-                                            L" \u0456\u0434\u0435\u0430\u043b\u044c\u043d\u0438\u0439 \u043c\u0430\u0442"};
+    static const wchar_t* const model[3] = {
+        L" mat wzorowy", L" model mate",
+        L" \u0437\u0440\u0430\u0437\u043a\u043e\u0432\u0438\u0439 \u043c\u0430\u0442"};
+    static const wchar_t* const ideal[3] = {
+        L" mat idealny", L" ideal mate",
+        L" \u0456\u0434\u0435\u0430\u043b\u044c\u043d\u0438\u0439 \u043c\u0430\u0442"};
     if (quality == MateQuality::Model) return model[languageIndex(languageId)];
     if (quality == MateQuality::Ideal) return ideal[languageIndex(languageId)];
     return L"";
@@ -56,7 +66,8 @@ std::wstring marks(const TChessboard& after, bool whiteMoved, int languageId) {
     const int check = CheckLevel(after);
     const bool canMove = SideToMoveHasLegalMove(after);
     if (check > 0) {
-        if (!canMove) return std::wstring(L"x") + (whiteMoved ? qualityText(FindMateQuality(after), languageId) : L"");
+        if (!canMove)
+            return std::wstring(L"x") + (whiteMoved ? qualityText(FindMateQuality(after), languageId) : L"");
         return check == 2 ? L"++" : L"+";
     }
     return whiteMoved && !canMove ? L"=" : L"";
@@ -117,8 +128,10 @@ std::wstring FormatVariantText(const TVariant& variant, bool withComments, int n
 
     // Moves shared with the neighbouring line are left out.
     size_t skip = 0;
-    if (previous) skip = sharedPrefix(variant, *previous);
-    else if (next) skip = sharedPrefix(variant, *next);
+    if (previous)
+        skip = sharedPrefix(variant, *previous);
+    else if (next)
+        skip = sharedPrefix(variant, *next);
 
     // The positions along the line, while its moves can be played; each child
     // points at the one before, so the vector never grows beyond its reserve.
@@ -149,8 +162,10 @@ std::wstring FormatVariantText(const TVariant& variant, bool withComments, int n
         // 3. Move number.
         if (withNumbers) {
             const int number = static_cast<int>(i / 2) + 1;
-            if (white) text += std::to_wstring(number) + L".";
-            else if (commentOnWhite || firstPrinted) text += std::to_wstring(number) + L". ...";
+            if (white)
+                text += std::to_wstring(number) + L".";
+            else if (commentOnWhite || firstPrinted)
+                text += std::to_wstring(number) + L". ...";
         }
         // 4. The move.
         text += played && useShort ? widen(FormatShortMove(positions.back())) : widen(entry.text);

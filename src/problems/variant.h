@@ -14,13 +14,13 @@ namespace zorvane {
 
 struct TVariantMove {
     TMove move;
-    std::string text;        // the move as it stood in the stored line, 8-bit
+    std::string text; // the move as it stood in the stored line, 8-bit
     std::wstring comment;
 };
 
 struct TVariant {
     std::wstring name;
-    std::vector<TVariantMove> moves;   // White's move first, from the starting position
+    std::vector<TVariantMove> moves; // White's move first, from the starting position
 };
 
 using TVariantMap = std::map<std::wstring, TVariant>;

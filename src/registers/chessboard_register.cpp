@@ -17,8 +17,8 @@ const char* incoherenceText(bool bDefence, bool bPolish) {
 } // namespace
 
 template <class TResult>
-void TChessboardRegister<TResult>::Insert(uint16_t nMoves, const TChessboardRegisterItem& item, TResult bThereIsMate,
-                                          const TMove* move, bool bSave) {
+void TChessboardRegister<TResult>::Insert(uint16_t nMoves, const TChessboardRegisterItem& item,
+                                          TResult bThereIsMate, const TMove* move, bool bSave) {
     insertAt(false, nMoves, item, bThereIsMate, move, bSave);
 }
 
@@ -29,8 +29,9 @@ void TChessboardRegister<TResult>::InsertDefence(uint16_t nMoves, const TChessbo
 }
 
 template <class TResult>
-void TChessboardRegister<TResult>::insertAt(bool bDefence, uint16_t nMoves, const TChessboardRegisterItem& item,
-                                            TResult bThereIsMate, const TMove* move, bool bSave) {
+void TChessboardRegister<TResult>::insertAt(bool bDefence, uint16_t nMoves,
+                                            const TChessboardRegisterItem& item, TResult bThereIsMate,
+                                            const TMove* move, bool bSave) {
     // 1. Short levels may be switched off under memory pressure.
     if (!ShortLevels() && nMoves < REGISTER_SHORT_LEVELS) return;
     // 2. A full register drops the entry.
@@ -56,13 +57,14 @@ void TChessboardRegister<TResult>::insertAt(bool bDefence, uint16_t nMoves, cons
         (void)bSave;
     } catch (...) {
         // 7. Out of memory: the entry is lost, the search goes on.
-        logMessage("Exception caught in method TChessboardRegister::Insert", nMoves, static_cast<int>(bThereIsMate));
+        logMessage("Exception caught in method TChessboardRegister::Insert", nMoves,
+                   static_cast<int>(bThereIsMate));
     }
 }
 
 template <class TResult>
-void TChessboardRegister<TResult>::removeRedundant(bool bDefence, uint16_t nMoves, const TChessboardRegisterItem& item,
-                                                   bool bThereIsMate) {
+void TChessboardRegister<TResult>::removeRedundant(bool bDefence, uint16_t nMoves,
+                                                   const TChessboardRegisterItem& item, bool bThereIsMate) {
     // The attacker: a mate in n implies every longer mate, an absence in n
     // every shorter absence. The defender's levels read the other way round.
     const bool removeAbove = bDefence ? !bThereIsMate : bThereIsMate;
@@ -91,7 +93,8 @@ uint8_t TChessboardRegister<TResult>::LookupInserted(uint16_t nMoves, const TChe
 }
 
 template <class TResult>
-uint8_t TChessboardRegister<TResult>::LookupInsertedDefence(uint16_t nMoves, const TChessboardRegisterItem& item) {
+uint8_t TChessboardRegister<TResult>::LookupInsertedDefence(uint16_t nMoves,
+                                                            const TChessboardRegisterItem& item) {
     TRegisterReadGuard guard(m_csMap);
     for (const auto& [level, positions] : m_map) {
         if ((level & 1u) != 0) continue;
@@ -104,8 +107,8 @@ uint8_t TChessboardRegister<TResult>::LookupInsertedDefence(uint16_t nMoves, con
 }
 
 template <class TResult>
-const TSubproblemRegisterInfo<TResult>* TChessboardRegister<TResult>::InsertedAt(uint16_t nMoves,
-                                                                                 const TChessboardRegisterItem& item) {
+const TSubproblemRegisterInfo<TResult>*
+TChessboardRegister<TResult>::InsertedAt(uint16_t nMoves, const TChessboardRegisterItem& item) {
     TRegisterReadGuard guard(m_csMap);
     const auto level = m_map.find(nMoves);
     if (level == m_map.end()) return nullptr;
@@ -124,10 +127,11 @@ template <class TResult> void TChessboardRegister<TResult>::ClearInserted() {
 template <class TResult> void TChessboardRegister<TResult>::SetMemoryLimit(uint64_t limitBytes) {
     m_uMemoryLimit = limitBytes;
     // Computed so that a limit near 2^64 cannot overflow.
-    m_uNetMemoryLimit = limitBytes / 100 * REGISTER_NET_PERCENT + limitBytes % 100 * REGISTER_NET_PERCENT / 100;
+    m_uNetMemoryLimit =
+        limitBytes / 100 * REGISTER_NET_PERCENT + limitBytes % 100 * REGISTER_NET_PERCENT / 100;
     const uint64_t entries = m_uNetMemoryLimit / REGISTER_BYTES_PER_ENTRY;
     m_uMaxEntries.store(entries > std::numeric_limits<uint32_t>::max() ? std::numeric_limits<uint32_t>::max()
-                                                                         : static_cast<uint32_t>(entries));
+                                                                       : static_cast<uint32_t>(entries));
 }
 
 template <class TResult>

@@ -51,7 +51,7 @@ constexpr unsigned REGISTER_NET_PERCENT = 73;
 constexpr uint16_t REGISTER_SHORT_LEVELS = 4;
 
 template <class TResult> class TChessboardRegister {
-public:
+  public:
     using TLevelMap = std::map<TChessboardRegisterItem, TSubproblemRegisterInfo<TResult>>;
     using TPersistentMap = std::map<unsigned short, TLevelMap>;
 
@@ -121,7 +121,7 @@ public:
     // The interface language of the error texts.
     bool m_bPolishTexts = false;
 
-protected:
+  protected:
     // A message of the register log, with the counters.
     void logMessage(const char* message, int p1, int p2) const;
 
@@ -132,10 +132,11 @@ protected:
     std::atomic<uint32_t> m_nSecondCount{0};
     std::atomic<bool> m_bShortLevels{true};
 
-private:
+  private:
     void insertAt(bool bDefence, uint16_t nMoves, const TChessboardRegisterItem& item, TResult bThereIsMate,
                   const TMove* move, bool bSave);
-    void removeRedundant(bool bDefence, uint16_t nMoves, const TChessboardRegisterItem& item, bool bThereIsMate);
+    void removeRedundant(bool bDefence, uint16_t nMoves, const TChessboardRegisterItem& item,
+                         bool bThereIsMate);
 
     TPersistentMap m_map;
     TRegisterLock m_csMap;

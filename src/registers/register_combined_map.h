@@ -107,7 +107,7 @@ struct TRegisterStoreOutcome {
 };
 
 class TRegisterCombinedMap {
-public:
+  public:
     enum class BucketForm { Empty, Vector, Tree };
     static constexpr size_t kVectorRecords = 8;
     // The clear reports its progress after every this many buckets.
@@ -172,7 +172,7 @@ public:
     size_t RecordsIn(uint32_t bucket) const;
     uint64_t Word(uint32_t bucket) const { return m_aBuckets[bucket]; }
 
-private:
+  private:
     static constexpr uint64_t kTreeBit = uint64_t{1} << 63;
     static constexpr uint64_t kPointerBits = (uint64_t{1} << 48) - 1;
     static constexpr uint64_t kKeptBits = ~kTreeBit & ~kPointerBits;

@@ -38,7 +38,7 @@ struct TChessboardRegisterItem {
         return item;
     }
 
-private:
+  private:
     static constexpr uint64_t byteswap64(uint64_t w) {
         uint64_t r = 0;
         for (int i = 0; i < 8; ++i) r |= ((w >> (8 * i)) & 0xFF) << (8 * (7 - i));

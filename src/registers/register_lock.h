@@ -17,7 +17,7 @@ namespace zorvane {
 uint32_t RegisterThreadId();
 
 class TRegisterLock {
-public:
+  public:
     TRegisterLock() = default;
     TRegisterLock(const TRegisterLock&) = delete;
     TRegisterLock& operator=(const TRegisterLock&) = delete;
@@ -41,7 +41,7 @@ public:
     // Tries of busy waiting before each further try yields the processor.
     static constexpr int kSpinTries = 64000;
 
-private:
+  private:
     std::atomic<uint32_t> m_bExclusive{0};
     std::atomic<uint32_t> m_nDepth{0};
     std::atomic<uint32_t> m_nWaitingWriters{0};
@@ -51,24 +51,24 @@ private:
 static_assert(sizeof(TRegisterLock) == 20, "five 32-bit words");
 
 class TRegisterWriteGuard {
-public:
+  public:
     explicit TRegisterWriteGuard(TRegisterLock& lock) : m_lock(lock) { m_lock.LockWrite(); }
     ~TRegisterWriteGuard() { m_lock.UnlockWrite(); }
     TRegisterWriteGuard(const TRegisterWriteGuard&) = delete;
     TRegisterWriteGuard& operator=(const TRegisterWriteGuard&) = delete;
 
-private:
+  private:
     TRegisterLock& m_lock;
 };
 
 class TRegisterReadGuard {
-public:
+  public:
     explicit TRegisterReadGuard(TRegisterLock& lock) : m_lock(lock), m_bCounted(lock.LockRead()) {}
     ~TRegisterReadGuard() { m_lock.UnlockRead(m_bCounted); }
     TRegisterReadGuard(const TRegisterReadGuard&) = delete;
     TRegisterReadGuard& operator=(const TRegisterReadGuard&) = delete;
 
-private:
+  private:
     TRegisterLock& m_lock;
     bool m_bCounted;
 };

@@ -4,7 +4,8 @@
 
 namespace zorvane {
 
-void CRegisterLog::Write(const char* message, int p1, int p2, uint32_t elementsIn, uint32_t doubtfulElementsIn) {
+void CRegisterLog::Write(const char* message, int p1, int p2, uint32_t elementsIn,
+                         uint32_t doubtfulElementsIn) {
     std::lock_guard<std::mutex> lock(m_cs);
     std::FILE* file = std::fopen(m_path.string().c_str(), "a");
     if (!file) return; // a diagnostic log never stops the search

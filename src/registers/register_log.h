@@ -11,7 +11,7 @@
 namespace zorvane {
 
 class CRegisterLog {
-public:
+  public:
     explicit CRegisterLog(std::filesystem::path path) : m_path(std::move(path)) {}
 
     // Two lines: "<message>, msg params: p1, p2" and the counters.
@@ -19,7 +19,7 @@ public:
 
     const std::filesystem::path& Path() const { return m_path; }
 
-private:
+  private:
     std::filesystem::path m_path;
     // Registers of one solve share the log; their lines must not interleave.
     std::mutex m_cs;

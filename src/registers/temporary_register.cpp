@@ -12,8 +12,10 @@ std::string RegisterConflictText(const TChessboardRegisterItem& item, uint16_t n
     } catch (...) {
         id = "?"; // a key that is no position still deserves its numbers
     }
-    return id + "\n\nnMoves=" + std::to_string(nMoves) + ", bThereIsMate=" + std::to_string(bThereIsMate ? 1 : 0) +
-           "\nMovesMate=" + std::to_string(moves.MovesMate) + ", MovesNoMate=" + std::to_string(moves.MovesNoMate);
+    return id + "\n\nnMoves=" + std::to_string(nMoves) +
+           ", bThereIsMate=" + std::to_string(bThereIsMate ? 1 : 0) +
+           "\nMovesMate=" + std::to_string(moves.MovesMate) +
+           ", MovesNoMate=" + std::to_string(moves.MovesNoMate);
 }
 
 template <int nKind> TTemporaryChessboardRegister<nKind>::TTemporaryChessboardRegister(uint32_t bucketCount) {
@@ -58,7 +60,8 @@ void TTemporaryChessboardRegister<nKind>::Store(uint16_t nMoves, const TChessboa
 }
 
 template <int nKind>
-bool TTemporaryChessboardRegister<nKind>::Numbers(const TChessboardRegisterItem& item, TRegisterMoves& moves) {
+bool TTemporaryChessboardRegister<nKind>::Numbers(const TChessboardRegisterItem& item,
+                                                  TRegisterMoves& moves) {
     TRegisterReadGuard guard(m_csCombined);
     const TRegisterMoves* found = m_map.Find(item, item.hash());
     if (found) moves = *found;
@@ -72,7 +75,8 @@ void TTemporaryChessboardRegister<nKind>::Clear(bool bKeepArray, const TRegister
 }
 
 template <int nKind>
-void TTemporaryChessboardRegister<nKind>::clearCombined(bool bKeepArray, const TRegisterClearProgress& progress) {
+void TTemporaryChessboardRegister<nKind>::clearCombined(bool bKeepArray,
+                                                        const TRegisterClearProgress& progress) {
     using Clock = std::chrono::steady_clock;
     TRegisterWriteGuard guard(m_csCombined);
     auto lastRepaint = Clock::now();

@@ -48,7 +48,7 @@ std::string RegisterConflictText(const TChessboardRegisterItem& item, uint16_t n
 template <int nKind> class TTemporaryChessboardRegister : public TChessboardRegister<bool> {
     static_assert(nKind == 0 || nKind == 1);
 
-public:
+  public:
     explicit TTemporaryChessboardRegister(uint32_t bucketCount = 0);
     ~TTemporaryChessboardRegister() override = default;
 
@@ -72,16 +72,20 @@ public:
     uint8_t Lookup(uint16_t nMoves, const TChessboardRegisterItem& item, uint32_t hash) {
         return ask(item, hash, [nMoves](TRegisterMoves m) { return AttackerAnswer(m, nMoves); });
     }
-    uint8_t Lookup(uint16_t nMoves, const TChessboardRegisterItem& item) { return Lookup(nMoves, item, item.hash()); }
+    uint8_t Lookup(uint16_t nMoves, const TChessboardRegisterItem& item) {
+        return Lookup(nMoves, item, item.hash());
+    }
     // As Lookup; 2 for a mate that takes longer than nMoves, when nMoves is not below the bound.
-    uint8_t LookupWithBound(uint16_t nMoves, uint16_t lowerBound, const TChessboardRegisterItem& item, uint32_t hash) {
+    uint8_t LookupWithBound(uint16_t nMoves, uint16_t lowerBound, const TChessboardRegisterItem& item,
+                            uint32_t hash) {
         return ask(item, hash, [=](TRegisterMoves m) { return BoundAnswer(m, nMoves, lowerBound); });
     }
     uint8_t LookupWithBound(uint16_t nMoves, uint16_t lowerBound, const TChessboardRegisterItem& item) {
         return LookupWithBound(nMoves, lowerBound, item, item.hash());
     }
     // 1 or 0 for mates that may be shorter than the present level (RangeAnswer).
-    uint8_t LookupInRange(uint16_t nMoves, uint16_t upperBound, const TChessboardRegisterItem& item, uint32_t hash) {
+    uint8_t LookupInRange(uint16_t nMoves, uint16_t upperBound, const TChessboardRegisterItem& item,
+                          uint32_t hash) {
         return ask(item, hash, [=](TRegisterMoves m) { return RangeAnswer(m, nMoves, upperBound); });
     }
     uint8_t LookupInRange(uint16_t nMoves, uint16_t upperBound, const TChessboardRegisterItem& item) {
@@ -116,7 +120,7 @@ public:
     const TRegisterCombinedMap& CombinedMap() const { return m_map; }
     TRegisterLock& CombinedMapLock() { return m_csCombined; }
 
-private:
+  private:
     template <class Answer> uint8_t ask(const TChessboardRegisterItem& item, uint32_t hash, Answer answer) {
         TRegisterReadGuard guard(m_csCombined);
         const TRegisterMoves* moves = m_map.Find(item, hash);

@@ -105,9 +105,12 @@ PositionJudgement JudgePosition(TChessProblem& problem, const TChessboard& posit
     if (!white) return {};
     const KnownMate known = Solver::KnownMateOf(problem, position);
     switch (known.source) {
-    case KnownMate::AtOnce: return {PositionVerdict::MateInOne, 1};
-    case KnownMate::Register: return {PositionVerdict::TemporaryRegisterMate, known.moves};
-    case KnownMate::None: break;
+    case KnownMate::AtOnce:
+        return {PositionVerdict::MateInOne, 1};
+    case KnownMate::Register:
+        return {PositionVerdict::TemporaryRegisterMate, known.moves};
+    case KnownMate::None:
+        break;
     }
     return {};
 }

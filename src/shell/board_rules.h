@@ -12,7 +12,6 @@
 
 namespace zorvane {
 
-
 // The move from `from` to `to` (with `promotion`, a kind or 0) as the strict
 // reader of typed moves judges it on `position`; nothing when it is illegal.
 // A pawn reaching the last row without a figure comes back as a queen's promotion.

@@ -29,7 +29,9 @@ namespace {
 constexpr int CLOCK_PERIOD_MS = 1000;
 constexpr auto STOP_WAIT_STEP = std::chrono::milliseconds(1);
 
-QString wide(const std::wstring& text) { return QString::fromStdWString(text); }
+QString wide(const std::wstring& text) {
+    return QString::fromStdWString(text);
+}
 
 // "12.3k", "4.5M", "1.2G" for the large counters of the panel.
 QString counterText(uint64_t value) {
@@ -41,7 +43,8 @@ QString counterText(uint64_t value) {
 
 // "m:ss" or "h:mm:ss".
 QString elapsedText(int seconds) {
-    if (seconds >= 3600) return QString::asprintf("%d:%02d:%02d", seconds / 3600, seconds / 60 % 60, seconds % 60);
+    if (seconds >= 3600)
+        return QString::asprintf("%d:%02d:%02d", seconds / 3600, seconds / 60 % 60, seconds % 60);
     return QString::asprintf("%d:%02d", seconds / 60, seconds % 60);
 }
 
@@ -67,8 +70,10 @@ struct SolveController::Run {
 
     void onSolution(const SolutionEvent& event) {
         std::lock_guard<std::mutex> guard(lock);
-        if (event.move.isNull()) found.clear();
-        else found.push_back(event.text);
+        if (event.move.isNull())
+            found.clear();
+        else
+            found.push_back(event.text);
     }
 };
 
@@ -80,11 +85,10 @@ void SolveController::attachTo(MainWindow& window) {
     window.onSolveCommand = [this](CommandId id) { dispatch(id); };
     window.onStopAllSolves = [this] { StopAllSolving(); };
     connect(&window, &MainWindow::closing, this, [this] { StopAllSolving(true); });
-    connect(&window, &MainWindow::refreshTick, this,
-            [this, &window] {
-                window.progressPanel()->setText(progressText());
-                refreshStartButton();
-            });
+    connect(&window, &MainWindow::refreshTick, this, [this, &window] {
+        window.progressPanel()->setText(progressText());
+        refreshStartButton();
+    });
     connect(this, &SolveController::solveFinished, &window, [&window] { window.UpdateMenuState(); });
     window.UpdateMenuState();
     if (auto* bar = window.findChild<QToolBar*>()) {
@@ -99,10 +103,12 @@ void SolveController::attachTo(MainWindow& window) {
              L"Старт/стоп (клацання правою кнопкою: знайти всі розв'язки/пауза; +Ctrl: вікно вибору "
              L"евристик)"}));
         button->setContextMenuPolicy(Qt::CustomContextMenu);
-        connect(button, &QToolButton::clicked, this,
-                [this] { startButtonClicked(false, QGuiApplication::keyboardModifiers() & Qt::ControlModifier); });
-        connect(button, &QWidget::customContextMenuRequested, this,
-                [this] { startButtonClicked(true, QGuiApplication::keyboardModifiers() & Qt::ControlModifier); });
+        connect(button, &QToolButton::clicked, this, [this] {
+            startButtonClicked(false, QGuiApplication::keyboardModifiers() & Qt::ControlModifier);
+        });
+        connect(button, &QWidget::customContextMenuRequested, this, [this] {
+            startButtonClicked(true, QGuiApplication::keyboardModifiers() & Qt::ControlModifier);
+        });
         m_startButton = button;
         bar->addWidget(button);
     }
@@ -114,19 +120,25 @@ void SolveController::startButtonClicked(bool rightButton, bool ctrl) {
     const bool running = m_runs.count(problem->id) != 0;
     // Through the window, so that a greyed command does not run by the button either.
     const auto command = [this](CommandId id) {
-        if (m_mainWindow) m_mainWindow->DispatchCommand(id);
-        else dispatch(id);
+        if (m_mainWindow)
+            m_mainWindow->DispatchCommand(id);
+        else
+            dispatch(id);
     };
-    if (!rightButton) command(running ? CommandId::SolveStop : CommandId::SolveStart);
-    else if (running) PauseOrResume(ctrl);
-    else command(ctrl ? CommandId::SolveAllWithHeuristics : CommandId::SolveAllSolutions);
+    if (!rightButton)
+        command(running ? CommandId::SolveStop : CommandId::SolveStart);
+    else if (running)
+        PauseOrResume(ctrl);
+    else
+        command(ctrl ? CommandId::SolveAllWithHeuristics : CommandId::SolveAllSolutions);
 }
 
 void SolveController::refreshStartButton() {
     if (!m_startButton) return;
     const TChessProblem* problem = m_window.problems().Current();
     const bool running = problem && m_runs.count(problem->id);
-    m_startButton->setIcon(m_startButton->style()->standardIcon(running ? QStyle::SP_MediaStop : QStyle::SP_MediaPlay));
+    m_startButton->setIcon(
+        m_startButton->style()->standardIcon(running ? QStyle::SP_MediaStop : QStyle::SP_MediaPlay));
 }
 
 SolveController::~SolveController() {
@@ -151,13 +163,26 @@ void SolveController::tell(const QString& title, const QString& text) {
 
 void SolveController::dispatch(CommandId id) {
     switch (id) {
-    case CommandId::SolveStart: StartSolving(false); return;
-    case CommandId::SolveAllSolutions: StartSolving(true); return;
-    case CommandId::SolveStop: StopSolving(); return;
-    case CommandId::SolvePause: PauseOrResume(false); return;
-    case CommandId::SolvePauseOneThread: PauseOrResume(true); return;
-    case CommandId::SolveResume: ResumeSolving(); return;
-    default: return;
+    case CommandId::SolveStart:
+        StartSolving(false);
+        return;
+    case CommandId::SolveAllSolutions:
+        StartSolving(true);
+        return;
+    case CommandId::SolveStop:
+        StopSolving();
+        return;
+    case CommandId::SolvePause:
+        PauseOrResume(false);
+        return;
+    case CommandId::SolvePauseOneThread:
+        PauseOrResume(true);
+        return;
+    case CommandId::SolveResume:
+        ResumeSolving();
+        return;
+    default:
+        return;
     }
 }
 
@@ -205,7 +230,8 @@ void SolveController::start(TChessProblem& problem, SolveRoad road, int plies, c
     // The temporary register may take its share of the machine's memory; when
     // the size is unknown, the driver's own limit stands.
     if (const uint64_t physical = PhysicalMemoryBytes())
-        request.options.registerMemoryLimit = TempRegLimitMb(physical, options.MaxMemRatioForTempReg) * 1024 * 1024;
+        request.options.registerMemoryLimit =
+            TempRegLimitMb(physical, options.MaxMemRatioForTempReg) * 1024 * 1024;
     // 4. A register of an earlier solve goes first when the option says so;
     // the solve clears it, the status says so meanwhile.
     if (options.ClearRegisterOnStartSolving && Solver::RegisterPositions(problem) > 0) {
@@ -233,7 +259,8 @@ void SolveController::start(TChessProblem& problem, SolveRoad road, int plies, c
     callbacks.onSolution = [raw](const SolutionEvent& event) { raw->onSolution(event); };
     // The end of the run reaches the window as a queued call, on its own thread.
     callbacks.onFinished = [this, id] {
-        QMetaObject::invokeMethod(this, [this, id] { finish(id); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            this, [this, id] { finish(id); }, Qt::QueuedConnection);
     };
     raw->solver.Start(problem, request, std::move(callbacks));
 }
@@ -379,7 +406,9 @@ void SolveController::ResumeSolving() {
     m_window.runningSolves().setPaused(run.id, false);
 }
 
-int SolveController::CountRunningSolves() const { return static_cast<int>(m_runs.size()); }
+int SolveController::CountRunningSolves() const {
+    return static_cast<int>(m_runs.size());
+}
 
 SolveProgress SolveController::ProgressOf(int32_t id) const {
     const auto found = m_runs.find(id);
@@ -390,7 +419,8 @@ QString SolveController::progressText() const {
     const TChessProblem* problem = m_window.problems().Current();
     if (!problem) return QString();
     const auto found = m_runs.find(problem->id);
-    if (found == m_runs.end()) return m_lastResults.count(problem->id) ? m_lastResults.at(problem->id) : QString();
+    if (found == m_runs.end())
+        return m_lastResults.count(problem->id) ? m_lastResults.at(problem->id) : QString();
     const Run& run = *found->second;
     const SolveProgress progress = run.solver.Progress();
     const int begun = progress.rootMovesBegun, total = progress.rootMoves;

@@ -35,7 +35,7 @@ class WindowServices;
 
 class SolveController : public QObject {
     Q_OBJECT
-public:
+  public:
     SolveController(WindowServices& window, BoardController& board, QObject* parent = nullptr);
     // Stops every run and waits for its thread. Destroy it before the window's list of problems.
     ~SolveController() override;
@@ -70,13 +70,14 @@ public:
     // The text of the last finished run of the current problem, for the panel.
     QString lastResultText() const;
 
-signals:
+  signals:
     // A run ended and its outcome has been shown.
     void solveFinished(int problemId);
 
-private:
+  private:
     struct Run;
-    void start(TChessProblem& problem, SolveRoad road, int plies, const TChessboard* position, bool allSolutions);
+    void start(TChessProblem& problem, SolveRoad road, int plies, const TChessboard* position,
+               bool allSolutions);
     void finish(int32_t id);
     void stop(Run& run);
     void tell(const QString& title, const QString& text);

@@ -16,15 +16,11 @@
 
 using namespace zorvane;
 
-namespace {
-
-
-
-} // namespace
+namespace {} // namespace
 
 class SolveControllerTest : public QObject {
     Q_OBJECT
-private slots:
+  private slots:
     void f5SolvesATwoMoverAndShowsTheResult() {
         SolvingSession s;
         startOnSample(s);
@@ -71,8 +67,8 @@ private slots:
         s.window->DispatchCommand(CommandId::SolveStop);
         QVERIFY(!s.window->runningSolves().contains(1));
         QVERIFY(std::chrono::steady_clock::now() - stopAt < std::chrono::seconds(1));
-        QVERIFY2(s.prompts.boxes.last().startsWith(
-                     QStringLiteral("Mate search result|Analysis stopped by user\nPositions in temporary register: ")),
+        QVERIFY2(s.prompts.boxes.last().startsWith(QStringLiteral(
+                     "Mate search result|Analysis stopped by user\nPositions in temporary register: ")),
                  qPrintable(s.prompts.boxes.last()));
     }
 
@@ -108,7 +104,8 @@ private slots:
         startLong(s);
         auto* button = s.window->findChild<QToolButton*>(QStringLiteral("startButton"));
         QVERIFY(button);
-        QVERIFY(button->toolTip().startsWith(QStringLiteral("Start/stop (right click: find all solutions/pause")));
+        QVERIFY(button->toolTip().startsWith(
+            QStringLiteral("Start/stop (right click: find all solutions/pause")));
         QTest::mouseClick(button, Qt::LeftButton);
         QVERIFY(s.window->runningSolves().contains(1));
         s.solving->startButtonClicked(true, false); // the right click
@@ -136,7 +133,8 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 10000);
         QVERIFY2(s.prompts.boxes.last().startsWith(QStringLiteral("Result of analysis|")),
                  qPrintable(s.prompts.boxes.last()));
-        QVERIFY2(s.prompts.boxes.last().contains(QStringLiteral(" >> #2")), qPrintable(s.prompts.boxes.last()));
+        QVERIFY2(s.prompts.boxes.last().contains(QStringLiteral(" >> #2")),
+                 qPrintable(s.prompts.boxes.last()));
     }
 
     void aTaskErrorIsShownWithItsText() {
@@ -152,8 +150,9 @@ private slots:
         QSignalSpy finished(s.solving.get(), &SolveController::solveFinished);
         s.window->DispatchCommand(CommandId::SolveStart);
         QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 5000);
-        QCOMPARE(s.prompts.boxes.last(), QStringLiteral("An error has occurred|Black king cannot be checked in the "
-                                                        "mate task starting postition."));
+        QCOMPARE(s.prompts.boxes.last(),
+                 QStringLiteral("An error has occurred|Black king cannot be checked in the "
+                                "mate task starting postition."));
         QCOMPARE(s.window->runningSolves().count(), 0);
     }
 
@@ -184,12 +183,13 @@ private slots:
         const int solved = s.current();
         QSignalSpy finished(s.solving.get(), &SolveController::solveFinished);
         s.window->DispatchCommand(CommandId::SolveAllSolutions);
-        s.prompts.answers.push_back(Answer::No); // do not stop it
+        s.prompts.answers.push_back(Answer::No);            // do not stop it
         s.window->DispatchCommand(CommandId::ProblemFirst); // away to the first while it runs
         QCOMPARE(s.current(), 1);
         QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 20000);
-        QVERIFY2(s.prompts.boxes.last().startsWith(QStringLiteral("Mate search result|5 solution(s) found of the problem ") +
-                                                   QString::number(solved)),
+        QVERIFY2(s.prompts.boxes.last().startsWith(
+                     QStringLiteral("Mate search result|5 solution(s) found of the problem ") +
+                     QString::number(solved)),
                  qPrintable(s.prompts.boxes.last()));
     }
 };

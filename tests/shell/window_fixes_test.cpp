@@ -29,7 +29,6 @@ const QString NOT_AVAILABLE =
 const QString QUIT_QUESTION = QStringLiteral(
     "Question|Search for solution is pending for 1 problem(s).\nAre you sure you want to quit?");
 
-
 void touch(const fs::path& path) {
     fs::create_directories(path.parent_path());
     std::ofstream(path) << "# Zorvane\n";
