@@ -46,6 +46,7 @@ BoardController::BoardController(BoardView* view, Prompts& prompts, std::functio
     connect(view, &BoardView::moveRequested, this, &BoardController::onMoveRequested);
     connect(view, &BoardView::paletteClicked, this, &BoardController::onPaletteClicked);
     connect(view, &BoardView::stipulationArrow, this, &BoardController::onStipulationArrow);
+    setLanguage(m_languageId);
     refreshView();
 }
 
@@ -75,6 +76,14 @@ const TChessboard* BoardController::shownPosition() const {
 
 void BoardController::setLanguage(int languageId) {
     m_languageId = languageId;
+    if (m_view)
+        m_view->setArrowToolTip(Translate(
+            languageId,
+            {L"Kliknij u góry/dołu, aby zwiększyć/zmniejszyć liczbę ruchów (warunek) w trybie ustawiania "
+             L"pozycji",
+             L"Click at the top/bottom to increase/decrease number of moves (stipulation) in pos.setting "
+             L"mode",
+             L"Клацніть угорі/внизу, щоб збільшити/зменшити кількість ходів (умову) в режимі розстановки"}));
 }
 
 bool BoardController::dispatch(CommandId command) {
@@ -155,6 +164,20 @@ void BoardController::onMoveRequested(int from, int to) {
     m_shownIndex = m_problem->playedPositions.size();
     changed();
     showVerdictOf(*shownPosition());
+    // The engine ends any line at a repeated position: the user is told so.
+    if (repeatsEarlierPosition()) inform(BoardText::PositionRepetition);
+}
+
+bool BoardController::repeatsEarlierPosition() const {
+    const auto& chain = m_problem->playedPositions;
+    if (chain.empty()) return false;
+    const TChessboard& last = chain.back();
+    const auto same = [&last](const TChessboard& earlier) {
+        return earlier.whiteToMove() == last.whiteToMove() &&
+               std::equal(std::begin(last.m_aSquares), std::end(last.m_aSquares),
+                          std::begin(earlier.m_aSquares));
+    };
+    return same(m_problem->startPosition) || std::any_of(chain.begin(), chain.end() - 1, same);
 }
 
 void BoardController::showVerdictOf(const TChessboard& position) {

@@ -78,6 +78,8 @@ class BoardController : public QObject {
   private:
     void onSquarePressed(int square, Qt::MouseButton button);
     void onMoveRequested(int from, int to);
+    // The position just played stood earlier in the line, with the same side to move.
+    bool repeatsEarlierPosition() const;
     void onPaletteClicked(int column, bool white);
     void onStipulationArrow(int delta);
 

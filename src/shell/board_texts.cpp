@@ -19,6 +19,16 @@ LocalizedText textOf(BoardText text) {
                 L"Неправильна позиція: чорний король не може бути під шахом у початковій позиції."};
     case BoardText::IllegalMove:
         return {L"Niedozwolony ruch", L"Illegal move", L"Неприпустимий хід"};
+    case BoardText::PositionRepetition:
+        return {
+            L"Program wykrył powtórzenie pozycji\nZe względów optymalizacyjnych każde powtórzenie pozycji "
+            L"jest traktowane jako zapobiegające matowi i dlatego program w takim przypadku kończy analizę.",
+            L"Program detected position repetition\nFor optimization reasons every postion repetition is "
+            L"treated "
+            L"as preventing mate and, thus, program terminates analysis in such case.",
+            L"Програма виявила повторення позиції\nЗ міркувань оптимізації кожне повторення позиції "
+            L"вважається "
+            L"таким, що запобігає мату, і тому програма в такому разі припиняє аналіз."};
     case BoardText::EngineRefusesMove:
         return {L"Program odmawia wykonania tego ruchu.\nUniemożliwia on zamatowanie czarnego króla...",
                 L"Engine refuses to make this move.\nIt makes mating black king impossible...",

@@ -10,6 +10,7 @@ enum class BoardText {
     NoMoreMoves, // %1: moves of the stipulation
     CheckedAtStart,
     IllegalMove,
+    PositionRepetition,
     EngineRefusesMove,
     Stalemate,
     MateInOne,

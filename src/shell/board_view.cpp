@@ -3,9 +3,11 @@
 #include "shell/board_geometry.h"
 #include "shell/figure_glyphs.h"
 
+#include <QHelpEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPolygonF>
+#include <QToolTip>
 
 namespace zorvane {
 
@@ -44,6 +46,24 @@ void BoardView::setPosition(const TChessboard& position) {
     m_position = position;
     m_dragFrom = -1;
     update();
+}
+
+QString BoardView::toolTipAt(const QPoint& point) const {
+    const Hit hit = HitTest(point.x(), point.y(), m_rotated, m_settingMode);
+    return hit.kind == HitKind::Arrow ? m_arrowToolTip : QString();
+}
+
+bool BoardView::event(QEvent* event) {
+    if (event->type() == QEvent::ToolTip) {
+        const auto* help = static_cast<QHelpEvent*>(event);
+        const QString text = toolTipAt(help->pos());
+        if (text.isEmpty())
+            QToolTip::hideText();
+        else
+            QToolTip::showText(help->globalPos(), text, this);
+        return true;
+    }
+    return QWidget::event(event);
 }
 
 void BoardView::setRotated(bool rotated) {

@@ -36,6 +36,11 @@ class BoardView : public QWidget {
     // Men of this colour (WHITE or BLACK) can be dragged; 0 for none.
     void setMovableColour(uint8_t colour);
 
+    // The tool tip over the stipulation arrows.
+    void setArrowToolTip(const QString& text) { m_arrowToolTip = text; }
+    // The tool tip at a point of the view: the arrows' text over them, none elsewhere.
+    QString toolTipAt(const QPoint& point) const;
+
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }
 
@@ -47,6 +52,7 @@ class BoardView : public QWidget {
     void stipulationArrow(int delta);
 
   protected:
+    bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
@@ -65,6 +71,7 @@ class BoardView : public QWidget {
     uint8_t m_selectedFigure = 0;
     uint8_t m_movableColour = 0;
     QString m_stipulation;
+    QString m_arrowToolTip;
     // The man being dragged: his square, or -1, and where the mouse is.
     int m_dragFrom = -1;
     QPoint m_dragPoint;

@@ -15,6 +15,11 @@
 
 namespace zorvane {
 
+namespace {
+// The moves that a right click on the move back or redo button steps.
+constexpr int FEW_MOVES = 4;
+} // namespace
+
 bool IsCheckableCommand(CommandId id) {
     using enum CommandId;
     return (id >= TypeDirectMate && id <= TypeHelpmate) || (id >= PriorityHigh && id <= PriorityLow) ||
@@ -104,6 +109,10 @@ QStyle::StandardPixmap toolPixmap(ToolIcon icon) {
         return QStyle::SP_BrowserReload;
     case ToolIcon::Progress:
         return QStyle::SP_TitleBarUnshadeButton;
+    case ToolIcon::MoveBack:
+        return QStyle::SP_MediaSeekBackward;
+    case ToolIcon::MoveRedo:
+        return QStyle::SP_MediaSeekForward;
     }
     return QStyle::SP_CustomBase;
 }
@@ -120,13 +129,29 @@ QToolBar* CommandRegistry::buildToolBar(QWidget* parent) {
         action->setIcon(parent->style()->standardIcon(toolPixmap(button.icon)));
         action->setCheckable(false);
         bar->addAction(action);
-        if (button.icon != ToolIcon::Select) continue;
         QWidget* widget = bar->widgetForAction(action);
+        if (button.icon == ToolIcon::MoveBack || button.icon == ToolIcon::MoveRedo) {
+            // A right click steps a few moves at once.
+            widget->setContextMenuPolicy(Qt::CustomContextMenu);
+            const CommandId id = button.id;
+            connect(widget, &QWidget::customContextMenuRequested, this, [this, id] {
+                for (int step = 0; step < FEW_MOVES; ++step) emit commandTriggered(id);
+            });
+            continue;
+        }
+        if (button.icon != ToolIcon::Select) continue;
         widget->setContextMenuPolicy(Qt::CustomContextMenu);
         connect(widget, &QWidget::customContextMenuRequested, this, [this, widget](const QPoint& point) {
             if (QMenu* list = popup(MENU_PROBLEMS)) list->popup(widget->mapToGlobal(point));
         });
     }
+    // No command runs it: the engine has no threads to change yet.
+    m_threadsButton = new QAction(QStringLiteral("+/-"), bar);
+    m_threadsButton->setObjectName(QStringLiteral("engineThreads"));
+    m_threadsButton->setEnabled(false);
+    m_entries.push_back(
+        {CommandId::Threads, m_threadsButton, EngineThreadsToolTip, true, EngineThreadsWaitTip});
+    bar->addAction(m_threadsButton);
     return bar;
 }
 
@@ -154,6 +179,8 @@ void CommandRegistry::retranslate(int languageId) {
     m_languageId = languageId;
     for (const Entry& entry : m_entries) {
         if (entry.text.english.empty()) continue;
+        if (!entry.statusTip.english.empty())
+            entry.action->setStatusTip(Translate(languageId, entry.statusTip));
         if (entry.isToolTip)
             entry.action->setToolTip(Translate(languageId, entry.text));
         else
@@ -189,6 +216,10 @@ bool CommandRegistry::isEnabled(CommandId id) const {
 
 void CommandRegistry::setEnabled(CommandId id, bool enabled) {
     for (QAction* action : actionsOf(id)) action->setEnabled(enabled);
+}
+
+void CommandRegistry::setStatusTip(CommandId id, const QString& tip) {
+    for (QAction* action : actionsOf(id)) action->setStatusTip(tip);
 }
 
 void CommandRegistry::setChecked(CommandId id, bool checked) {

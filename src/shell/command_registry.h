@@ -36,6 +36,8 @@ class CommandRegistry : public QObject {
     // The item that Ctrl and Shift held at start add under Help.
     void addBonusItem();
     QMenu* popup(int menuId) const;
+    // The +/- button of the engine's threads: greyed until the engine runs threads of its own.
+    QAction* engineThreadsButton() const { return m_threadsButton; }
 
     // Replaces every text by its form in the language.
     void retranslate(int languageId);
@@ -50,6 +52,7 @@ class CommandRegistry : public QObject {
     bool isEnabled(CommandId id) const;
     void setEnabled(CommandId id, bool enabled);
     void setChecked(CommandId id, bool checked);
+    void setStatusTip(CommandId id, const QString& tip);
 
   signals:
     // The id of the item or key as triggered; aliases keep their own id.
@@ -61,6 +64,7 @@ class CommandRegistry : public QObject {
         QAction* action;
         LocalizedText text;
         bool isToolTip = false;
+        LocalizedText statusTip; // for the entries that keep one of their own
     };
     QAction* makeAction(CommandId id, const LocalizedText& text, QObject* parent);
     void fillMenu(QMenu* menu, const MenuDefinition& definition);
@@ -71,6 +75,7 @@ class CommandRegistry : public QObject {
     std::vector<std::pair<QMenu*, LocalizedText>> m_menus;
     std::map<int, QMenu*> m_popups;
     QMenu* m_affinityMenu = nullptr;
+    QAction* m_threadsButton = nullptr;
     QMenu* m_helpMenu = nullptr;
     int m_languageId = 1;
 };

@@ -421,6 +421,10 @@ constexpr ToolButton TOOL_BUTTONS[] = {
         {L"Kliknij, aby wybrać inny problem (prawy klik: lista z opisami problemów)",
          L"Click to select another problem (right click: list with problem descriptions)",
          L"Клацніть, щоб вибрати іншу задачу (клацання правою кнопкою: список з описами задач)"}},
+    {MoveBack, ToolIcon::MoveBack, {L"Ruch wstecz (prawy klik: kilka ruchów wstecz)",
+        L"Move back (right click: move back a few moves)", L"Хід назад (клацання правою кнопкою: кілька ходів назад)"}},
+    {MoveRedo, ToolIcon::MoveRedo, {L"Ponów ruch (prawy klik: ponów kilka ruchów)",
+        L"Redo move (right click: redo a few moves)", L"Повторити хід (клацання правою кнопкою: повторити кілька ходів)"}},
     {TagAdd, ToolIcon::Tag, {L"Kliknij, aby dodać tag do problemu", L"Click to add a tag to the problem",
         L"Клацніть, щоб додати тег до задачі"}},
     {FileSave, ToolIcon::Save, {L"Zapisz zmiany w pliku", L"Save changes to file", L"Зберегти зміни у файл"}},
@@ -464,6 +468,18 @@ std::span<const MenuDefinition> PopupMenus() {
 std::span<const Accelerator> Accelerators() {
     return ACCELERATORS;
 }
+const LocalizedText EngineThreadsToolTip{
+    L"Kliknij u dołu/góry ikony, aby zmniejszyć/zwiększyć liczbę wątków silnika (dotyczy 1. ruchu)",
+    L"Click at the bottom/top of icon to decrease/increase number of engine threads (applies to 1st move)",
+    L"Клацніть унизу/вгорі значка, щоб зменшити/збільшити кількість потоків рушія (стосується 1-го ходу)"};
+const LocalizedText EngineThreadsWaitTip{L"Niedostępne: czeka na wątki silnika",
+                                         L"Not available yet: waits for the engine's threads",
+                                         L"Ще недоступно: чекає на потоки рушія"};
+const LocalizedText RegisterCountToolTip{
+    L"Liczba pozycji w rejestrze tymczasowym (zarówno mat, jak i nie, mat wątpliwy lub nie)",
+    L"Number of positions in temporary register (either checkmate or not, mate doubtful or not doubtful)",
+    L"Кількість позицій у тимчасовому реєстрі (з матом чи без, мат сумнівний чи ні)"};
+
 std::span<const ToolButton> ToolButtons() {
     return TOOL_BUTTONS;
 }

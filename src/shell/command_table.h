@@ -61,13 +61,17 @@ std::span<const MenuDefinition> PopupMenus();
 std::span<const Accelerator> Accelerators();
 
 // The tool buttons of the window, left to right.
-enum class ToolIcon { Previous, Next, Select, Tag, Save, Setting, Rotate, Progress };
+enum class ToolIcon { Previous, Next, Select, Tag, Save, Setting, Rotate, Progress, MoveBack, MoveRedo };
 struct ToolButton {
     CommandId id;
     ToolIcon icon;
     LocalizedText toolTip;
 };
 std::span<const ToolButton> ToolButtons();
+// The +/- button of the engine's threads, and the register-count indicator.
+extern const LocalizedText EngineThreadsToolTip;
+extern const LocalizedText EngineThreadsWaitTip;
+extern const LocalizedText RegisterCountToolTip;
 
 // The command an alias stands for (F5 and its twins all come to SolveStart); the id itself otherwise.
 CommandId CanonicalCommand(CommandId id);

@@ -1,9 +1,12 @@
 #include "shell/file_commands.h"
 
+#include "shell/fen_check.h"
 #include "shell/problem_merge.h"
 #include "shell/window_services.h"
 
 #include <exception>
+#include <fstream>
+#include <sstream>
 
 namespace zorvane {
 
@@ -64,9 +67,76 @@ bool FileCommands::dispatch(CommandId id) {
     case CommandId::TagsAppendFromFile:
         appendTags();
         return true;
+    case CommandId::CheckFenCodesFromFile:
+        checkFenCodes();
+        return true;
     default:
         return false;
     }
+}
+
+void FileCommands::checkFenCodes() {
+    const QString directory = QString::fromStdWString(m_window.problems().FileDirectory());
+    const QString name = m_window.prompts().openFileName(
+        m_window.translate(
+            {L"Wybierz plik z kodami FEN", L"Select file with FEN codes", L"Виберіть файл із кодами FEN"}),
+        directory, QStringLiteral("All Files (*)"));
+    if (name.isEmpty()) return;
+    const fs::path source = toPath(name);
+    fs::path report = source;
+    report += ".FENNotFound.txt";
+    const QString reportName = QString::fromStdWString(report.wstring());
+    const Answer answer = m_window.prompts().ask(
+        m_window.title(MessageTitle::Question),
+        m_window.translate(
+            {L"Cały plik zostanie przeszukany w poszukiwaniu kodów FEN i każdy z nich zostanie "
+             L"sprawdzony w bieżącym pliku.\nKody FEN, których nie znaleziono, zostaną zapisane "
+             L"do pliku:\n",
+             L"All the file will be searched for FEN codes and it will be checked whether they "
+             L"exist in the current file.\nFEN codes not found will be written to the file:\n",
+             L"Увесь файл буде переглянуто в пошуках кодів FEN, і кожен з них буде перевірено в "
+             L"поточному файлі.\nКоди FEN, яких не знайдено, буде записано до файлу:\n"}) +
+            reportName +
+            m_window.translate({L"\n\nCzy chcesz kontynuować?", L"\n\nDo you want to continue?",
+                                L"\n\nБажаєте продовжити?"}),
+        Buttons::YesNo, PromptIcon::Question);
+    if (answer != Answer::Yes) return;
+    std::ifstream in(source, std::ios::binary);
+    if (!in) {
+        m_window.prompts().message(m_window.title(MessageTitle::Error),
+                                   m_window.translate({L"Błąd otwarcia pliku: ", L"Error opening file: ",
+                                                       L"Помилка відкриття файлу: "}) +
+                                       name,
+                                   PromptIcon::Error);
+        return;
+    }
+    std::ostringstream text;
+    text << in.rdbuf();
+    const FenCheckResult result = CheckFenCodes(text.str(), m_window.problems().problems);
+    std::ofstream out(report, std::ios::binary | std::ios::trunc);
+    for (const std::string& fen : result.notFound) out << fen << "\n";
+    out.close();
+    if (!out) {
+        m_window.prompts().message(
+            m_window.title(MessageTitle::Error),
+            m_window.translate({L"Błąd zapisu pliku", L"Error writing to file", L"Помилка запису файлу"}),
+            PromptIcon::Error);
+        return;
+    }
+    const auto found = static_cast<qulonglong>(result.codes - static_cast<int>(result.notFound.size()));
+    m_window.prompts().message(
+        m_window.title(MessageTitle::Information),
+        m_window.translate({L"Kodów FEN w pliku: ", L"FEN codes in the file: ", L"Кодів FEN у файлі: "}) +
+            QString::number(result.codes) +
+            m_window.translate({L"\nZnalezionych w bieżącym pliku: ", L"\nFound in the current file: ",
+                                L"\nЗнайдено в поточному файлі: "}) +
+            QString::number(found) +
+            m_window.translate({L"\nNie znalezionych: ", L"\nNot found: ", L"\nНе знайдено: "}) +
+            QString::number(result.notFound.size()) +
+            m_window.translate(
+                {L" (zapisane do pliku:\n", L" (written to the file:\n", L" (записано до файлу:\n"}) +
+            reportName + QStringLiteral(")"),
+        PromptIcon::Information);
 }
 
 QString FileCommands::askFileToOpen(const QString& caption) {

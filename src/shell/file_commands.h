@@ -39,6 +39,8 @@ class FileCommands : public QObject {
     void appendProblems();
     void removeProblems();
     void appendTags();
+    // Looks every FEN code of a chosen text file up in the list; the missing ones go to a file beside it.
+    void checkFenCodes();
     // Another .cp file read for append, remove or tags; false when none was chosen or it failed.
     bool readOtherFile(const QString& caption, ProblemMap& other);
     // The closing question of append and remove: Yes writes the file.

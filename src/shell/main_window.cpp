@@ -1,10 +1,12 @@
 #include "shell/main_window.h"
 
+#include "engine/solver.h"
 #include "problems/variant.h"
 #include "shell/app_log.h"
 #include "shell/board_controller.h"
 #include "shell/board_rules.h"
 #include "shell/board_view.h"
+#include "shell/description_links.h"
 #include "shell/file_commands.h"
 #include "shell/menu_state.h"
 #include "shell/navigation_commands.h"
@@ -13,10 +15,15 @@
 #include "shell/tray_controller.h"
 #include "shell/window_icons.h"
 
+#include <QClipboard>
 #include <QCloseEvent>
+#include <QDesktopServices>
 #include <QGuiApplication>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
 #include <QMenuBar>
 #include <QThread>
 #include <QToolBar>
@@ -36,6 +43,7 @@ constexpr int SPLASH_HEIGHT = 80;
 constexpr int SIDE_PANEL_WIDTH = 380;
 constexpr int PROGRESS_HEIGHT_SMALL = 120;
 constexpr int PROGRESS_HEIGHT_LARGE = 320;
+constexpr int REGISTER_COUNT_WIDTH = 60;
 
 QString stipulationText(const TChessProblem& problem) {
     switch (problem.type) {
@@ -61,6 +69,7 @@ MainWindow::MainWindow(const StartupArguments& arguments, Prompts& prompts, QWid
             QMetaObject::invokeMethod(
                 this, [this] { onRunningSolvesChanged(); }, Qt::QueuedConnection);
     };
+    openUrl = [](const QUrl& url) { return QDesktopServices::openUrl(url); };
     buildWindow();
     connect(&m_refreshTimer, &QTimer::timeout, this, &MainWindow::onRefreshTick);
     // A small splash until the file is loaded.
@@ -78,7 +87,13 @@ void MainWindow::buildWindow() {
     m_commands = new CommandRegistry(this);
     m_commands->buildMainMenu(menuBar());
     m_commands->addAffinityItems(ProcessAffinityMask());
-    addToolBar(m_commands->buildToolBar(this));
+    QToolBar* tools = m_commands->buildToolBar(this);
+    addToolBar(tools);
+    m_registerCount = new QLabel(QStringLiteral("0"), tools);
+    m_registerCount->setObjectName(QStringLiteral("registerCount"));
+    m_registerCount->setMinimumWidth(REGISTER_COUNT_WIDTH);
+    m_registerCount->setAlignment(Qt::AlignCenter);
+    tools->addWidget(m_registerCount);
     connect(m_commands, &CommandRegistry::commandTriggered, this, &MainWindow::DispatchCommand);
 
     m_files = new FileCommands(*this, this);
@@ -101,6 +116,26 @@ void MainWindow::buildWindow() {
     m_description->setObjectName(QStringLiteral("problemText"));
     m_description->setWordWrap(true);
     m_description->setTextFormat(Qt::PlainText);
+    m_description->installEventFilter(this);
+    m_descriptionLink = new QLabel(central);
+    m_descriptionLink->setObjectName(QStringLiteral("descriptionLink"));
+    m_descriptionLink->setTextFormat(Qt::RichText);
+    m_descriptionLink->setTextInteractionFlags(Qt::LinksAccessibleByMouse);
+    m_descriptionLink->hide();
+    connect(m_descriptionLink, &QLabel::linkActivated, this,
+            [this] { DispatchCommand(CommandId::DescriptionOpenLink); });
+    m_descriptionEditor = new QLineEdit(central);
+    m_descriptionEditor->setObjectName(QStringLiteral("descriptionEditor"));
+    m_descriptionEditor->installEventFilter(this);
+    m_descriptionEditor->hide();
+    // A right click on the description or its link offers the description's menu.
+    for (QLabel* label : {m_description, m_descriptionLink}) {
+        label->setContextMenuPolicy(Qt::CustomContextMenu);
+        connect(label, &QWidget::customContextMenuRequested, this, [this, label](const QPoint& point) {
+            UpdateMenuState();
+            if (QMenu* menu = m_commands->popup(MENU_DESCRIPTION)) menu->popup(label->mapToGlobal(point));
+        });
+    }
     m_progress = new QLabel(central);
     m_progress->setFrameShape(QFrame::StyledPanel);
     m_progress->setAlignment(Qt::AlignLeft | Qt::AlignTop);
@@ -109,8 +144,12 @@ void MainWindow::buildWindow() {
     m_status->setWordWrap(true);
     m_status->setTextFormat(Qt::PlainText);
     m_status->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-    for (QLabel* label : {m_description, m_progress, m_status}) label->setFixedWidth(SIDE_PANEL_WIDTH);
+    for (QWidget* widget : std::initializer_list<QWidget*>{m_description, m_descriptionLink,
+                                                           m_descriptionEditor, m_progress, m_status})
+        widget->setFixedWidth(SIDE_PANEL_WIDTH);
     side->addWidget(m_description);
+    side->addWidget(m_descriptionEditor);
+    side->addWidget(m_descriptionLink);
     side->addWidget(m_progress);
     side->addWidget(m_status, 1);
     layout->addLayout(side);
@@ -222,6 +261,8 @@ void MainWindow::finishInitialisation(InitialProblems& loaded) {
 void MainWindow::DispatchCommand(CommandId id) {
     const CommandId command = CanonicalCommand(id);
     if (!m_initialised) return;
+    // An open editor of the description closes with its text before anything else happens.
+    if (isEditingDescription() && command != CommandId::DescriptionEdit) commitDescriptionEdit();
     // Commands may come by other roads than their items: the same rules decide.
     UpdateMenuState();
     if (!m_commands->isEnabled(command)) {
@@ -230,8 +271,8 @@ void MainWindow::DispatchCommand(CommandId id) {
     }
     if (IsSolveCommand(command))
         onSolveCommand(command);
-    else if (!m_board->dispatch(command) && !m_files->dispatch(command) && !m_navigation->dispatch(command) &&
-             !m_system->dispatch(command))
+    else if (!runDescriptionCommand(command) && !m_board->dispatch(command) && !m_files->dispatch(command) &&
+             !m_navigation->dispatch(command) && !m_system->dispatch(command))
         runWindowCommand(command);
     // A save may have taken the mark of a file loaded in part away.
     refreshTitle();
@@ -265,8 +306,7 @@ void MainWindow::runWindowCommand(CommandId id) {
 void MainWindow::explainRefusal(CommandId id) {
     const TChessProblem* problem = m_problems->Current();
     const bool solving = problem && m_running.contains(problem->id);
-    const bool notBuilt = std::find(CommandsNotBuiltYet().begin(), CommandsNotBuiltYet().end(), id) !=
-                          CommandsNotBuiltYet().end();
+    const bool notBuilt = IsNotBuiltYet(id);
     if (notBuilt || (IsSolveCommand(id) && !onSolveCommand)) {
         m_prompts.message(title(MessageTitle::Information),
                           translate({L"Ta funkcja nie jest jeszcze dostępna w tej wersji programu.",
@@ -295,6 +335,8 @@ void MainWindow::UpdateMenuState() {
         state.startRoadBuilt = IsSolveRoadBuilt(SolveRoadOf(*problem, m_board->shownPosition(), plies, from));
     }
     state.solvingConnected = static_cast<bool>(onSolveCommand);
+    state.descriptionLink =
+        problem && FindDescriptionLink(QString::fromStdWString(problem->description)).has_value();
     state.historyBack = m_problems->historyIndex > 0;
     state.historyForward = m_problems->historyIndex + 1 < static_cast<int>(m_problems->history.size());
     state.canUndo = m_board->canUndo();
@@ -320,6 +362,14 @@ void MainWindow::retranslate() {
     m_problems->SetLanguage(language);
     refreshTitle();
     m_board->setLanguage(language);
+    m_description->setToolTip(translate(
+        {L"Zmień opis. Możesz użyć odnośników do Pdb/Yacpdb/Meson/Albrecht/Gameknot/chessStar, np. Y123",
+         L"Change description. You can use links to Pdb/Yacpdb/Meson/Albrecht/Gameknot/chessStar, e.g. "
+         L"Y123",
+         L"Змінити опис. Можна використовувати посилання на Pdb/Yacpdb/Meson/Albrecht/Gameknot/chessStar, "
+         L"напр. Y123"}));
+    m_descriptionLink->setToolTip(m_description->toolTip());
+    m_registerCount->setToolTip(translate(RegisterCountToolTip));
     // The main variant carries the language's name, in the record and in its saved state alike.
     if (TChessProblem* problem = m_problems->Current()) {
         TranslateMainVariantName(problem->variants, language);
@@ -350,6 +400,96 @@ void MainWindow::showOptionsDialog() {
 void MainWindow::toggleProgressArea() {
     m_progressEnlarged = !m_progressEnlarged;
     m_progress->setFixedHeight(m_progressEnlarged ? PROGRESS_HEIGHT_LARGE : PROGRESS_HEIGHT_SMALL);
+}
+
+// ---- The description
+
+bool MainWindow::runDescriptionCommand(CommandId id) {
+    const TChessProblem* problem = m_problems->Current();
+    switch (id) {
+    case CommandId::DescriptionEdit:
+        startDescriptionEdit();
+        return true;
+    case CommandId::DescriptionOpenLink:
+    case CommandId::DescriptionCopyAddress: {
+        const auto link =
+            problem ? FindDescriptionLink(QString::fromStdWString(problem->description)) : std::nullopt;
+        if (!link) return true;
+        if (id == CommandId::DescriptionCopyAddress)
+            QGuiApplication::clipboard()->setText(link->url.toString());
+        else if (openUrl)
+            openUrl(link->url);
+        return true;
+    }
+    default:
+        return false;
+    }
+}
+
+bool MainWindow::isEditingDescription() const {
+    return !m_descriptionEditor->isHidden();
+}
+
+void MainWindow::startDescriptionEdit() {
+    const TChessProblem* problem = m_problems->Current();
+    if (!problem || isEditingDescription()) return;
+    m_descriptionEditor->setText(QString::fromStdWString(problem->description));
+    m_description->hide();
+    m_descriptionLink->hide();
+    m_descriptionEditor->show();
+    m_descriptionEditor->selectAll();
+    m_descriptionEditor->setFocus();
+}
+
+void MainWindow::commitDescriptionEdit() {
+    if (!isEditingDescription()) return;
+    if (TChessProblem* problem = m_problems->Current())
+        problem->description = m_descriptionEditor->text().toStdWString();
+    cancelDescriptionEdit();
+}
+
+void MainWindow::cancelDescriptionEdit() {
+    if (!isEditingDescription()) return;
+    m_descriptionEditor->hide();
+    m_description->show();
+    refreshProblemText();
+    setFocus();
+}
+
+void MainWindow::keyPressEvent(QKeyEvent* event) {
+    // Enter on the window opens the description's editor.
+    if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) &&
+        event->modifiers() == Qt::NoModifier && m_initialised && m_problems->Current()) {
+        startDescriptionEdit();
+        event->accept();
+        return;
+    }
+    QMainWindow::keyPressEvent(event);
+}
+
+bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == m_descriptionEditor) {
+        // The window's keys wait while the editor is open: every key is the editor's.
+        if (event->type() == QEvent::ShortcutOverride) {
+            event->accept();
+            return false;
+        }
+        if (event->type() == QEvent::KeyPress) {
+            const int key = static_cast<QKeyEvent*>(event)->key();
+            if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+                commitDescriptionEdit();
+                return true;
+            }
+            if (key == Qt::Key_Escape) {
+                cancelDescriptionEdit();
+                return true;
+            }
+        }
+    } else if (watched == m_description && event->type() == QEvent::MouseButtonDblClick && m_initialised) {
+        DispatchCommand(CommandId::DescriptionEdit);
+        return true;
+    }
+    return QMainWindow::eventFilter(watched, event);
 }
 
 // ---- What the controllers ask for
@@ -390,9 +530,16 @@ void MainWindow::showCurrentProblemAt(const TChessboard& position) {
 
 void MainWindow::refreshProblemText() {
     const TChessProblem* problem = m_problems->Current();
+    m_descriptionLink->hide();
     if (!problem) {
         m_description->clear();
     } else {
+        if (const auto link = FindDescriptionLink(QString::fromStdWString(problem->description))) {
+            m_descriptionLink->setText(
+                QStringLiteral("<a href=\"%1\">%2</a>")
+                    .arg(link->url.toString().toHtmlEscaped(), link->code.toHtmlEscaped()));
+            m_descriptionLink->setVisible(!isEditingDescription());
+        }
         QString text = QString::number(problem->id) + ". " + stipulationText(*problem) + " " +
                        QString::fromStdWString(problem->description);
         QStringList tags;
@@ -401,6 +548,7 @@ void MainWindow::refreshProblemText() {
             text += "\n" + translate({L"Tagi: ", L"Tags: ", L"Теги: "}) + tags.join(QStringLiteral(", "));
         m_description->setText(text);
     }
+    refreshRegisterCount();
     UpdateMenuState();
 }
 
@@ -422,7 +570,16 @@ void MainWindow::onRefreshTick() {
     // Outside changes wait while a box, a dialog or a load is open.
     if (!m_prompts.busy() && m_dialogsOpen == 0 && !m_files->loading() && m_files->watch().signalled())
         checkFileChange();
+    refreshRegisterCount();
     emit refreshTick();
+}
+
+void MainWindow::refreshRegisterCount() {
+    const TChessProblem* problem = m_problems->Current();
+    // While a run works on the problem its register is the run's: the count
+    // is read again when the run has ended.
+    if (problem && m_running.contains(problem->id)) return;
+    m_registerCount->setText(QString::number(problem ? Solver::RegisterPositions(*problem) : 0));
 }
 
 void MainWindow::checkFileChange() {
@@ -435,6 +592,7 @@ bool MainWindow::iconAnimationRunning() const {
 
 void MainWindow::onRunningSolvesChanged() {
     m_animation->setRunning(m_running.count() > 0);
+    refreshRegisterCount();
     UpdateMenuState();
 }
 

@@ -17,6 +17,8 @@
 #include <thread>
 
 class QLabel;
+class QLineEdit;
+class QUrl;
 
 namespace zorvane {
 
@@ -65,6 +67,16 @@ class MainWindow : public QMainWindow, public WindowServices {
     bool iconAnimationRunning() const;
     int refreshPeriod() const { return m_refreshTimer.isActive() ? m_refreshTimer.interval() : 0; }
 
+    // The description's editor in place: Enter starts it (and command 325),
+    // Enter again puts the text into the problem, Esc gives the old text back.
+    void startDescriptionEdit();
+    void commitDescriptionEdit();
+    void cancelDescriptionEdit();
+    bool isEditingDescription() const;
+    QLineEdit* descriptionEditor() const { return m_descriptionEditor; }
+    // Opens a description's page; the system's browser unless a test puts its own.
+    std::function<bool(const QUrl&)> openUrl;
+
     // WindowServices
     ProblemList& problems() override { return *m_problems; }
     Prompts& prompts() override { return m_prompts; }
@@ -91,6 +103,8 @@ class MainWindow : public QMainWindow, public WindowServices {
 
   protected:
     void closeEvent(QCloseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void changeEvent(QEvent* event) override;
 
   private:
@@ -100,11 +114,15 @@ class MainWindow : public QMainWindow, public WindowServices {
     // "Zorvane - " and the file, marked when the file was loaded in part.
     void refreshTitle();
     void onRefreshTick();
+    // The tool bar's count of positions in the current problem's temporary register.
+    void refreshRegisterCount();
     void onRunningSolvesChanged();
     // The commands of the window itself: options, progress area, languages, tray.
     void runWindowCommand(CommandId id);
     void toggleProgressArea();
     void showOptionsDialog();
+    // Commands 320, 321 and 325 on the current description.
+    bool runDescriptionCommand(CommandId id);
     // A command that is greyed came anyway (a key, a button): say why nothing happens.
     void explainRefusal(CommandId id);
 
@@ -124,8 +142,11 @@ class MainWindow : public QMainWindow, public WindowServices {
     BoardView* m_boardView = nullptr;
     BoardController* m_board = nullptr;
     QLabel* m_description = nullptr;
+    QLabel* m_descriptionLink = nullptr; // the database code as a link, shown when the description has one
+    QLineEdit* m_descriptionEditor = nullptr;
     QLabel* m_progress = nullptr;
     QLabel* m_status = nullptr;
+    QLabel* m_registerCount = nullptr;
     bool m_progressEnlarged = false;
     int m_dialogsOpen = 0; // dialogs of the window itself (Options), besides the prompts
     QTimer m_refreshTimer;

@@ -2,9 +2,11 @@
 
 #include "shell/command_registry.h"
 #include "shell/process_control.h"
+#include "shell/shell_text.h"
 
 #include <algorithm>
 #include <optional>
+#include <vector>
 
 namespace zorvane {
 
@@ -13,40 +15,89 @@ namespace {
 using enum CommandId;
 
 // clang-format off
-constexpr CommandId NOT_BUILT_YET[] = {
-    // clipboard: positions, FEN, moves and variants as text, board images
+// Each group names, in the status tip of its greyed items, the part of the
+// program it waits for.
+constexpr CommandId WAIT_CLIPBOARD[] = {
     PositionCopyFullFen, PositionCopy, PositionPaste, PositionPasteMirrored, MovesCopyFull, MovesCopyShort,
     VariantsCopyFull, VariantsCopyShort, PositionCopyWithoutVariants, PositionCopyWithoutVariantsOrTags,
     PositionCopyFen, ProgressCopyPosition, ProgressCopyFen, ProgressShowInNewInstance,
-    // position transformations
+};
+constexpr CommandId WAIT_TRANSFORMATIONS[] = {
     PositionSwapColours, PositionRotate90, PositionShiftLeft, PositionShiftRight, PositionShiftUp,
     PositionShiftDown,
-    // variants, comments and the description's links
-    CommentLastMove, VariantSaveAsMain, VariantSaveAs, VariantShowMain, VariantAnimateMain, VariantShow,
-    VariantAnimate, VariantStopAnimation, VariantRename, VariantRemove, CommentThisMove, DescriptionOpenLink,
-    DescriptionCopyAddress, DescriptionEdit,
-    // sort indications dialog
-    EditSortIndications,
-    // problem search
-    ProblemFind, ProblemFindPrevious, ProblemFindNext, FindSimilarPositions, CheckFenCodesFromFile,
-    // temporary registers on disk
-    TempRegisterClear, TempRegisterSave, TempRegisterReadDefault, TempRegisterSaveAs, TempRegisterReadFile,
-    // manual control of a running engine
-    SkipCurrentMove, ProgressSkipToNext, ProgressSwapWithNext, ProgressMoveToLast,
-    // solves not built: Black's best defence, the whole main variant, the heuristics dialog
-    SolveBlackDefence, SolveBlackDefenceThorough, SolveShowMainVariant, SolveWithHeuristics,
-    SolveAllWithHeuristics,
-    // regression test
-    RegressionTest, QuickRegressionTest,
-    // global register and its tables
-    PrecalculateData, ShowGlobalRegister, VerifyPrecalculatedData, VerifyPrecalculatedFiles,
-    VerifyPrecalculatedFilesResume, VerifyPartlyPrecalculatedData,
-    // position types and identifiers
-    MaxMovesNextPosition, MaxMovesPreviousPosition, PositionInformation, NextPositionOfType,
-    PreviousPositionOfType, ShowPositionId, PastePositionByIndex,
-    // keys of the table with no command of their own
-    KeyCtrlP, KeyCtrlShiftD,
 };
+constexpr CommandId WAIT_VARIANTS[] = {
+    CommentLastMove, VariantSaveAsMain, VariantSaveAs, VariantShowMain, VariantAnimateMain, VariantShow,
+    VariantAnimate, VariantStopAnimation, VariantRename, VariantRemove, CommentThisMove,
+};
+constexpr CommandId WAIT_SORT_DIALOG[] = {EditSortIndications};
+constexpr CommandId WAIT_SEARCH[] = {ProblemFind, ProblemFindPrevious, ProblemFindNext, FindSimilarPositions};
+constexpr CommandId WAIT_REGISTER_FILES[] = {
+    TempRegisterClear, TempRegisterSave, TempRegisterReadDefault, TempRegisterSaveAs, TempRegisterReadFile,
+};
+constexpr CommandId WAIT_ENGINE_THREADS[] = {SkipCurrentMove, ProgressSkipToNext, ProgressSwapWithNext,
+                                             ProgressMoveToLast};
+constexpr CommandId WAIT_DEFENCE[] = {SolveBlackDefence, SolveBlackDefenceThorough};
+constexpr CommandId WAIT_MAIN_VARIANT[] = {SolveShowMainVariant};
+constexpr CommandId WAIT_HEURISTICS[] = {SolveWithHeuristics, SolveAllWithHeuristics};
+constexpr CommandId WAIT_REGRESSION[] = {RegressionTest, QuickRegressionTest};
+constexpr CommandId WAIT_GLOBAL_REGISTER[] = {
+    PrecalculateData, ShowGlobalRegister, VerifyPrecalculatedData, VerifyPrecalculatedFiles,
+    VerifyPrecalculatedFilesResume, VerifyPartlyPrecalculatedData, MaxMovesNextPosition,
+    MaxMovesPreviousPosition, PositionInformation, NextPositionOfType, PreviousPositionOfType, ShowPositionId,
+    PastePositionByIndex,
+};
+constexpr CommandId WAIT_OWN_COMMAND[] = {KeyCtrlP, KeyCtrlShiftD};
+
+struct WaitGroup {
+    std::span<const CommandId> ids;
+    LocalizedText waitsFor;
+};
+
+const WaitGroup WAIT_GROUPS[] = {
+    {WAIT_CLIPBOARD, {L"Niedostępne: czeka na obsługę schowka (pozycje, FEN, ruchy, obrazy szachownicy)",
+                      L"Not available yet: waits for the clipboard (positions, FEN, moves, board images)",
+                      L"Ще недоступно: чекає на роботу з буфером обміну (позиції, FEN, ходи, зображення дошки)"}},
+    {WAIT_TRANSFORMATIONS, {L"Niedostępne: czeka na przekształcenia pozycji",
+                            L"Not available yet: waits for the position transformations",
+                            L"Ще недоступно: чекає на перетворення позиції"}},
+    {WAIT_VARIANTS, {L"Niedostępne: czeka na warianty i komentarze",
+                     L"Not available yet: waits for the variants and comments",
+                     L"Ще недоступно: чекає на варіанти та коментарі"}},
+    {WAIT_SORT_DIALOG, {L"Niedostępne: czeka na okno wskazówek sortowania",
+                        L"Not available yet: waits for the sort indications dialog",
+                        L"Ще недоступно: чекає на вікно вказівок сортування"}},
+    {WAIT_SEARCH, {L"Niedostępne: czeka na wyszukiwanie problemów", L"Not available yet: waits for the problem search",
+                   L"Ще недоступно: чекає на пошук задач"}},
+    {WAIT_REGISTER_FILES, {L"Niedostępne: czeka na zapis i odczyt rejestru tymczasowego",
+                           L"Not available yet: waits for the temporary register on disk",
+                           L"Ще недоступно: чекає на тимчасовий реєстр на диску"}},
+    {WAIT_ENGINE_THREADS, {L"Niedostępne: czeka na wątki silnika (ręczne sterowanie analizą)",
+                           L"Not available yet: waits for the engine's threads (manual control of the analysis)",
+                           L"Ще недоступно: чекає на потоки рушія (ручне керування аналізом)"}},
+    {WAIT_DEFENCE, {L"Niedostępne: czeka na szukanie najlepszej obrony czarnych",
+                    L"Not available yet: waits for the search of Black's best defence",
+                    L"Ще недоступно: чекає на пошук найкращого захисту чорних"}},
+    {WAIT_MAIN_VARIANT, {L"Niedostępne: czeka na pokazywanie całego wariantu głównego",
+                         L"Not available yet: waits for showing the whole main variant",
+                         L"Ще недоступно: чекає на показ усього основного варіанту"}},
+    {WAIT_HEURISTICS, {L"Niedostępne: czeka na okno heurystyk", L"Not available yet: waits for the heuristics dialog",
+                       L"Ще недоступно: чекає на вікно евристик"}},
+    {WAIT_REGRESSION, {L"Niedostępne: czeka na test regresyjny", L"Not available yet: waits for the regression test",
+                       L"Ще недоступно: чекає на регресійний тест"}},
+    {WAIT_GLOBAL_REGISTER, {L"Niedostępne: czeka na rejestr globalny i typy pozycji",
+                            L"Not available yet: waits for the global register and its position types",
+                            L"Ще недоступно: чекає на глобальний реєстр і типи позицій"}},
+    {WAIT_OWN_COMMAND, {L"Niedostępne: klawisz czeka na polecenie, które obsłuży",
+                        L"Not available yet: the key waits for a command of its own",
+                        L"Ще недоступно: клавіша чекає на власну команду"}},
+};
+
+const WaitGroup* waitGroupOf(CommandId id) {
+    for (const WaitGroup& group : WAIT_GROUPS)
+        if (std::find(group.ids.begin(), group.ids.end(), id) != group.ids.end()) return &group;
+    return nullptr;
+}
 
 constexpr CommandId SOLVE_COMMANDS[] = {
     SolveStart, SolveAllSolutions, SolveStop, SolvePause, SolveResume, SolveBlackDefence,
@@ -103,8 +154,17 @@ bool solveCommandEnabled(CommandId id, const MenuState& state) {
 
 } // namespace
 
-std::span<const CommandId> CommandsNotBuiltYet() {
-    return NOT_BUILT_YET;
+std::vector<CommandId> CommandsNotBuiltYet() {
+    std::vector<CommandId> ids;
+    for (const WaitGroup& group : WAIT_GROUPS) ids.insert(ids.end(), group.ids.begin(), group.ids.end());
+    return ids;
+}
+bool IsNotBuiltYet(CommandId id) {
+    return waitGroupOf(id) != nullptr;
+}
+const LocalizedText* WaitsFor(CommandId id) {
+    const WaitGroup* group = waitGroupOf(id);
+    return group ? &group->waitsFor : nullptr;
 }
 std::span<const CommandId> SolveCommands() {
     return SOLVE_COMMANDS;
@@ -119,7 +179,7 @@ bool IsRefusedDuringSolve(CommandId id) {
 bool IsCommandEnabled(CommandId id, const MenuState& state) {
     // The menu offers only direct mates; other types read from a file keep their type.
     if (id == TypeSelfmate || id == TypeHelpmate) return false;
-    if (contains(NOT_BUILT_YET, id)) return false;
+    if (IsNotBuiltYet(id)) return false;
     if (IsSolveCommand(id)) return solveCommandEnabled(id, state);
     if (state.solveOnCurrent && IsRefusedDuringSolve(id)) return false;
     switch (id) {
@@ -145,7 +205,12 @@ bool IsCommandEnabled(CommandId id, const MenuState& state) {
     case TagAdd:
     case TagRemove:
     case TypeDirectMate:
+    case DescriptionEdit:
+    case CheckFenCodesFromFile:
         return state.hasProblem;
+    case DescriptionOpenLink:
+    case DescriptionCopyAddress:
+        return state.hasProblem && state.descriptionLink;
     default:
         return true;
     }
@@ -167,6 +232,9 @@ bool IsCommandChecked(CommandId id, const MenuState& state) {
 void UpdateMenuState(CommandRegistry& registry, const MenuState& state) {
     for (CommandId id : registry.commandIds()) {
         registry.setEnabled(id, IsCommandEnabled(id, state));
+        // A greyed item not built yet says in the status line what it waits for.
+        if (const LocalizedText* waits = WaitsFor(id))
+            registry.setStatusTip(id, Translate(state.languageId, *waits));
         if (IsCheckableCommand(id)) registry.setChecked(id, IsCommandChecked(id, state));
     }
 }

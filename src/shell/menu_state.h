@@ -1,10 +1,12 @@
 #pragma once
 // Which commands are available, from the state of the window. One function
 // decides for every command, so that the menus, the pop-ups and the keys agree.
+#include "options/localized_text.h"
 #include "shell/command_id.h"
 
 #include <cstdint>
 #include <span>
+#include <vector>
 
 namespace zorvane {
 
@@ -27,10 +29,14 @@ struct MenuState {
     int priorityClass = 0;
     uint64_t affinityMask = 0;
     int languageId = 1;
+    bool descriptionLink = false; // the current description holds a database code
 };
 
 // Commands whose part of the program is not built yet: they stay in the menus, greyed.
-std::span<const CommandId> CommandsNotBuiltYet();
+std::vector<CommandId> CommandsNotBuiltYet();
+bool IsNotBuiltYet(CommandId id);
+// What a command not built yet waits for, for the status tip of its greyed items; null for the others.
+const LocalizedText* WaitsFor(CommandId id);
 // Commands run by the solve driver through the window's solve hook.
 std::span<const CommandId> SolveCommands();
 bool IsSolveCommand(CommandId id);

@@ -54,6 +54,52 @@ QString problemTitle(const TChessProblem& problem) {
 
 } // namespace
 
+QString ThreadErrorText(int languageId, int32_t id, const std::wstring& description,
+                        const std::string& message) {
+    const QString head = Translate(languageId, {L"Wątek rozwiązujący problem ", L"Thread solving problem ",
+                                                L"Потік, що розв'язує задачу "}) +
+                         QString::number(id);
+    if (message.empty())
+        return head + Translate(languageId, {L" zakończył się błędem.", L" completed with error.",
+                                             L" завершився з помилкою."});
+    // The problem's description, when it has one, names the problem besides its number.
+    const QString named = description.empty() ? head : head + QStringLiteral(" \"") + wide(description);
+    return named +
+           Translate(languageId,
+                     description.empty()
+                         ? LocalizedText{L" zakończył się błędem:\n\n", L" completed with error:\n\n",
+                                         L" завершився з помилкою:\n\n"}
+                         : LocalizedText{L"\" zakończył się błędem:\n\n", L"\" completed with error:\n\n",
+                                         L"\" завершився з помилкою:\n\n"}) +
+           QString::fromStdString(message);
+}
+
+QString BackgroundRunHead(int languageId, SolveRoad road, size_t solutions, int32_t id) {
+    // A run from a later position is no solve of the problem: its end alone is told.
+    if (road != SolveRoad::Main)
+        return Translate(languageId, {L"Wątek rozwiązujący problem ", L"Thread solving problem ",
+                                      L"Потік, що розв'язує задачу "}) +
+               QString::number(id) +
+               Translate(languageId, {L" zakończył się pomyślnie.", L" completed successfully.",
+                                      L" успішно завершився."});
+    if (solutions == 0)
+        return Translate(languageId,
+                         {L"Nie znaleziono rozwiązania problemu ", L"No solution found of the problem ",
+                          L"Не знайдено розв'язку задачі "}) +
+               QString::number(id);
+    return QString::number(solutions) +
+           Translate(languageId,
+                     {L" rozwiązań znaleziono dla problemu ", L" solution(s) found of the problem ",
+                      L" розв'язків знайдено для задачі "}) +
+           QString::number(id);
+}
+
+QString TooManySolvesText(int languageId) {
+    return Translate(languageId, {L"Zbyt wiele problemów rozwiązywanych jednocześnie.",
+                                  L"Too many problems being solved at the same time.",
+                                  L"Забагато задач розв'язується одночасно."});
+}
+
 struct SolveController::Run {
     int32_t id = 0;
     TChessProblem* problem = nullptr;
@@ -62,6 +108,7 @@ struct SolveController::Run {
     SolveResult result;
     std::string error;
     bool unexpected = false; // an error other than the position's own
+    bool failed = false;     // the run ended by an error, told or not
     QTimer* clock = nullptr;
     int seconds = 0;
     // Solutions as the engine reports them, for the panel.
@@ -214,6 +261,10 @@ void SolveController::StartSolving(bool allSolutions) {
 void SolveController::start(TChessProblem& problem, SolveRoad road, int plies, const TChessboard* position,
                             bool allSolutions) {
     const Options& options = m_window.options();
+    // Every run takes a slot of the common pool; without one it still runs, in a single thread.
+    if (static_cast<int>(m_runs.size()) >= m_solvePool)
+        m_window.prompts().message(m_window.title(MessageTitle::Warning),
+                                   TooManySolvesText(m_window.language()), PromptIcon::Warning);
     auto run = std::make_unique<Run>();
     run->id = problem.id;
     run->problem = &problem;
@@ -275,9 +326,15 @@ void SolveController::finish(int32_t id) {
     } catch (const ChessException& e) {
         // The set-up or the task check: the user is shown the text itself.
         run->error = e.what();
+        run->failed = true;
     } catch (const std::exception& e) {
         run->error = e.what();
         run->unexpected = true;
+        run->failed = true;
+    } catch (...) {
+        // Nothing tells what went wrong: the box says only that it did.
+        run->unexpected = true;
+        run->failed = true;
     }
     delete run->clock;
     TChessProblem& problem = *run->problem;
@@ -287,21 +344,15 @@ void SolveController::finish(int32_t id) {
     const bool current = m_window.problems().Current() == &problem;
     // The program is closing: the log is told, the user no more.
     if (m_quiet) {
-        if (run->error.empty())
+        if (!run->failed)
             WriteLog(run->result.stopped ? "Engine stopped: %s" : "Engine has completed: %s",
                      problemTitle(problem).toStdString());
         emit solveFinished(id);
         return;
     }
-    if (!run->error.empty()) {
+    if (run->failed) {
         QString text = QString::fromStdString(run->error);
-        if (run->unexpected)
-            text = translate({L"Wątek rozwiązujący problem ", L"Thread solving problem ",
-                              L"Потік, що розв'язує задачу "}) +
-                   QString::number(id) +
-                   translate({L" zakończył się błędem:\n\n", L" completed with error:\n\n",
-                              L" завершився з помилкою:\n\n"}) +
-                   text;
+        if (run->unexpected) text = ThreadErrorText(m_window.language(), id, problem.description, run->error);
         m_window.prompts().message(
             translate({L"Wystąpił błąd", L"An error has occurred", L"Сталася помилка"}), text,
             PromptIcon::Error);
@@ -328,17 +379,7 @@ void SolveController::finish(int32_t id) {
                            L"Позицій у тимчасовому реєстрі: "}) +
                 counterText(Solver::RegisterPositions(problem));
     if (!current) {
-        const QString head =
-            result.moves.empty()
-                ? translate({L"Nie znaleziono rozwiązania problemu ", L"No solution found of the problem ",
-                             L"Не знайдено розв'язку задачі "}) +
-                      QString::number(id)
-                : QString::number(result.moves.size()) +
-                      translate({L" rozwiązań znaleziono dla problemu ",
-                                 L" solution(s) found of the problem ",
-                                 L" розв'язків знайдено для задачі "}) +
-                      QString::number(id);
-        text = head + "\n\n" + text;
+        text = BackgroundRunHead(m_window.language(), run->road, result.moves.size(), id) + "\n\n" + text;
     }
     m_lastResults[id] = wide(result.text);
     const QString title =

@@ -33,6 +33,18 @@ class BoardController;
 class MainWindow;
 class WindowServices;
 
+// Runs that may go on at the same time with threads of their own; a run
+// beyond them goes on in a single thread, after a warning.
+constexpr int SOLVE_POOL_SIZE = 64;
+
+// The box of a run that ended by an exception: its message, when there is one,
+// behind the problem's number (and its description, when it has one).
+QString ThreadErrorText(int languageId, int32_t id, const std::wstring& description,
+                        const std::string& message);
+// The first line of the result box of a run whose problem is no longer current.
+QString BackgroundRunHead(int languageId, SolveRoad road, size_t solutions, int32_t id);
+QString TooManySolvesText(int languageId);
+
 class SolveController : public QObject {
     Q_OBJECT
   public:
@@ -67,6 +79,9 @@ class SolveController : public QObject {
 
     // The progress panel's text for the current problem, empty without a run.
     QString progressText() const;
+    // The size of the pool of simultaneous runs (tests make it small).
+    void setSolvePoolSize(int size) { m_solvePool = size; }
+
     // The text of the last finished run of the current problem, for the panel.
     QString lastResultText() const;
 
@@ -97,6 +112,7 @@ class SolveController : public QObject {
     int32_t m_runStatusId = 0;
     QString m_runStatus;
     QToolButton* m_startButton = nullptr;
+    int m_solvePool = SOLVE_POOL_SIZE;
 };
 
 } // namespace zorvane
