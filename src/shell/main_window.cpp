@@ -433,6 +433,7 @@ bool MainWindow::isEditingDescription() const {
 void MainWindow::startDescriptionEdit() {
     const TChessProblem* problem = m_problems->Current();
     if (!problem || isEditingDescription()) return;
+    m_editedProblem = problem;
     m_descriptionEditor->setText(QString::fromStdWString(problem->description));
     m_description->hide();
     m_descriptionLink->hide();
@@ -443,7 +444,8 @@ void MainWindow::startDescriptionEdit() {
 
 void MainWindow::commitDescriptionEdit() {
     if (!isEditingDescription()) return;
-    if (TChessProblem* problem = m_problems->Current())
+    // The text belongs to the problem it was opened on, and to no other.
+    if (TChessProblem* problem = m_problems->Current(); problem && problem == m_editedProblem)
         problem->description = m_descriptionEditor->text().toStdWString();
     cancelDescriptionEdit();
 }
@@ -451,6 +453,7 @@ void MainWindow::commitDescriptionEdit() {
 void MainWindow::cancelDescriptionEdit() {
     if (!isEditingDescription()) return;
     m_descriptionEditor->hide();
+    m_editedProblem = nullptr;
     m_description->show();
     refreshProblemText();
     setFocus();
@@ -519,6 +522,8 @@ void MainWindow::refreshTitle() {
 }
 
 void MainWindow::showCurrentProblem() {
+    // Another problem (a reload, a removal) takes the editor's text away with the old one.
+    if (isEditingDescription() && m_problems->Current() != m_editedProblem) cancelDescriptionEdit();
     m_board->setProblem(m_problems->Current());
     refreshProblemText();
 }

@@ -144,6 +144,7 @@ class MainWindow : public QMainWindow, public WindowServices {
     QLabel* m_description = nullptr;
     QLabel* m_descriptionLink = nullptr; // the database code as a link, shown when the description has one
     QLineEdit* m_descriptionEditor = nullptr;
+    const TChessProblem* m_editedProblem = nullptr; // the problem whose description the editor holds
     QLabel* m_progress = nullptr;
     QLabel* m_status = nullptr;
     QLabel* m_registerCount = nullptr;

@@ -100,6 +100,21 @@ class DescriptionTest : public QObject {
         QCOMPARE(s.current(), 1);
         QVERIFY(s.window->isEditingDescription());
         QTest::keyClick(s.window->descriptionEditor(), Qt::Key_Escape);
+        // Closed, the same keys are the window's again.
+        QTest::keyClick(s.window.get(), Qt::Key_Right, Qt::ControlModifier | Qt::ShiftModifier);
+        QCOMPARE(s.current(), 2);
+    }
+
+    void anotherProblemShownDropsTheEditorsText() {
+        Session s;
+        startOnSample(s);
+        s.window->DispatchCommand(CommandId::DescriptionEdit);
+        typeDescription(s, QStringLiteral("meant for the first"));
+        s.window->problems().NavigateToProblem(Navigation::ById, 2);
+        s.window->showCurrentProblem();
+        QVERIFY(!s.window->isEditingDescription());
+        QCOMPARE(s.window->problems().Current()->description, std::wstring(L"The king steps aside"));
+        QCOMPARE(s.window->problems().problems.at(1)->description, std::wstring(L"Back rank"));
     }
 
     void anotherCommandClosesTheEditorWithItsText() {
