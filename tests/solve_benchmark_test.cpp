@@ -39,6 +39,22 @@ TEST(SolveBenchmark, OwnSetKeysAndNodeSignature) {
     EXPECT_EQ(nodes, EXPECTED_OWN_NODES);
 }
 
+TEST(SolveBenchmark, TheKeysDoNotDependOnTheOrdering) {
+    // Equal keys leave the order of two moves to the sort: whatever it is,
+    // the same keys must come out, and so they must with no ordering at all.
+    const std::string file = ZORVANE_SOURCE_DIR "/data/sample_problems.cp";
+    const std::vector<BenchmarkProblem> ordered = RunFileBenchmark(file);
+    BenchmarkSettings plain;
+    plain.ordering = false;
+    const std::vector<BenchmarkProblem> unordered = RunFileBenchmark(file, plain);
+    ASSERT_EQ(ordered.size(), unordered.size());
+    for (size_t i = 0; i < ordered.size(); ++i) {
+        EXPECT_TRUE(SameMoveSet(ordered[i].keyMoves, unordered[i].keyMoves))
+            << "problem " << ordered[i].number;
+        EXPECT_TRUE(SameMoveSet(ordered[i].keyMoves, ordered[i].expected)) << "problem " << ordered[i].number;
+    }
+}
+
 TEST(SolveBenchmark, ListHoldsThreeToSixMovers) {
     EXPECT_EQ(SolveBenchmarkNumbers().size(), 23u);
 }
