@@ -1,6 +1,5 @@
 #include "engine/find_mate.h"
 
-#include "core/castling.h"
 #include "core/make_move.h"
 #include "core/movegen.h"
 #include "core/rays.h"
@@ -10,12 +9,12 @@
 #include "engine/heuristic_bits.h"
 #include "engine/move_ordering.h"
 #include "engine/register_hooks.h"
+#include "engine/repetition.h"
 #include "engine/search_config.h"
 #include "engine/solve_job.h"
 
 #include <algorithm>
 #include <chrono>
-#include <cstring>
 #include <thread>
 
 namespace zorvane {
@@ -24,11 +23,6 @@ namespace {
 
 // Plies left below which the steps count nodes and Black's replies come lazily.
 constexpr int SHALLOW_PLIES = 4;
-// Repetitions are looked for in safe mode only this deep.
-constexpr int SAFE_MODE_REPETITION_PLIES = 14;
-// In a forced-mate search, up to this many plies left a repetition is pruned
-// only when the position stood twice before.
-constexpr int FORCED_MATE_SINGLE_REPETITION_PLIES = 15;
 // White's lists come man by man below this many plies left in any position,
 // below the second limit in thin positions, and at the third under heuristic 2.
 constexpr int MAN_BY_MAN_BELOW_PLIES = 11;
@@ -37,41 +31,6 @@ constexpr int MAN_BY_MAN_HEURISTIC_2_PLIES = 13;
 // A thin position: fewer White heavy men and black bishops together than this.
 constexpr int THIN_POSITION_MEN = 4;
 constexpr auto SUSPEND_POLL = std::chrono::milliseconds(10);
-
-// A ply that can be taken back: no pawn move, no capture, no promotion.
-inline bool reversible(const TChessboard& position) {
-    const TMove move = position.m_LastMove;
-    if (move.from == move.to) return true;
-    if (move.promotion & KIND_MASK || move.enPassant) return false;
-    if ((position.m_aSquares[move.to] & KIND_MASK_MARKED) == KIND_PAWN) return false;
-    return position.m_pParent->m_aSquares[move.to] == 0;
-}
-
-inline bool samePosition(const TChessboard& a, const TChessboard& b) {
-    return std::memcmp(a.m_aSquares, b.m_aSquares, 64) == 0 && LiveCastlingRooks(a) == LiveCastlingRooks(b);
-}
-
-// The plies left of the position four plies back if the child repeats it, else 0.
-int repetitionOf(const TChessboard& child, int limit) {
-    const TChessboard* back = &child;
-    for (int i = 0; i < 4; ++i) {
-        if (!back->m_pParent || !reversible(*back)) return 0;
-        back = back->m_pParent;
-    }
-    if (back->m_shPliesLeft == 0 || back->m_shPliesLeft > limit) return 0;
-    if ((back->m_shPliesLeft ^ child.m_shPliesLeft) & 1) return 0;
-    return samePosition(*back, child) ? back->m_shPliesLeft : 0;
-}
-
-// Whether the same position stands once more, further back along reversible plies.
-bool repeatedTwice(const TChessboard& child) {
-    const TChessboard* back = &child;
-    for (int plies = 1; back->m_pParent && reversible(*back); ++plies) {
-        back = back->m_pParent;
-        if (plies > 4 && (plies & 1) == 0 && samePosition(*back, child)) return true;
-    }
-    return false;
-}
 
 // The next stage of a man-by-man list: the moves of `first` (a square, or -1)
 // before all others, then the men square by square from a1, skipping `skip`.
@@ -212,11 +171,8 @@ template <class Config> int8_t Steps<Config>::whiteStep(TChessboard& b, bool bPr
             if (!MakeWhiteMove(child, moves[i])) continue;
 
             // 8. A repeated position is not searched again.
-            if (const int first = repetitionOf(child, job.m_shRepetitionLimit)) {
-                const bool skip =
-                    !job.m_bSafeMode ||
-                    (n >= SAFE_MODE_REPETITION_PLIES &&
-                     (!ctx.m_bForcedMate || n > FORCED_MATE_SINGLE_REPETITION_PLIES || repeatedTwice(child)));
+            if (const int first = RepetitionOf(child, job.m_shRepetitionLimit)) {
+                const bool skip = RepetitionSettles(job, ctx, n, child);
                 if (skip) {
                     ctx.m_aRepetition[n] =
                         std::max<uint16_t>(ctx.m_aRepetition[n], static_cast<uint16_t>(first));
@@ -304,9 +260,21 @@ template <class Config> int8_t Steps<Config>::blackStep(TChessboard& b) {
         count = GenerateBlackMovesOrEvasions(b, moves);
         if constexpr (Config::kOrdering) {
             if (n >= SHALLOW_PLIES) {
+                // The ordering may settle the node; it notes a repetition in
+                // m_aRepetition[n], which is cleared first for that.
+                ctx.m_aRepetition[n] = 0;
                 count = SortBlackMoves(b, moves, count, ctx.m_aStrongMove[n]);
                 if (count == BLACK_SORT_NO_REPLY)
                     return b.m_cBlackChecker >= 0 ? int8_t{RESULT_MATE} : int8_t{RESULT_NO_MATE};
+                if (count == BLACK_SORT_NO_MATE) return RESULT_NO_MATE;
+                if (count == BLACK_SORT_DOUBTFUL) return RESULT_DOUBTFUL;
+                if (count == BLACK_SORT_REPETITION) {
+                    if (n < ctx.m_aRepetition[n]) {
+                        ctx.m_aRepetition[n + 1] = std::max(ctx.m_aRepetition[n + 1], ctx.m_aRepetition[n]);
+                        return RESULT_REPETITION;
+                    }
+                    return b.m_bPass == 1 ? RESULT_DOUBTFUL : RESULT_NO_MATE;
+                }
             }
         }
     } else if constexpr (Config::kOrdering) {

@@ -2,8 +2,10 @@
 
 #include "core/attacks.h"
 #include "core/make_move.h"
-#include "engine/heuristic_bits.h"
 #include "core/thread_context.h"
+#include "engine/heuristic_bits.h"
+#include "engine/mate_in_one.h"
+#include "engine/repetition.h"
 #include "engine/solve_job.h"
 #include "problems/sort_indication.h"
 
@@ -39,12 +41,33 @@ constexpr int STRONG_REPLY_KEY = -15;
 constexpr int STRONG_REPLY_BONUS = -14;
 // Taking the man that White has just moved answers most of its ideas.
 constexpr int BLACK_RECAPTURE_KEY = -20;
+// A reply that brings back the position of four plies ago, when that is not
+// pruned outright: tried early, since it shows White's line going round.
+constexpr int NEAR_REPETITION_KEY = -10;
+// Black's last move gives White a target square: a rook move to the file
+// beside it is worth this rank at most.
+constexpr int ROOK_BESIDE_TARGET_RANK = 8;
+// The second sort: lists with at least this many moves, the front this long.
+constexpr int SECOND_SORT_MIN_MOVES = 16;
+constexpr int SECOND_SORT_FRONT = 10;
+// Its weights: each attacked square of the king's field, a threat of mate.
+constexpr int FIELD_ATTACK_WEIGHT = 4;
+constexpr int MATE_THREAT_WEIGHT = 8;
+constexpr int FINE_KEY_MIN = -127;
+constexpr int FINE_KEY_MAX = 125;
 
 inline uint8_t& key(TMove& move) {
     return move.enPassant;
 }
 inline int8_t blackKey(const TMove& move) {
     return static_cast<int8_t>(move.enPassant);
+}
+// The first move of a sorted list that the second sort leaves in place: one
+// that an indication named or that has the best rank there is (in practice a
+// check that leaves the king no flight).
+constexpr uint8_t STRONG_FIRST_KEY = 1;
+inline bool strongFirst(const TMove& move) {
+    return move.enPassant <= STRONG_FIRST_KEY;
 }
 
 int manValue(uint8_t man) {
@@ -101,9 +124,25 @@ int rankWhiteMove(const TChessboard& position, const TMove& move, TChessboard& c
     if (flights < flightsBefore) rank -= FLIGHT_TAKEN_BONUS * (flightsBefore - flights);
     const bool capture = position.m_aSquares[move.to] != 0 || child.m_LastMove.enPassant;
     if (capture) rank -= CAPTURE_BONUS;
-    // The square of Black's last move: taking there answers his threat at once.
-    if (position.m_pParent && !position.m_LastMove.isNull() && move.to == position.m_LastMove.to) rank /= 2;
     const uint8_t mover = position.m_aSquares[move.from];
+    // The square of Black's last move is the target: taking there answers his
+    // threat at once. A pawn that has just moved is a runner: a rook beside
+    // its file takes it from the side, and near its promotion a quiet move
+    // that lands behind it is hopeless.
+    if (position.m_pParent && !position.m_LastMove.isNull()) {
+        const int target = position.m_LastMove.to;
+        const bool runner = position.m_aSquares[target] == BP;
+        if (move.to == target) {
+            rank /= 2;
+        } else if (runner && (mover & KIND_MASK) == KIND_ROOK &&
+                   absInt(colOf(move.to) - colOf(target)) == 1) {
+            rank = std::min(rank, ROOK_BESIDE_TARGET_RANK);
+        } else if (runner && rowOf(target) <= 2 && rowOf(move.to) > rowOf(target) &&
+                   child.m_cBlackChecker < 0 && !capture) {
+            // 244 plus the rows it lands above the pawn, capped: the last rank.
+            rank = WHITE_KEY_MAX_RANK;
+        }
+    }
     const int blackKing = position.blackKing();
     if ((mover & KIND_MASK) == KIND_KING && child.m_cBlackChecker < 0 &&
         kingDistance(move.to, blackKing) > kingDistance(move.from, blackKing))
@@ -114,6 +153,54 @@ int rankWhiteMove(const TChessboard& position, const TMove& move, TChessboard& c
     return std::clamp(rank, 1, int{WHITE_KEY_MAX_RANK});
 }
 
+// How far a queen on `square` stands from the corner nearest the black king:
+// a queen that goes towards that corner usually drives the king into it.
+int cornerDistance(int square, int blackKing) {
+    const int cornerCol = colOf(blackKing) < 4 ? 0 : 7;
+    const int cornerRow = rowOf(blackKing) < 4 ? 0 : 7;
+    return absInt(colOf(square) - cornerCol) + absInt(rowOf(square) - cornerRow);
+}
+
+// Whether `move` is a stored key of the problem and the black king stands
+// where he stood in the diagram: then the move is tried first.
+bool storedKey(const SolveJob* job, const TChessboard& position, const TMove& move) {
+    if (!job) return false;
+    const TChessProblem& problem = job->problem;
+    if (problem.expectedAnswers.empty() || problem.startPosition.blackKing() != position.blackKing())
+        return false;
+    for (const TMove& key : problem.expectedAnswers)
+        if (key.from == move.from && key.to == move.to) return true;
+    return false;
+}
+
+// The finer key of the second sort, signed, lower first: the squares of the
+// black king's field that White holds after the move and whether it threatens
+// mate, taken off the first key.
+int fineKey(const TChessboard& position, const TMove& move, uint8_t firstKey) {
+    TChessboard child;
+    CopyToChild(child, position);
+    TMove played = move;
+    played.enPassant = 0;
+    if (!MakeWhiteMove(child, played)) return FINE_KEY_MAX;
+    int attacked = 0;
+    const int kingCol = child.m_cBlackKingCol, kingRow = child.m_cBlackKingRow;
+    for (int dc = -1; dc <= 1; ++dc)
+        for (int dr = -1; dr <= 1; ++dr) {
+            const int col = kingCol + dc, row = kingRow + dr;
+            if (col >= 0 && col < 8 && row >= 0 && row < 8 && IsAttackedByWhite(child, col, row)) ++attacked;
+        }
+    int threats = 0;
+    if (child.m_cBlackChecker < 0 && child.m_pThread) {
+        // Black passes: a mate at once is what the move threatens.
+        TChessboard passed;
+        CopyToChild(passed, child);
+        passed.m_LastMove = TMove{};
+        passed.m_shPliesLeft = 1;
+        if (FindMateInOne(passed)) ++threats;
+    }
+    const int score = firstKey - FIELD_ATTACK_WEIGHT * attacked - MATE_THREAT_WEIGHT * threats;
+    return std::clamp(score, FINE_KEY_MIN, FINE_KEY_MAX);
+}
 } // namespace
 
 int SkipWorstWhiteMoves(int count) {
@@ -167,6 +254,10 @@ int SortWhiteMoves(const TChessboard& position, TMove* moves, int count, bool ro
                 continue;
             }
         }
+        if (storedKey(job, position, played)) {
+            key(moves[i]) = WHITE_KEY_INDICATED;
+            continue;
+        }
         // A mate at once needs no search at all.
         if (child.m_cBlackChecker >= 0 && !BlackHasLegalMove(child) && !outcome.mateFound) {
             outcome.mateFound = true;
@@ -176,9 +267,27 @@ int SortWhiteMoves(const TChessboard& position, TMove* moves, int count, bool ro
     }
     // 6. Sort by the first key; removed moves form the tail.
     sortByKey(moves, count, [](const TMove& a, const TMove& b) { return a.enPassant < b.enPassant; });
+    const int generated = count;
     count -= removed;
+    // Two queen moves from one square with one key: the one nearer the black
+    // king's corner first.
+    if (count > 1 && moves[0].from == moves[1].from && key(moves[0]) == key(moves[1]) &&
+        (position.m_aSquares[moves[0].from] & KIND_MASK) == KIND_QUEEN &&
+        cornerDistance(moves[1].to, position.blackKing()) < cornerDistance(moves[0].to, position.blackKing()))
+        std::swap(moves[0], moves[1]);
     // 7. The worst moves may go under the heuristic that allows it.
     if (position.m_uHeuristics & SH_SKIPWORSTWHITEMOVES) count = SkipWorstWhiteMoves(count);
+    // 8. A long list gets a finer order at its front, unless the list lost few
+    // moves and its first move is already a strong one.
+    if (count >= SECOND_SORT_MIN_MOVES && !(count * 10 >= generated * 7 && strongFirst(moves[0]))) {
+        int front = 0;
+        for (; front < std::min(count, SECOND_SORT_FRONT) && key(moves[front]) <= WHITE_KEY_MAX_RANK; ++front)
+            key(moves[front]) = static_cast<uint8_t>(
+                static_cast<int8_t>(key(moves[front]) == WHITE_KEY_INDICATED
+                                        ? FINE_KEY_MIN
+                                        : fineKey(position, moves[front], key(moves[front]))));
+        sortByKey(moves, front, [](const TMove& a, const TMove& b) { return blackKey(a) < blackKey(b); });
+    }
     if (root && job && count > 0 && (job->problem.flags & HasExpectedSortWhiteMoves))
         MarkExpectedSortMove(job->expectedSortWhiteMoves, moves[0]);
     return count;
@@ -187,6 +296,14 @@ int SortWhiteMoves(const TChessboard& position, TMove* moves, int count, bool ro
 int SortBlackMoves(const TChessboard& position, TMove* moves, int count, const TMove& strongReply) {
     int illegal = 0;
     const int whiteKing = position.whiteKing();
+    TThreadContext* ctx = position.m_pThread;
+    const SolveJob* job = ctx ? ctx->m_pJob : nullptr;
+    const int limit = job ? job->m_shRepetitionLimit : 0;
+    const int n = position.m_shPliesLeft;
+    // The plies left of a position that a reply repeats and that settles the
+    // node; answered only after every reply was made, since one that beats
+    // White at once says more.
+    int repeated = 0;
     for (int i = 0; i < count; ++i) {
         TChessboard child;
         CopyToChild(child, position);
@@ -203,8 +320,22 @@ int SortBlackMoves(const TChessboard& position, TMove* moves, int count, const T
             moves[0].enPassant = 0;
             return 1;
         }
-        // 3. The reply's qualities.
+        // 2. A reply that repeats a position of the line.
         int score = 0;
+        if (limit) {
+            if (const int first = RepetitionOf(child, limit)) {
+                if (job->m_bSafeMode && RepetitionSettles(*job, *ctx, n, child)) {
+                    repeated = std::max(repeated, first);
+                } else if (RepeatedTwice(child)) {
+                    // The position stood further back as well: the line goes round.
+                    moves[i].enPassant = static_cast<uint8_t>(BLACK_KEY_FIRST);
+                    continue;
+                } else {
+                    score += NEAR_REPETITION_KEY;
+                }
+            }
+        }
+        // 3. The reply's qualities.
         if (child.m_cWhiteChecker >= 0) score += BLACK_CHECK_KEY;
         if (const uint8_t taken = position.m_aSquares[moves[i].to]) {
             score += BLACK_CAPTURE_STEP * manValue(taken);
@@ -220,6 +351,10 @@ int SortBlackMoves(const TChessboard& position, TMove* moves, int count, const T
         else if (strongReply.from == moves[i].from)
             score += STRONG_REPLY_BONUS;
         moves[i].enPassant = static_cast<uint8_t>(static_cast<int8_t>(std::clamp(score, -128, 126)));
+    }
+    if (repeated) {
+        ctx->m_aRepetition[n] = std::max<uint16_t>(ctx->m_aRepetition[n], static_cast<uint16_t>(repeated));
+        return BLACK_SORT_REPETITION;
     }
     // 4. Sort by signed key and count off the illegal tail.
     sortByKey(moves, count, [](const TMove& a, const TMove& b) { return blackKey(a) < blackKey(b); });
