@@ -48,7 +48,7 @@ QAction* CommandRegistry::makeAction(CommandId id, const LocalizedText& text, QO
     auto* action = new QAction(parent);
     action->setCheckable(IsCheckableCommand(id));
     connect(action, &QAction::triggered, this, [this, id] { emit commandTriggered(id); });
-    m_entries.push_back({id, action, text});
+    m_entries.push_back({id, action, text, false, {}});
     m_byCommand.emplace(CanonicalCommand(id), action);
     if (!text.english.empty()) action->setText(Translate(m_languageId, text));
     return action;
