@@ -12,7 +12,7 @@ shift || true
 targets=("$@")
 if [ ${#targets[@]} -eq 0 ]; then
     targets=(fen_reader_fuzz move_text_fuzz problem_file_fuzz options_reader_fuzz mate_in_one_fuzz
-        variant_text_fuzz sort_indication_fuzz)
+        variant_text_fuzz sort_indication_fuzz fen_check_fuzz)
 fi
 
 CXX="${CXX:-clang++-14}" cmake -S . -B build-fuzz -G Ninja -DZORVANE_FUZZ=ON -DZORVANE_TESTS=OFF \
@@ -40,6 +40,9 @@ for target in "${targets[@]}"; do
             seed "$out/corpus" "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1" \
                 "r3k2r/8/8/8/8/8/8/R3K2R b Kq e3 0 1" "hgswk3/8/8/8/8/8/8/HGSWK3" "8/8/8/8/8/8/8/8" \
                 "8/8/7p/R2pP2k/7p/8/8/2K3R1 w - d6 0 1" "5k2/7R/8/Pn6/8/8/8/R3K3 w Q - 0 1" ;;
+        fen_check_fuzz)
+            seed "$out/corpus" $'Problem 12: rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1\nand 8/8/8/8/8/4K3/2R5/k7 b - - 3 40' \
+                "4k3/8/8/8/8/8/8/4K3" ;;
         move_text_fuzz)
             seed "$out/corpus" "e2-e4" "d4:e5" "Ng1-f3" "e7-e8Q" " 0-0 " "0-0-0" "Qd8xh4" ;;
         problem_file_fuzz)

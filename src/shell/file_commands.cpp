@@ -1,6 +1,6 @@
 #include "shell/file_commands.h"
 
-#include "shell/fen_check.h"
+#include "problems/fen_check.h"
 #include "shell/problem_merge.h"
 #include "shell/window_services.h"
 

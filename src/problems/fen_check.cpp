@@ -1,4 +1,4 @@
-#include "shell/fen_check.h"
+#include "problems/fen_check.h"
 
 #include "core/fen.h"
 
