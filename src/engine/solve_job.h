@@ -83,8 +83,9 @@ struct SolveJob {
     // (1 swap the current move with the one before it, 2 send the one before it to the end).
     uint16_t m_wCommandDepth = 0;
     uint8_t m_nCommandMode = 0;
-    // Decided at the start of the run by SafeModeFor.
-    uint8_t m_bSafeMode = 0;
+    // Decided at the start of the run by SafeModeFor; atomic, since the window
+    // reads it for the progress panel while the run goes on.
+    std::atomic<uint8_t> m_bSafeMode{0};
     // Repetitions count only for positions first reached with at most this many plies left.
     uint16_t m_shRepetitionLimit = 0;
     // Lists ordered by the chess rules of the ordering; off only to measure what it gains.
@@ -137,7 +138,7 @@ struct SolveJob {
     SolveProgress Progress() const {
         return {m_nRootMoves.load(std::memory_order_relaxed),
                 m_nRootMovesBegun.load(std::memory_order_relaxed), m_nPass.load(std::memory_order_relaxed),
-                m_nNodes.load(std::memory_order_relaxed), m_bSafeMode != 0};
+                m_nNodes.load(std::memory_order_relaxed), m_bSafeMode.load(std::memory_order_relaxed) != 0};
     }
 };
 
