@@ -19,6 +19,8 @@
 #include <fstream>
 #include <sstream>
 
+#include "../files_on_disk.h"
+
 using namespace zorvane;
 namespace fs = std::filesystem;
 
@@ -28,15 +30,10 @@ const QString DESCRIPTION_TIP = QStringLiteral(
     "Change description. You can use links to Pdb/Yacpdb/Meson/Albrecht/Gameknot/chessStar, e.g. Y123");
 
 std::string readText(const QString& path) {
-    std::ifstream in(fs::path(path.toStdString()), std::ios::binary);
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
+    return ReadBytes(path.toStdString());
 }
-
 void writeText(const QString& path, const std::string& text) {
-    std::ofstream out(fs::path(path.toStdString()), std::ios::binary);
-    out << text;
+    WriteBytes(path.toStdString(), text);
 }
 
 QLabel* descriptionLabel(Session& s) {

@@ -19,21 +19,18 @@
 #include <fstream>
 #include <sstream>
 
+#include "../files_on_disk.h"
+
 using namespace zorvane;
 namespace fs = std::filesystem;
 
 namespace {
 
 std::string readText(const QString& path) {
-    std::ifstream in(fs::path(path.toStdString()), std::ios::binary);
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
+    return ReadBytes(path.toStdString());
 }
-
 void writeText(const QString& path, const std::string& text) {
-    std::ofstream out(fs::path(path.toStdString()), std::ios::binary);
-    out << text;
+    WriteBytes(path.toStdString(), text);
 }
 
 const QString ENGINE_THREADS_TIP =
