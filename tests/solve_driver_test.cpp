@@ -7,12 +7,14 @@
 #include "engine/solve_driver.h"
 #include "engine/solver.h"
 #include "engine/solve_texts.h"
+#include "registers/chessboard_register.h"
 #include "test_squares.h"
 
 #include <gtest/gtest.h>
 
 #include <chrono>
 #include <atomic>
+#include <regex>
 #include <thread>
 
 using namespace zorvane;
@@ -240,6 +242,49 @@ TEST(SolveDriver, PausedTimeIsLeftOutOfTheClock) {
     const double wall =
         std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
     EXPECT_LT(result.milliseconds, wall - 400);
+}
+
+TEST(AnalysedLineText, NumbersTheMovesAndGivesEachItsPlaceInItsList) {
+    TChessboard root;
+    ASSERT_TRUE(ReadFen(LONG_SEARCH, root));
+    AnalysedLine line;
+    line.steps[0] = {ParseMove("e2-e4", true), 4, 20};
+    line.steps[1] = {ParseMove("e7-e5", false), 0, 20};
+    line.steps[2] = {ParseMove("Ng1-f3", true), 28, 29};
+    line.length = 3;
+    EXPECT_EQ(AnalysedLineText(root, line), "1.e4 (5/20) 1...e5 (1/20) 2.Nf3 (29/29)");
+    // A note that no longer fits the board ends the text before it.
+    line.steps[1] = {ParseMove("e7-e4", false), 0, 20};
+    EXPECT_EQ(AnalysedLineText(root, line), "1.e4 (5/20)");
+    line.length = 0;
+    EXPECT_EQ(AnalysedLineText(root, line), "");
+}
+
+TEST(SolveDriver, TheProgressShowsTheRegisterAndTheLineBeingAnalysed) {
+    TChessProblem problem;
+    setUp(problem, LONG_SEARCH, 9);
+    Solver solver;
+    SolveRequest request;
+    request.options = allSolutions();
+    solver.Start(problem, request);
+    SolveProgress progress;
+    const auto deadline = std::chrono::steady_clock::now() + 20s;
+    do {
+        std::this_thread::sleep_for(20ms);
+        progress = solver.Progress();
+    } while ((progress.line.size() < 40 || progress.registerPositions == 0) &&
+             std::chrono::steady_clock::now() < deadline);
+    solver.Stop();
+    solver.Wait();
+    const SolveProgress after = solver.Progress();
+    // The visit with nine plies left shows the eight moves above it, White's first.
+    const std::regex eightMoves(R"(1\.\S+ \(\d+/\d+\) 1\.\.\.\S+ \(\d+/\d+\) 2\.\S+ \(\d+/\d+\) 2\.\.\.\S+ )"
+                                R"(\(\d+/\d+\) 3\.\S+ \(\d+/\d+\) 3\.\.\.\S+ \(\d+/\d+\) 4\.\S+ \(\d+/\d+\) )"
+                                R"(4\.\.\.\S+ \(\d+/\d+\))");
+    EXPECT_TRUE(std::regex_match(progress.line, eightMoves)) << progress.line;
+    EXPECT_GT(progress.registerPositions, 0u);
+    EXPECT_GT(after.registerPositions, 0u);
+    EXPECT_EQ(after.registerBytes, after.registerPositions * REGISTER_BYTES_PER_ENTRY);
 }
 
 TEST(SolveDriver, ARepeatedSolveIsAnsweredFromTheRegister) {

@@ -28,6 +28,8 @@ struct TThreadContext {
     // register's keys change for it.
     uint8_t m_bDeniedCastling = 0;
     uint16_t m_shThreadId = 0;
+    // Plies left at the root of the running pass: the progress line starts there.
+    uint16_t m_shRootPlies = 0;
 
     uint8_t m_aMoveIndex[MAX_PLIES];
     uint8_t m_aMoveIndexShown[MAX_PLIES];

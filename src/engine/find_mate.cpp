@@ -118,8 +118,7 @@ template <class Config> int8_t Steps<Config>::whiteStep(TChessboard& b, bool bPr
         }
     }
     // 4. The regular visit to the outside world.
-    if ((n & 15) == 9 && (n == 9 || pliesDone >= 9) && job.callbacks.onProgress)
-        job.callbacks.onProgress(ctx);
+    if ((n & 15) == 9 && (n == 9 || pliesDone >= 9)) job.NoteLine(ctx, ctx.m_shRootPlies, n);
 
     // 5. The moves, by stages: one man at a time from a1 at moderate depths, so
     // that a mate by the first men costs no generation of the rest; in check

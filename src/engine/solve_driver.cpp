@@ -193,6 +193,7 @@ int passLoop(Run& run, TChessboard& root, int plies, std::vector<TMove>& found) 
     // 3. The root of this depth.
     root.m_shPliesLeft = static_cast<uint16_t>(plies);
     root.m_bPass = 1;
+    ctx.m_shRootPlies = static_cast<uint16_t>(plies);
     // 5. The list.
     TMove list[MAX_MOVES];
     const int count = rootMoves(root, plies, list);
@@ -288,7 +289,7 @@ int passLoop(Run& run, TChessboard& root, int plies, std::vector<TMove>& found) 
                 if (pass > 0) ++run.searched;
                 if (enoughSolutions(run, found.size())) return finish(1);
             }
-            if (job.callbacks.onProgress) job.callbacks.onProgress(ctx);
+            job.NoteLine(ctx, plies, plies - 1);
         }
     }
     return finish(found.size() > foundBefore ? 1 : 0);

@@ -10,9 +10,11 @@
 #include "problems/chess_problem.h"
 #include "problems/sort_indication.h"
 
+#include <array>
 #include <atomic>
 #include <cstdint>
 #include <functional>
+#include <mutex>
 #include <string>
 #include <thread>
 #include <vector>
@@ -39,6 +41,21 @@ struct SolutionEvent {
     double milliseconds = 0;
 };
 
+// One move of the line a search thread is analysing: the move, its place in
+// its list (from 0) and the length of that list.
+struct AnalysedMove {
+    TMove move;
+    uint8_t index = 0;
+    uint8_t count = 0;
+};
+// The progress display shows the top of the line only: the moves below change
+// faster than anyone can read them.
+constexpr int SHOWN_LINE_DEPTH = 10;
+struct AnalysedLine {
+    std::array<AnalysedMove, SHOWN_LINE_DEPTH> steps{};
+    int length = 0;
+};
+
 // What a running solve has done so far; a snapshot, read from any thread.
 struct SolveProgress {
     int rootMoves = 0;      // White's possible moves in the root
@@ -46,14 +63,17 @@ struct SolveProgress {
     int pass = 0;           // 0 register screen, 1 with heuristics, 2 without
     uint64_t nodes = 0;
     bool safeMode = false;
+    // The problem's temporary register: positions held and the memory they take.
+    uint64_t registerPositions = 0;
+    uint64_t registerBytes = 0;
+    // The moves being analysed, from the root down, as the search last showed
+    // them: "1.Qd4 (3/25) 1...Kf5 (2/8)", each with its place in its list.
+    std::string line;
 };
 
 struct SolveCallbacks {
     // On the solve thread, at each key proven.
     std::function<void(const SolutionEvent&)> onSolution;
-    // On a search thread, at its regular visits to the outside world: rare
-    // enough that a std::function costs nothing worth counting.
-    std::function<void(const TThreadContext&)> onProgress;
     // On the solve thread, as its very last act: the result may be waited for.
     std::function<void()> onFinished;
 };
@@ -135,11 +155,29 @@ struct SolveJob {
         UnlockCommand();
     }
 
+    // The line of the first thread at its last regular visit to the outside
+    // world. The search only tries the lock: a window reading the line makes
+    // it skip one note, never wait.
+    void NoteLine(const TThreadContext& ctx, int top, int below);
+    AnalysedLine Line() const {
+        std::lock_guard<std::mutex> guard(m_lineLock);
+        return m_line;
+    }
+
     SolveProgress Progress() const {
         return {m_nRootMoves.load(std::memory_order_relaxed),
-                m_nRootMovesBegun.load(std::memory_order_relaxed), m_nPass.load(std::memory_order_relaxed),
-                m_nNodes.load(std::memory_order_relaxed), m_bSafeMode.load(std::memory_order_relaxed) != 0};
+                m_nRootMovesBegun.load(std::memory_order_relaxed),
+                m_nPass.load(std::memory_order_relaxed),
+                m_nNodes.load(std::memory_order_relaxed),
+                m_bSafeMode.load(std::memory_order_relaxed) != 0,
+                0,
+                0,
+                {}};
     }
+
+  private:
+    mutable std::mutex m_lineLock;
+    AnalysedLine m_line;
 };
 
 // The one rule of safe mode: on when the quick-mode option is off or the

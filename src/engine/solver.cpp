@@ -4,6 +4,7 @@
 #include "engine/find_mate.h"
 #include "engine/register_eligibility.h"
 #include "engine/threats.h"
+#include "problems/notation.h"
 #include "registers/temporary_register.h"
 
 #include <algorithm>
@@ -28,6 +29,22 @@ TChessboard searchable(SolveJob& job, TThreadContext& context, const TChessboard
 
 } // namespace
 
+std::string AnalysedLineText(const TChessboard& root, const AnalysedLine& line) {
+    std::vector<TChessboard> boards(static_cast<size_t>(line.length) + 1);
+    boards[0] = root;
+    std::string text;
+    for (int i = 0; i < line.length; ++i) {
+        const AnalysedMove& step = line.steps[i];
+        TMove move = step.move;
+        if (!PlayMove(boards[i], boards[i + 1], move)) break;
+        const bool white = (i & 1) == 0;
+        if (i) text += ' ';
+        text += std::to_string(i / 2 + 1) + (white ? "." : "...") + FormatShortMove(boards[i + 1]) + " (" +
+                std::to_string(step.index + 1) + "/" + std::to_string(step.count) + ")";
+    }
+    return text;
+}
+
 std::size_t SolveStackBytes(int plies) {
     return std::max(static_cast<std::size_t>(std::max(plies, 0)) * STACK_BYTES_PER_PLY, MIN_STACK_BYTES);
 }
@@ -47,6 +64,7 @@ void Solver::Start(TChessProblem& problem, const SolveRequest& request, SolveCal
     m_result = SolveResult{};
     m_error = nullptr;
     const int plies = request.position ? request.plies : problem.plies;
+    m_lineRoot = request.position ? *request.position : problem.startPosition;
     m_started = true;
     m_thread.Start(SolveStackBytes(plies), [this, request] {
         try {
@@ -86,7 +104,14 @@ SolveResult Solver::Solve(TChessProblem& problem, const SolveRequest& request, S
 }
 
 SolveProgress Solver::Progress() const {
-    return m_job ? m_job->Progress() : SolveProgress{};
+    if (!m_job) return {};
+    SolveProgress progress = m_job->Progress();
+    if (const TProblemRegister* reg = m_job->problem.m_pRegister.get()) {
+        progress.registerPositions = reg->ElementCount();
+        progress.registerBytes = reg->BudgetedBytes();
+    }
+    progress.line = AnalysedLineText(m_lineRoot, m_job->Line());
+    return progress;
 }
 
 KnownMate Solver::KnownMateOf(TChessProblem& problem, const TChessboard& position) {

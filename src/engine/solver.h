@@ -57,7 +57,8 @@ class Solver {
     SolveResult Wait();
     // Start and Wait in one, for callers that block anyway.
     SolveResult Solve(TChessProblem& problem, const SolveRequest& request, SolveCallbacks callbacks = {});
-    // The counters of the running solve, or of the last one.
+    // The counters of the running solve, or of the last one, with the
+    // register's figures and the line being analysed as text.
     SolveProgress Progress() const;
 
     // For the board of the window, with no solve of the problem running: a
@@ -71,12 +72,19 @@ class Solver {
 
   private:
     std::unique_ptr<SolveJob> m_job;
+    // Where the solve's line starts, to give its moves their text.
+    TChessboard m_lineRoot;
     SolveDriver m_driver;
     SizedThread m_thread;
     SolveResult m_result;
     std::exception_ptr m_error;
     bool m_started = false;
 };
+
+// "1.Qd4 (3/25) 1...Kf5 (2/8) 2.Rb3 (1/12)": the line played from `root`,
+// each move with its place in its list (from 1). A move the board refuses (a
+// note caught between two passes) ends the text there.
+std::string AnalysedLineText(const TChessboard& root, const AnalysedLine& line);
 
 // The stack of a solve's thread: 2 KiB a ply, at least 1 MiB.
 std::size_t SolveStackBytes(int plies);

@@ -99,6 +99,8 @@ template <class TResult> class TChessboardRegister {
                root.m_nElementsInMap.load(std::memory_order_relaxed) +
                root.m_nSecondCount.load(std::memory_order_relaxed);
     }
+    // The memory the entries take, as the budget counts it.
+    uint64_t BudgetedBytes() const { return uint64_t{TotalEntries()} * REGISTER_BYTES_PER_ENTRY; }
     // Whether the owner's budget (or this register's own) is used up.
     bool Full() const { return TotalEntries() >= (m_pOwner ? *m_pOwner : *this).MaxEntries(); }
 

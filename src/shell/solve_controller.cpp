@@ -41,6 +41,14 @@ QString counterText(uint64_t value) {
     return QString::number(value);
 }
 
+// "12MB", or "1.5GB" from a thousand megabytes on.
+QString memoryText(uint64_t bytes) {
+    constexpr double MB = 1024.0 * 1024.0;
+    const double megabytes = static_cast<double>(bytes) / MB;
+    if (megabytes >= 1000.0) return QString::asprintf("%0.1fGB", megabytes / 1024.0);
+    return QString::asprintf("%dMB", static_cast<int>(megabytes + 0.5));
+}
+
 // "m:ss" or "h:mm:ss".
 QString elapsedText(int seconds) {
     if (seconds >= 3600)
@@ -53,6 +61,19 @@ QString problemTitle(const TChessProblem& problem) {
 }
 
 } // namespace
+
+SolveOptions SolveOptionsFor(const Options& options, bool allSolutions) {
+    SolveOptions solve;
+    solve.allSolutions = allSolutions;
+    solve.clearRegisterOnStart = options.ClearRegisterOnStartSolving;
+    solve.quickMode = options.QuickMode;
+    solve.languageId = options.LanguageId;
+    // The temporary register may take its share of the machine's memory; when
+    // the size is unknown, the driver's own limit stands.
+    if (const uint64_t physical = PhysicalMemoryBytes())
+        solve.registerMemoryLimit = TempRegLimitMb(physical, options.MaxMemRatioForTempReg) * 1024 * 1024;
+    return solve;
+}
 
 QString ThreadErrorText(int languageId, int32_t id, const std::wstring& description,
                         const std::string& message) {
@@ -274,15 +295,7 @@ void SolveController::start(TChessProblem& problem, SolveRoad road, int plies, c
         request.position = position;
         request.plies = plies;
     }
-    request.options.allSolutions = allSolutions;
-    request.options.clearRegisterOnStart = options.ClearRegisterOnStartSolving;
-    request.options.quickMode = options.QuickMode;
-    request.options.languageId = options.LanguageId;
-    // The temporary register may take its share of the machine's memory; when
-    // the size is unknown, the driver's own limit stands.
-    if (const uint64_t physical = PhysicalMemoryBytes())
-        request.options.registerMemoryLimit =
-            TempRegLimitMb(physical, options.MaxMemRatioForTempReg) * 1024 * 1024;
+    request.options = SolveOptionsFor(options, allSolutions);
     // 4. A register of an earlier solve goes first when the option says so;
     // the solve clears it, the status says so meanwhile.
     if (options.ClearRegisterOnStartSolving && Solver::RegisterPositions(problem) > 0) {
@@ -469,6 +482,10 @@ QString SolveController::progressText() const {
                                      total ? 100.0 * std::max(begun - 1, 0) / total : 0.0) +
                    counterText(progress.nodes) + "  " + elapsedText(run.seconds);
     if (progress.safeMode) text += "  Safe mode ON ";
+    if (problem->m_pRegister)
+        text += "\n" + translate({L"Rejestr tymczasowy: ", L"Temporary register: ", L"Тимчасовий реєстр: "}) +
+                counterText(progress.registerPositions) + ", " + memoryText(progress.registerBytes);
+    if (!progress.line.empty()) text += "\n" + QString::fromStdString(progress.line);
     // The window never waits for an engine thread: a busy list is shown at the next tick.
     std::unique_lock<std::mutex> guard(run.lock, std::try_to_lock);
     if (guard.owns_lock() && !run.found.empty()) {

@@ -9,6 +9,7 @@
 // that changes it, and the board refuses moves and position setting.
 #include "engine/solver.h"
 #include "options/localized_text.h"
+#include "options/options.h"
 #include "shell/board_rules.h"
 #include "shell/command_id.h"
 
@@ -36,6 +37,9 @@ class WindowServices;
 // Runs that may go on at the same time with threads of their own; a run
 // beyond them goes on in a single thread, after a warning.
 constexpr int SOLVE_POOL_SIZE = 64;
+
+// What a run started from the window asks of the engine, by the options.
+SolveOptions SolveOptionsFor(const Options& options, bool allSolutions);
 
 // The box of a run that ended by an exception: its message, when there is one,
 // behind the problem's number (and its description, when it has one).

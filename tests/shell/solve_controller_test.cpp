@@ -9,6 +9,7 @@
 #include "solving_session.h"
 
 #include <QLabel>
+#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QToolButton>
 
@@ -161,6 +162,18 @@ class SolveControllerTest : public QObject {
         startLong(s);
         s.window->DispatchCommand(CommandId::SolveStart);
         QTRY_VERIFY_WITH_TIMEOUT(s.window->progressPanel()->text().startsWith(QStringLiteral("Pass ")), 3000);
+        s.window->DispatchCommand(CommandId::SolveStop);
+    }
+
+    void theProgressPanelShowsTheRegisterAndTheMovesPerDepth() {
+        SolvingSession s;
+        startLong(s);
+        s.window->DispatchCommand(CommandId::SolveStart);
+        // The #9 from the opening position: the search's visits with nine
+        // plies left show the eight moves above them.
+        const QRegularExpression panel(QStringLiteral(
+            R"(\nTemporary register: [0-9.]+[kMG]?, \d+MB\n1\.\S+ \(\d+/\d+\) 1\.\.\.\S+ \(\d+/\d+\) 2\.)"));
+        QTRY_VERIFY_WITH_TIMEOUT(panel.match(s.window->progressPanel()->text()).hasMatch(), 10000);
         s.window->DispatchCommand(CommandId::SolveStop);
     }
 
