@@ -139,6 +139,8 @@ void MainWindow::buildWindow() {
     m_progress = new QLabel(central);
     m_progress->setFrameShape(QFrame::StyledPanel);
     m_progress->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    // The line analysed runs long: it wraps between its moves.
+    m_progress->setWordWrap(true);
     m_progress->setFixedHeight(PROGRESS_HEIGHT_SMALL);
     m_status = new QLabel(central);
     m_status->setWordWrap(true);

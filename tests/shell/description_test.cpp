@@ -6,13 +6,14 @@
 #include "shell/command_table.h"
 #include "shell/description_links.h"
 #include "shell/main_window.h"
-#include "window_session.h"
+#include "solving_session.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QRegularExpression>
 #include <QTest>
 
 #include <filesystem>
@@ -237,19 +238,22 @@ class DescriptionTest : public QObject {
         s.prompts.answers = {Answer::No};
     }
 
-    void aScreenshotOfTheEditorOpen() {
-        // For the documentation: the window with a problem whose description is being edited.
-        Session s;
-        startOnSample(s);
-        s.window->problems().NavigateToProblem(Navigation::ById, 3);
-        s.window->showCurrentProblem();
+    void aScreenshotOfTheEditorOpenDuringASolve() {
+        // For the documentation: a problem whose description is being edited
+        // while its solve runs, the progress panel showing the line analysed.
+        SolvingSession s;
+        startLong(s);
+        s.window->DispatchCommand(CommandId::SolveStart);
+        const QRegularExpression line(QStringLiteral(R"(\n1\.\S+ \(\d+/\d+\) 1\.\.\.\S+ \(\d+/\d+\) 2\.)"));
+        QTRY_VERIFY_WITH_TIMEOUT(line.match(s.window->progressPanel()->text()).hasMatch(), 10000);
         s.window->DispatchCommand(CommandId::DescriptionEdit);
-        typeDescription(s, QStringLiteral("Rook and king in the corner, Y123"));
+        typeDescription(s, QStringLiteral("The opening position: no mate in nine, Y123"));
         QCoreApplication::processEvents();
         const QString file = QStringLiteral(ZORVANE_BINARY_DIR "/window_description_editing.png");
         QVERIFY(s.window->grab().save(file));
         QVERIFY(QFile::exists(file));
         QTest::keyClick(s.window->descriptionEditor(), Qt::Key_Escape);
+        s.window->DispatchCommand(CommandId::SolveStop);
     }
 };
 
