@@ -245,8 +245,9 @@ TEST(SolveDriver, PausedTimeIsLeftOutOfTheClock) {
 }
 
 TEST(AnalysedLineText, NumbersTheMovesAndGivesEachItsPlaceInItsList) {
-    TChessboard root;
+    TChessboard root = EmptyChessboard();
     ASSERT_TRUE(ReadFen(LONG_SEARCH, root));
+    root.m_shPliesLeft = root.m_shPliesTotal = 17; // White to move
     AnalysedLine line;
     line.steps[0] = {ParseMove("e2-e4", true), 4, 20};
     line.steps[1] = {ParseMove("e7-e5", false), 0, 20};

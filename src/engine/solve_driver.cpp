@@ -83,6 +83,7 @@ void prepareRegister(SolveJob& job, int plies, const SolveOptions& options) {
     }
     problem.m_pRegister->SetMemoryLimit(options.registerMemoryLimit);
     job.m_pRegister = problem.m_pRegister.get();
+    job.m_pShownRegister.store(job.m_pRegister, std::memory_order_release);
 }
 
 // The task check: the side not to move must not stand in check.

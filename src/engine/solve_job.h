@@ -63,7 +63,9 @@ struct SolveProgress {
     int pass = 0;           // 0 register screen, 1 with heuristics, 2 without
     uint64_t nodes = 0;
     bool safeMode = false;
-    // The problem's temporary register: positions held and the memory they take.
+    // The problem's temporary register, when the run has one: positions held
+    // and the memory they take.
+    bool hasRegister = false;
     uint64_t registerPositions = 0;
     uint64_t registerBytes = 0;
     // The moves being analysed, from the root down, as the search last showed
@@ -87,6 +89,9 @@ struct SolveJob {
     TChessProblem& problem;
     // The problem's register, borrowed for the run; none: the search runs without one.
     TProblemRegister* m_pRegister = nullptr;
+    // The same register for the progress display on other threads: published
+    // once the run has set it up.
+    std::atomic<const TProblemRegister*> m_pShownRegister{nullptr};
     SolveCallbacks callbacks;
 
     // Counted at every White step with fewer than 4 plies left.
@@ -165,14 +170,13 @@ struct SolveJob {
     }
 
     SolveProgress Progress() const {
-        return {m_nRootMoves.load(std::memory_order_relaxed),
-                m_nRootMovesBegun.load(std::memory_order_relaxed),
-                m_nPass.load(std::memory_order_relaxed),
-                m_nNodes.load(std::memory_order_relaxed),
-                m_bSafeMode.load(std::memory_order_relaxed) != 0,
-                0,
-                0,
-                {}};
+        SolveProgress progress;
+        progress.rootMoves = m_nRootMoves.load(std::memory_order_relaxed);
+        progress.rootMovesBegun = m_nRootMovesBegun.load(std::memory_order_relaxed);
+        progress.pass = m_nPass.load(std::memory_order_relaxed);
+        progress.nodes = m_nNodes.load(std::memory_order_relaxed);
+        progress.safeMode = m_bSafeMode.load(std::memory_order_relaxed) != 0;
+        return progress;
     }
 
   private:

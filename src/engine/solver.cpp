@@ -106,7 +106,8 @@ SolveResult Solver::Solve(TChessProblem& problem, const SolveRequest& request, S
 SolveProgress Solver::Progress() const {
     if (!m_job) return {};
     SolveProgress progress = m_job->Progress();
-    if (const TProblemRegister* reg = m_job->problem.m_pRegister.get()) {
+    if (const TProblemRegister* reg = m_job->m_pShownRegister.load(std::memory_order_acquire)) {
+        progress.hasRegister = true;
         progress.registerPositions = reg->ElementCount();
         progress.registerBytes = reg->BudgetedBytes();
     }

@@ -482,7 +482,7 @@ QString SolveController::progressText() const {
                                      total ? 100.0 * std::max(begun - 1, 0) / total : 0.0) +
                    counterText(progress.nodes) + "  " + elapsedText(run.seconds);
     if (progress.safeMode) text += "  Safe mode ON ";
-    if (problem->m_pRegister)
+    if (progress.hasRegister)
         text += "\n" + translate({L"Rejestr tymczasowy: ", L"Temporary register: ", L"Тимчасовий реєстр: "}) +
                 counterText(progress.registerPositions) + ", " + memoryText(progress.registerBytes);
     if (!progress.line.empty()) text += "\n" + QString::fromStdString(progress.line);
