@@ -2,7 +2,11 @@
 // signature of the search: a change of the search that alters it on purpose
 // updates this number in the same commit.
 #include "corpus_solving.h"
+#include "core/chess_exception.h"
 #include "engine/solve_benchmark.h"
+
+#include <cstdio>
+#include <filesystem>
 
 namespace zorvane {
 namespace {
@@ -61,6 +65,48 @@ TEST(SolveBenchmark, ListHoldsThreeToSixMovers) {
 
 TEST(SolveBenchmark, MissingCorpusIsReported) {
     EXPECT_THROW(RunSolveBenchmark("/nonexistent/problems.cp"), std::runtime_error);
+}
+
+} // namespace
+} // namespace zorvane
+
+namespace zorvane {
+namespace {
+
+std::string writeList(const std::string& name, const std::string& text) {
+    const std::string path = (std::filesystem::temp_directory_path() / name).string();
+    std::FILE* file = std::fopen(path.c_str(), "wb");
+    std::fputs(text.c_str(), file);
+    std::fclose(file);
+    return path;
+}
+
+TEST(LongBenchmark, GivesTheFirstKeyAndStopsAtTheCap) {
+    LongBenchmarkSettings settings;
+    settings.epdPath = writeList("zorvane_long_benchmark_test.epd",
+                                 "6k1/8/6K1/8/8/8/8/3R4 w - - bm #1;\n"
+                                 "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w - - bm #9;\n"
+                                 "K7/8/5k2/8/8/8/1R6/8 w - - bm #40;\n");
+    settings.epdMaxMoves = 16;
+    settings.capSeconds = 0.3;
+    std::vector<std::string> seen;
+    const auto runs =
+        RunLongBenchmark(settings, [&seen](const LongMateRun& run) { seen.push_back(run.name); });
+    ASSERT_EQ(runs.size(), 2u); // the #40 lies beyond the moves asked for
+    EXPECT_EQ(seen, (std::vector<std::string>{"long_mates line 1", "long_mates line 2"}));
+    EXPECT_TRUE(runs[0].proven);
+    EXPECT_EQ(runs[0].key, "Rd1-d8");
+    EXPECT_EQ(runs[0].moves, 1);
+    EXPECT_FALSE(runs[1].proven);
+    EXPECT_EQ(runs[1].key, "");
+    EXPECT_EQ(runs[1].moves, 9);
+    std::filesystem::remove(settings.epdPath);
+}
+
+TEST(LongBenchmark, AMissingListIsReported) {
+    LongBenchmarkSettings settings;
+    settings.epdPath = "/nonexistent/long_mates.epd";
+    EXPECT_THROW(RunLongBenchmark(settings), ChessException);
 }
 
 } // namespace

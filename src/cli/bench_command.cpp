@@ -17,7 +17,36 @@ struct BenchOptions {
     std::string corpus = ZORVANE_SHARED_DIR "/corpus/peer_examples.cp";
     std::vector<std::string> files; // instead of the corpus list: every direct mate of these
     BenchmarkSettings settings;
+    bool longMates = false; // the long-problem benchmark instead
+    LongBenchmarkSettings longSettings;
 };
+
+// One line a problem: the time to its first key, or that none came within the cap.
+int runLongBench(const BenchOptions& options) {
+    LongBenchmarkSettings settings = options.longSettings;
+    settings.corpusPath = options.corpus;
+    int proven = 0, total = 0;
+    double provenMs = 0;
+    try {
+        RunLongBenchmark(settings, [&](const LongMateRun& run) {
+            ++total;
+            if (run.proven) {
+                ++proven;
+                provenMs += run.milliseconds;
+            }
+            std::printf("%-24s #%-3d %-10s %9.0f ms %14llu nodes  %s\n", run.name.c_str(), run.moves,
+                        run.proven ? "proven" : "not proven", run.milliseconds,
+                        static_cast<unsigned long long>(run.nodes), run.key.c_str());
+            std::fflush(stdout);
+        });
+    } catch (const std::exception& e) {
+        std::fprintf(stderr, "%s\n", e.what());
+        return 2;
+    }
+    std::printf("Proven: %d of %d within %.0f s each; time of the proven: %.0f ms\n", proven, total,
+                settings.capSeconds, provenMs);
+    return 0;
+}
 
 int runBench(const BenchOptions& options) {
     uint64_t totalNodes = 0;
@@ -57,7 +86,21 @@ Runner AddBenchCommand(CLI::App& app) {
                     "Search White's and Black's moves in base order");
     bench->add_flag("--no-register{false}", options->settings.useRegister,
                     "Search without the temporary register");
-    return [options] { return runBench(*options); };
+    bench->add_flag(
+        "--long", options->longMates,
+        "Time the first key of long mates instead: the corpus's #6 to #8 and the list of long mates");
+    options->longSettings.epdPath = ZORVANE_SHARED_DIR "/corpus/long_mates.epd";
+    bench->add_option("--epd", options->longSettings.epdPath,
+                      "List of long mates for --long (\"bm #n\" lines)");
+    bench
+        ->add_option("--max-moves", options->longSettings.epdMaxMoves,
+                     "With --long: the lines of the list up to this many moves")
+        ->check(CLI::Range(1, 255));
+    bench
+        ->add_option("--cap", options->longSettings.capSeconds,
+                     "With --long: seconds allowed to each problem")
+        ->check(CLI::Range(0.1, 86400.0));
+    return [options] { return options->longMates ? runLongBench(*options) : runBench(*options); };
 }
 
 } // namespace zorvane::cli

@@ -1,8 +1,13 @@
 #include "engine/solve_benchmark.h"
 
 #include "engine/mate_search.h"
+#include "engine/solver.h"
+#include "problems/epd_mates.h"
 #include "problems/problem_file.h"
 
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
 #include <stdexcept>
 
 namespace zorvane {
@@ -33,7 +38,66 @@ BenchmarkProblem solveOne(MateProof& proof, const TChessProblem& problem) {
             keys.keyPositions, keys.rootMoves, keys.nodes, keys.milliseconds};
 }
 
+// The first key of `problem` within the cap; the solve is stopped at the cap.
+LongMateRun firstKeyWithin(TChessProblem& problem, double capSeconds) {
+    std::mutex lock;
+    std::condition_variable ended;
+    bool finished = false;
+    SolveCallbacks callbacks;
+    callbacks.onFinished = [&] {
+        std::lock_guard<std::mutex> guard(lock);
+        finished = true;
+        ended.notify_one();
+    };
+    Solver solver;
+    solver.Start(problem, SolveRequest{}, std::move(callbacks));
+    {
+        std::unique_lock<std::mutex> guard(lock);
+        if (!ended.wait_for(guard, std::chrono::duration<double>(capSeconds), [&] { return finished; }))
+            solver.Stop();
+    }
+    const SolveResult result = solver.Wait();
+    LongMateRun run;
+    run.moves = problem.stipulationMoves();
+    run.proven = !result.moves.empty();
+    if (run.proven) run.key = result.texts.front();
+    run.milliseconds = result.milliseconds;
+    run.nodes = result.nodes;
+    return run;
+}
+
 } // namespace
+
+std::vector<LongMateRun> RunLongBenchmark(const LongBenchmarkSettings& settings,
+                                          const std::function<void(const LongMateRun&)>& onSolved) {
+    std::vector<LongMateRun> runs;
+    const auto solved = [&](LongMateRun run, std::string name) {
+        run.name = std::move(name);
+        runs.push_back(run);
+        if (onSolved) onSolved(runs.back());
+    };
+    if (!settings.corpusPath.empty()) {
+        ProblemMap corpus = loadProblems(settings.corpusPath);
+        for (auto& [id, problem] : corpus) {
+            const int moves = problem->stipulationMoves();
+            if (problem->type != PROBLEM_DIRECT_MATE || moves < settings.corpusMinMoves ||
+                moves > settings.corpusMaxMoves)
+                continue;
+            solved(firstKeyWithin(*problem, settings.capSeconds), "corpus " + std::to_string(id));
+        }
+    }
+    if (!settings.epdPath.empty()) {
+        for (const EpdMate& mate : LoadEpdMates(settings.epdPath)) {
+            if (mate.moves > settings.epdMaxMoves) continue;
+            TChessProblem problem;
+            problem.startPosition = mate.position;
+            SetStipulation(problem, mate.moves);
+            solved(firstKeyWithin(problem, settings.capSeconds),
+                   "long_mates line " + std::to_string(mate.line));
+        }
+    }
+    return runs;
+}
 
 std::vector<BenchmarkProblem>
 RunSolveBenchmark(const std::string& corpusPath, const BenchmarkSettings& settings,

@@ -46,4 +46,28 @@ std::vector<BenchmarkProblem>
 RunFileBenchmark(const std::string& path, const BenchmarkSettings& settings = {},
                  const std::function<void(const BenchmarkProblem&)>& onSolved = {});
 
+// The long-problem benchmark: the time to the first key of long direct mates,
+// each solve capped, in the mode that stops at the first solution.
+struct LongMateRun {
+    std::string name; // "corpus 123" or "long_mates line 17"
+    int moves = 0;
+    bool proven = false; // a key was found within the cap
+    std::string key;     // its long notation
+    double milliseconds = 0;
+    uint64_t nodes = 0;
+};
+
+struct LongBenchmarkSettings {
+    std::string corpusPath; // its direct mates of corpusMinMoves..corpusMaxMoves; empty: none
+    int corpusMinMoves = 6;
+    int corpusMaxMoves = 8;
+    std::string epdPath; // its lines up to epdMaxMoves; empty: none
+    int epdMaxMoves = 16;
+    double capSeconds = 60;
+};
+
+// Throws ChessException when a file cannot be read.
+std::vector<LongMateRun> RunLongBenchmark(const LongBenchmarkSettings& settings,
+                                          const std::function<void(const LongMateRun&)>& onSolved = {});
+
 } // namespace zorvane

@@ -597,19 +597,6 @@ void writeProblem(std::string& out, const TChessProblem& problem, bool withComme
     out += "}\n";
 }
 
-// Reads the whole file; false when it cannot be opened or read.
-bool readWholeFile(const fs::path& path, std::string& bytes) {
-    std::error_code error;
-    if (fs::is_directory(path, error)) return false;
-    std::ifstream in(path, std::ios::binary);
-    if (!in) return false;
-    std::ostringstream buffer;
-    buffer << in.rdbuf();
-    if (in.bad()) return false;
-    bytes = buffer.str();
-    return true;
-}
-
 void writeConsole(const ProblemFileSettings& settings, const std::string& text) {
     if (settings.console) *settings.console << text;
 }
@@ -799,6 +786,18 @@ fs::path PlainFilePath(const fs::path& path) {
     return fs::path(text);
 }
 
+bool ReadWholeFile(const fs::path& path, std::string& bytes) {
+    std::error_code error;
+    if (fs::is_directory(path, error)) return false;
+    std::ifstream in(path, std::ios::binary);
+    if (!in) return false;
+    std::ostringstream buffer;
+    buffer << in.rdbuf();
+    if (in.bad()) return false;
+    bytes = buffer.str();
+    return true;
+}
+
 void LoadProblemFile(const fs::path& path, ProblemMap& problems, bool createIfMissing,
                      const ProblemFileSettings& settings, std::set<std::wstring>& allTags,
                      ProblemLoadReport* report) {
@@ -810,12 +809,12 @@ void LoadProblemFile(const fs::path& path, ProblemMap& problems, bool createIfMi
         return ChessException(text);
     };
     std::string bytes;
-    if (!readWholeFile(actual, bytes)) {
+    if (!ReadWholeFile(actual, bytes)) {
         std::error_code error;
         const bool missing = !fs::exists(actual, error) || fs::is_directory(actual, error);
         if (!createIfMissing || !missing) throw cannotOpen();
         CreateDefaultProblemFile(actual, settings);
-        if (!readWholeFile(actual, bytes)) throw cannotOpen();
+        if (!ReadWholeFile(actual, bytes)) throw cannotOpen();
     }
     ReadProblemText(bytes, problems, settings, allTags, report);
 }

@@ -88,6 +88,9 @@ int CountProblemBlocks(std::string_view text);
 void ReadProblemText(std::string_view text, ProblemMap& problems, const ProblemFileSettings& settings,
                      std::set<std::wstring>& allTags, ProblemLoadReport* report = nullptr);
 
+// Reads the whole file; false when it cannot be opened or read.
+bool ReadWholeFile(const std::filesystem::path& path, std::string& bytes);
+
 // Reads a file. With `commentCompatibilityMode` the ".cpx" double is read.
 // A missing file is created first when `createIfMissing` is set. With
 // `report`, it is filled before an error comes out (a file that cannot be
