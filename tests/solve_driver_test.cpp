@@ -244,6 +244,16 @@ TEST(SolveDriver, PausedTimeIsLeftOutOfTheClock) {
     EXPECT_LT(result.milliseconds, wall - 400);
 }
 
+TEST(PassName, NamesTheScreenTheRelaxedPassesAndTheLastOne) {
+    EXPECT_EQ(PassName(0, 0), "0");
+    EXPECT_EQ(PassName(1, 0), "1");
+    EXPECT_EQ(PassName(1, 1), "1b");
+    EXPECT_EQ(PassName(1, 2), "1c");
+    EXPECT_EQ(PassName(1, 25), "1z");
+    EXPECT_EQ(PassName(1, 26), "1(27)");
+    EXPECT_EQ(PassName(2, 3), "2");
+}
+
 TEST(AnalysedLineText, NumbersTheMovesAndGivesEachItsPlaceInItsList) {
     TChessboard root = EmptyChessboard();
     ASSERT_TRUE(ReadFen(LONG_SEARCH, root));

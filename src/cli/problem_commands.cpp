@@ -76,8 +76,8 @@ class SolveWatch {
             const SolveProgress progress = m_solver.Progress();
             const int total = progress.rootMoves;
             const double seconds = std::chrono::duration<double>(now - start).count();
-            std::fprintf(stderr, "\rproblem %d: pass %d, %.1f%% of %d root moves, %llu nodes, %.0f s   ",
-                         m_problemId, progress.pass,
+            std::fprintf(stderr, "\rproblem %d: pass %s, %.1f%% of %d root moves, %llu nodes, %.0f s   ",
+                         m_problemId, PassName(progress.pass, progress.relaxations).c_str(),
                          total ? 100.0 * std::max(progress.rootMovesBegun - 1, 0) / total : 0.0, total,
                          static_cast<unsigned long long>(progress.nodes), seconds);
             std::fflush(stderr);
@@ -176,6 +176,10 @@ std::vector<std::string> expectedTexts(const TChessProblem& problem) {
 
 const std::vector<std::string>& threatsOf(const SolveResult& result, size_t key) {
     return result.solutions.at(result.moves[key]).threats;
+}
+
+const std::string& passOf(const SolveResult& result, size_t key) {
+    return result.solutions.at(result.moves[key]).pass;
 }
 
 // What ended or marked the run, behind the verdict.
@@ -295,11 +299,16 @@ void printJson(const SolveReport& report) {
     for (size_t i = 0; i < result.moves.size(); ++i)
         threats += (i ? "," : "") + jsonText(result.texts[i]) + ":" + jsonList(threatsOf(result, i));
     threats += "}";
+    std::string passes = "{";
+    for (size_t i = 0; i < result.moves.size(); ++i)
+        passes += (i ? "," : "") + jsonText(result.texts[i]) + ":" + jsonText(passOf(result, i));
+    passes += "}";
     const bool hasAnswer = (report.problem.flags & HasAnswer) != 0;
-    std::printf("{\"id\":%d,\"stipulation\":%s,\"keys\":%s,\"threats\":%s,\"expected\":%s,\"verdict\":\"%s\","
+    std::printf("{\"id\":%d,\"stipulation\":%s,\"keys\":%s,\"threats\":%s,\"pass\":%s,\"expected\":%s,"
+                "\"verdict\":\"%s\","
                 "\"time_ms\":%.0f,\"nodes\":%llu}\n",
                 report.problem.id, jsonText(stipulationOf(report.problem)).c_str(),
-                jsonList(result.texts).c_str(), threats.c_str(),
+                jsonList(result.texts).c_str(), threats.c_str(), passes.c_str(),
                 hasAnswer ? jsonList(report.expected).c_str() : "null", verdictName(report.verdict),
                 result.milliseconds, static_cast<unsigned long long>(result.nodes));
 }
@@ -316,7 +325,7 @@ void printFull(const SolveReport& report) {
         std::printf("    %s\n", result.stopped ? WideToUtf8(AnalysisStoppedText(1)).c_str()
                                                : ("Not found any solutions for " + stipulation).c_str());
     for (size_t i = 0; i < result.moves.size(); ++i) {
-        std::printf("    %s\n", result.texts[i].c_str());
+        std::printf("    %s  (pass %s)\n", result.texts[i].c_str(), passOf(result, i).c_str());
         const std::vector<std::string>& threats = threatsOf(result, i);
         if (!threats.empty())
             std::printf("        %s%s\n", WideToUtf8(ThreatLabel(1)).c_str(), joined(threats).c_str());

@@ -49,6 +49,8 @@ struct Run {
     // Root moves proved with the register's help in a screen, and by a search.
     int fromRegister = 0;
     int searched = 0;
+    // Relaxations of the heuristics made in this solve: passes 1b, 1c...
+    int relaxations = 0;
 
     double elapsed() const {
         const double paused = static_cast<double>(job.m_nPausedMicroseconds.load()) / 1000.0;
@@ -158,12 +160,13 @@ int legalCount(TChessboard& root, const TMove* list, int count) {
 }
 
 // A solution proved: noted in the run and told to the window.
-void noteSolution(Run& run, const TChessboard& root, const TMove& move, int place, int plies) {
+void noteSolution(Run& run, const TChessboard& root, const TMove& move, int place, int plies, int pass) {
     const bool capture = root.m_aSquares[move.to] != 0 || move.enPassant;
     const std::string text = FormatMove(move, root.m_aSquares[move.from], capture);
     SolveResult& result = run.result;
     if (result.solutions.count(move)) return;
     result.solutions[move].plies = plies;
+    result.solutions[move].pass = PassName(pass, run.relaxations);
     result.moves.push_back(move);
     result.texts.push_back(text);
     result.keyPositions.push_back(place);
@@ -214,7 +217,7 @@ int passLoop(Run& run, TChessboard& root, int plies, std::vector<TMove>& found) 
     if (plies == 1) {
         for (int i = 0; i < count; ++i) {
             found.push_back(list[i]);
-            noteSolution(run, root, list[i], i + 1, plies);
+            noteSolution(run, root, list[i], i + 1, plies, 1);
             ++run.searched;
             if (enoughSolutions(run, found.size())) return finish(1);
         }
@@ -236,6 +239,7 @@ int passLoop(Run& run, TChessboard& root, int plies, std::vector<TMove>& found) 
             if (relaxed) {
                 root.m_uHeuristics = relaxed;
                 pass = 1;
+                job.m_nRelaxations.store(static_cast<uint8_t>(std::min(++run.relaxations, 255)));
             } else {
                 root.m_uHeuristics = 0;
                 root.m_uHeuristicParams = 0;
@@ -286,7 +290,7 @@ int passLoop(Run& run, TChessboard& root, int plies, std::vector<TMove>& found) 
             status[i] = answer == RESULT_MATE ? 1 : answer == RESULT_NO_MATE ? 0 : STATUS_OPEN;
             if (status[i] == 1) {
                 found.push_back(move);
-                noteSolution(run, root, move, i + 1, plies);
+                noteSolution(run, root, move, i + 1, plies, pass);
                 if (pass > 0) ++run.searched;
                 if (enoughSolutions(run, found.size())) return finish(1);
             }
@@ -497,7 +501,7 @@ SolveResult SolveDriver::SolveFromPosition(SolveJob& job, const TChessboard& pos
                 TMove move = list[i];
                 if (MakeWhiteMove(child, move) && screenedMate(run, child, true) &&
                     !result.solutions.count(move)) {
-                    noteSolution(run, root, move, i + 1, depth);
+                    noteSolution(run, root, move, i + 1, depth, 0);
                 }
             }
         }

@@ -61,6 +61,7 @@ struct SolveProgress {
     int rootMoves = 0;      // White's possible moves in the root
     int rootMovesBegun = 0; // of them, begun in the running pass
     int pass = 0;           // 0 register screen, 1 with heuristics, 2 without
+    int relaxations = 0;    // of the heuristics so far: with pass 1 it names 1b, 1c... (PassName)
     uint64_t nodes = 0;
     bool safeMode = false;
     // The problem's temporary register, when the run has one: positions held
@@ -129,6 +130,7 @@ struct SolveJob {
     std::atomic<uint8_t> m_nRootMoves{0};
     std::atomic<uint8_t> m_nRootMovesBegun{0};
     std::atomic<uint8_t> m_nPass{0};
+    std::atomic<uint8_t> m_nRelaxations{0};
 
     void LockCommand() {
         while (m_bCommandLock.exchange(1, std::memory_order_acquire)) std::this_thread::yield();
@@ -174,6 +176,7 @@ struct SolveJob {
         progress.rootMoves = m_nRootMoves.load(std::memory_order_relaxed);
         progress.rootMovesBegun = m_nRootMovesBegun.load(std::memory_order_relaxed);
         progress.pass = m_nPass.load(std::memory_order_relaxed);
+        progress.relaxations = m_nRelaxations.load(std::memory_order_relaxed);
         progress.nodes = m_nNodes.load(std::memory_order_relaxed);
         progress.safeMode = m_bSafeMode.load(std::memory_order_relaxed) != 0;
         return progress;

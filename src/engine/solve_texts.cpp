@@ -118,4 +118,16 @@ std::wstring ThreatLabel(int languageId) {
     return std::wstring(LocalizedText{L"groźba: ", L"threat: ", L"загроза: "}.In(languageId));
 }
 
+std::string PassName(int pass, int relaxations) {
+    if (pass != 1 || relaxations <= 0) return std::to_string(pass);
+    // Letters from 'b' on, one a relaxation; past 'z' the count itself.
+    constexpr int LETTERS = 'z' - 'a';
+    std::string name = "1";
+    if (relaxations <= LETTERS)
+        name += static_cast<char>('a' + relaxations);
+    else
+        name.append("(").append(std::to_string(relaxations + 1)).append(")");
+    return name;
+}
+
 } // namespace zorvane

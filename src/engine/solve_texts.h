@@ -30,6 +30,11 @@ std::wstring NoSolutionFromPositionText(double milliseconds, bool passWithoutHeu
 std::wstring OrLessText(int moves, int languageId);
 std::wstring ThreatLabel(int languageId); // "threat: "
 
+// The name of a pass as the user sees it: "0" for the register's screen, "1"
+// for the first pass with heuristics, "1b", "1c"... after each relaxation,
+// "2" for the pass without them.
+std::string PassName(int pass, int relaxations);
+
 // The task check's texts, thrown as ChessException.
 extern const char* const BLACK_KING_CHECKED_TEXT;
 extern const char* const WHITE_KING_CHECKED_TEXT;

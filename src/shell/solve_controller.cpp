@@ -478,9 +478,10 @@ QString SolveController::progressText() const {
     const Run& run = *found->second;
     const SolveProgress progress = run.solver.Progress();
     const int begun = progress.rootMovesBegun, total = progress.rootMoves;
-    QString text = QString::asprintf("Pass %d, %0.1f%% ", progress.pass,
-                                     total ? 100.0 * std::max(begun - 1, 0) / total : 0.0) +
-                   counterText(progress.nodes) + "  " + elapsedText(run.seconds);
+    QString text =
+        QString::asprintf("Pass %s, %0.1f%% ", PassName(progress.pass, progress.relaxations).c_str(),
+                          total ? 100.0 * std::max(begun - 1, 0) / total : 0.0) +
+        counterText(progress.nodes) + "  " + elapsedText(run.seconds);
     if (progress.safeMode) text += "  Safe mode ON ";
     if (progress.hasRegister)
         text += "\n" + translate({L"Rejestr tymczasowy: ", L"Temporary register: ", L"Тимчасовий реєстр: "}) +
