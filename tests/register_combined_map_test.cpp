@@ -258,5 +258,67 @@ TEST(RegisterCombinedMap, AllocateFreesWhatWasThere) {
     EXPECT_EQ(map.Find(KingsItem(), 8), nullptr);
 }
 
+// ---- The sweep, the partial purge.
+
+TEST(RegisterCombinedMapSweep, AVectorWhoseRecordsAllQualifyLosesEverySecondRecord) {
+    TRegisterCombinedMap map;
+    map.Allocate(64);
+    for (int k = 0; k < 8; ++k) map.Store(SameHashItem(k), 9, 5, true, true);
+    EXPECT_EQ(map.Sweep(5, 5), 4u);
+    // Each gap took the next record, which the walk then passed over.
+    EXPECT_EQ(map.RecordsIn(9), 4u);
+    for (int k = 0; k < 8; ++k) EXPECT_EQ(map.Find(SameHashItem(k), 9) != nullptr, k % 2 == 1) << k;
+    EXPECT_EQ(map.Sweep(5, 5), 2u);
+    EXPECT_EQ(map.Sweep(5, 5), 1u);
+    EXPECT_EQ(map.Sweep(5, 5), 1u);
+    // An emptied bucket keeps its vector, and the vector still takes eight.
+    EXPECT_EQ(map.Form(9), Form::Vector);
+    EXPECT_EQ(map.RecordsIn(9), 0u);
+    for (int k = 0; k < 8; ++k) map.Store(SameHashItem(k), 9, 7, true, true);
+    EXPECT_EQ(map.Form(9), Form::Vector);
+    EXPECT_EQ(map.RecordsIn(9), 8u);
+}
+
+TEST(RegisterCombinedMapSweep, ARecordGoesOnlyWhenBothNumbersAreWithinTheLimits) {
+    TRegisterCombinedMap map;
+    map.Allocate(64);
+    map.Store(SameHashItem(0), 1, 5, true, true);  // 5, 0
+    map.Store(SameHashItem(1), 2, 7, true, true);  // 7, 0
+    map.Store(SameHashItem(2), 3, 3, false, true); // 0, 3
+    map.Store(SameHashItem(3), 4, 5, false, true); // 0, 5
+    map.Store(SameHashItem(4), 5, 9, true, true);
+    map.Store(SameHashItem(4), 5, 3, false, true); // 9, 3
+    EXPECT_EQ(map.Sweep(5, 3), 2u);
+    EXPECT_EQ(map.Find(SameHashItem(0), 1), nullptr);
+    EXPECT_NE(map.Find(SameHashItem(1), 2), nullptr);
+    EXPECT_EQ(map.Find(SameHashItem(2), 3), nullptr);
+    EXPECT_NE(map.Find(SameHashItem(3), 4), nullptr);
+    EXPECT_NE(map.Find(SameHashItem(4), 5), nullptr);
+}
+
+TEST(RegisterCombinedMapSweep, ATreeLosesEveryRecordThatQualifies) {
+    TRegisterCombinedMap map;
+    map.Allocate(64);
+    for (int k = 0; k < 12; ++k) map.Store(SameHashItem(k), 30, k < 10 ? 5 : 7, true, true);
+    ASSERT_EQ(map.Form(30), Form::Tree);
+    EXPECT_EQ(map.Sweep(5, 5), 10u);
+    EXPECT_EQ(map.Form(30), Form::Tree);
+    EXPECT_EQ(map.RecordsIn(30), 2u);
+    EXPECT_NE(map.Find(SameHashItem(10), 30), nullptr);
+    EXPECT_NE(map.Find(SameHashItem(11), 30), nullptr);
+}
+
+TEST(RegisterCombinedMapSweep, EveryBucketIsVisitedOnceFromTheCursorOn) {
+    TRegisterCombinedMap map;
+    map.Allocate(64);
+    for (uint32_t bucket = 0; bucket < 64; ++bucket) map.Store(NumberedItem(bucket), bucket, 5, true, true);
+    map.SweepCursor() = 40;
+    EXPECT_EQ(map.Sweep(5, 0), 64u);
+    EXPECT_EQ(map.SweepCursor(), 40u);
+    EXPECT_EQ(map.Sweep(5, 0), 0u);
+    TRegisterCombinedMap empty;
+    EXPECT_EQ(empty.Sweep(255, 255), 0u);
+}
+
 } // namespace
 } // namespace zorvane

@@ -34,31 +34,39 @@ void TChessboardRegister<TResult>::insertAt(bool bDefence, uint16_t nMoves,
                                             const TMove* move, bool bSave) {
     // 1. Short levels may be switched off under memory pressure.
     if (!ShortLevels() && nMoves < REGISTER_SHORT_LEVELS) return;
-    // 2. A full register drops the entry.
-    if (Full()) return;
+    // 2. A full register purges, and drops the entry if that made no room.
+    if (!makeRoom()) return;
 
-    // 3. What is known already decides whether there is anything to add.
-    TRegisterWriteGuard guard(m_csMap);
-    const uint8_t known = bDefence ? LookupInsertedDefence(nMoves, item) : LookupInserted(nMoves, item);
-    if (known != REGISTER_UNKNOWN) {
-        if ((known == 1) == static_cast<bool>(bThereIsMate)) return;
-        throw ChessException(incoherenceText(bDefence, m_bPolishTexts));
+    bool bFailed = false;
+    {
+        // 3. What is known already decides whether there is anything to add.
+        TRegisterWriteGuard guard(m_csMap);
+        const uint8_t known = bDefence ? LookupInsertedDefence(nMoves, item) : LookupInserted(nMoves, item);
+        if (known != REGISTER_UNKNOWN) {
+            if ((known == 1) == static_cast<bool>(bThereIsMate)) return;
+            throw ChessException(incoherenceText(bDefence, m_bPolishTexts));
+        }
+        try {
+            // 4. The entry itself.
+            const TSubproblemRegisterInfo<TResult> info{nMoves, SUBPROBLEM_INFO_MARK, move ? *move : TMove{},
+                                                        bThereIsMate};
+            if (!m_map[nMoves].emplace(item, info).second) return;
+            ElementsIn.fetch_add(1);
+            // 5. Entries that the new one implies.
+            if (m_bRemoveRedundant) removeRedundant(bDefence, nMoves, item, static_cast<bool>(bThereIsMate));
+            // 6. Saving to the per-problem file belongs to the file layer; a
+            // register with m_bNoFiles never saves.
+            (void)bSave;
+        } catch (...) {
+            bFailed = true;
+        }
     }
-    try {
-        // 4. The entry itself.
-        const TSubproblemRegisterInfo<TResult> info{nMoves, SUBPROBLEM_INFO_MARK, move ? *move : TMove{},
-                                                    bThereIsMate};
-        if (!m_map[nMoves].emplace(item, info).second) return;
-        ElementsIn.fetch_add(1);
-        // 5. Entries that the new one implies.
-        if (m_bRemoveRedundant) removeRedundant(bDefence, nMoves, item, static_cast<bool>(bThereIsMate));
-        // 6. Saving to the per-problem file belongs to the file layer; a
-        // register with m_bNoFiles never saves.
-        (void)bSave;
-    } catch (...) {
-        // 7. Out of memory: the entry is lost, the search goes on.
+    // 7. Out of memory: the entry is lost, the search goes on. The purge runs
+    // once the lock is released, as it takes this lock itself.
+    if (bFailed) {
         logMessage("Exception caught in method TChessboardRegister::Insert", nMoves,
                    static_cast<int>(bThereIsMate));
+        purgeAfterFailure();
     }
 }
 
@@ -120,7 +128,6 @@ template <class TResult> void TChessboardRegister<TResult>::ClearInserted() {
     TRegisterWriteGuard guard(m_csMap);
     m_map.clear();
     ElementsIn.store(0);
-    m_nSecondCount.store(0);
     SetShortLevels(true);
 }
 
@@ -138,6 +145,19 @@ template <class TResult>
 void TChessboardRegister<TResult>::logMessage(const char* message, int p1, int p2) const {
     if (m_pLog)
         m_pLog->Write(message, p1, p2, TotalEntries(), m_nSecondCount.load(std::memory_order_relaxed));
+}
+
+template <class TResult> bool TChessboardRegister<TResult>::makeRoom() {
+    if (!Full()) return true;
+    TChessboardRegister& root = m_pOwner ? *m_pOwner : *this;
+    // No memory allowed at all: nothing to purge, and nothing may be stored.
+    if (root.MaxEntries() == 0) return false;
+    root.EmptySomeDataWhenRegisterFull(false);
+    return !Full();
+}
+
+template <class TResult> void TChessboardRegister<TResult>::purgeAfterFailure() {
+    (m_pOwner ? *m_pOwner : *this).EmptySomeDataWhenRegisterFull(false);
 }
 
 template class TChessboardRegister<bool>;

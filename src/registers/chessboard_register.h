@@ -60,12 +60,16 @@ template <class TResult> class TChessboardRegister {
     TChessboardRegister(const TChessboardRegister&) = delete;
     TChessboardRegister& operator=(const TChessboardRegister&) = delete;
 
-    // ---- The three virtual operations, in this order.
+    // ---- The three virtual operations, in this order, then the purge.
     // Count of all entries.
     virtual uint32_t CountAll() const { return ElementsIn.load(); }
     virtual uint32_t SecondCount() const { return m_nSecondCount.load(); }
     // Nothing to do here; an aggregate of registers removes its doubtful entries.
     virtual uint32_t RemoveDoubtfulEntries() { return 0; }
+    // Frees memory when the budget is used up (bSoft: a periodic check rather
+    // than a store that found no room). A register on its own has nothing it
+    // may throw away, so a full one just drops what comes; an aggregate purges.
+    virtual void EmptySomeDataWhenRegisterFull(bool bSoft) { (void)bSoft; }
 
     // ---- The persistent map.
     // An attacker's result; `nMoves` is odd. `move` may be null. Throws
@@ -81,7 +85,8 @@ template <class TResult> class TChessboardRegister {
     uint8_t LookupInsertedDefence(uint16_t nMoves, const TChessboardRegisterItem& item);
     // The entry kept at exactly one level, or null; for tests and the file writer.
     const TSubproblemRegisterInfo<TResult>* InsertedAt(uint16_t nMoves, const TChessboardRegisterItem& item);
-    // Empties the persistent map and sets the short-level switch again.
+    // Empties the persistent map and sets the short-level switch again. The
+    // second count is left alone: it counts what an aggregate keeps elsewhere.
     void ClearInserted();
 
     // ---- Memory budget.
@@ -111,6 +116,9 @@ template <class TResult> class TChessboardRegister {
     void SetOwner(TChessboardRegister* owner) { m_pOwner = owner; }
     TChessboardRegister* Owner() const { return m_pOwner; }
     void SetLog(CRegisterLog* log) { m_pLog = log; }
+    CRegisterLog* Log() const { return m_pLog; }
+    // The lock of the persistent map; an aggregate guards its doubtful registers with it too.
+    TRegisterLock& PersistentMapLock() { return m_csMap; }
 
     // Entries of the persistent map.
     std::atomic<uint32_t> ElementsIn{0};
@@ -126,6 +134,13 @@ template <class TResult> class TChessboardRegister {
   protected:
     // A message of the register log, with the counters.
     void logMessage(const char* message, int p1, int p2) const;
+    // Whether a store may go ahead: when the budget is used up, the owner (or
+    // this register) purges first, unless its limit is 0, and the store goes
+    // ahead only if that made room. Call it before taking any lock: the purge
+    // takes the locks of every register of the aggregate.
+    bool makeRoom();
+    // After a failed allocation: the owner (or this register) frees memory.
+    void purgeAfterFailure();
 
     // Entries of a combined map; stays 0 in a register without one. Kept here
     // so that the budget test needs no virtual call.

@@ -63,6 +63,33 @@ TRegisterStoreOutcome TRegisterCombinedMap::Store(const TChessboardRegisterItem&
     return outcome;
 }
 
+uint64_t TRegisterCombinedMap::Sweep(uint16_t maxMate, uint16_t maxNoMate) {
+    auto qualifies = [=](TRegisterMoves m) { return m.MovesMate <= maxMate && m.MovesNoMate <= maxNoMate; };
+    uint64_t removed = 0;
+    for (uint32_t visited = 0; visited < m_nBuckets; ++visited) {
+        const uint64_t word = m_aBuckets[BucketOf(m_uSweepCursor + visited)];
+        if (word & kTreeBit) {
+            TRegisterTree& tree = *static_cast<TRegisterTree*>(pointerOf(word));
+            for (auto it = tree.begin(); it != tree.end();) {
+                if (qualifies(it->second)) {
+                    it = tree.erase(it);
+                    ++removed;
+                } else {
+                    ++it;
+                }
+            }
+        } else if (TRegisterVector* records = static_cast<TRegisterVector*>(pointerOf(word))) {
+            // Erasing keeps the room for 8, so a later store still never reallocates.
+            for (size_t i = 0; i < records->size(); ++i) {
+                if (!qualifies((*records)[i].m_Moves)) continue;
+                records->erase(records->begin() + static_cast<std::ptrdiff_t>(i));
+                ++removed;
+            }
+        }
+    }
+    return removed;
+}
+
 uint64_t TRegisterCombinedMap::freeBucket(uint64_t& word) {
     uint64_t freed = 0;
     if (word & kTreeBit) {

@@ -167,6 +167,15 @@ class TRegisterCombinedMap {
         return freed;
     }
 
+    // The partial purge: removes the records whose MovesMate is not above
+    // `maxMate` and whose MovesNoMate is not above `maxNoMate`, visiting every
+    // bucket once from the sweep cursor on. A tree loses all such records; a
+    // vector is walked by index and closes the gap by moving its tail down, so
+    // the record that moves into the gap is passed over until the next sweep:
+    // a vector whose records all qualify loses every second one. Emptied
+    // buckets keep their vector or tree. Returns the number of records removed.
+    uint64_t Sweep(uint16_t maxMate, uint16_t maxNoMate);
+
     // For tests and diagnostics.
     BucketForm Form(uint32_t bucket) const;
     size_t RecordsIn(uint32_t bucket) const;

@@ -23,13 +23,17 @@ template <int nKind> TTemporaryChessboardRegister<nKind>::TTemporaryChessboardRe
     m_map.Allocate(bucketCount);
 }
 
+template <int nKind> TTemporaryChessboardRegister<nKind>::~TTemporaryChessboardRegister() {
+    if (m_pAlsoCounted) m_pAlsoCounted->fetch_sub(m_nElementsInMap.load());
+}
+
 template <int nKind> void TTemporaryChessboardRegister<nKind>::Resize(uint32_t bucketCount, bool bKeep) {
     if (bucketCount == m_map.BucketCount()) {
-        if (!bKeep) clearCombined(true, {});
+        if (!bKeep) ClearCombined(true);
         return;
     }
     TRegisterWriteGuard guard(m_csCombined);
-    m_nElementsInMap.fetch_sub(static_cast<uint32_t>(m_map.Allocate(bucketCount)));
+    uncount(m_map.Allocate(bucketCount));
 }
 
 template <int nKind>
@@ -37,8 +41,9 @@ void TTemporaryChessboardRegister<nKind>::Store(uint16_t nMoves, const TChessboa
                                                 bool bThereIsMate, uint32_t hash) {
     // 1. Short levels may be switched off under memory pressure.
     if (!ShortLevels() && nMoves < REGISTER_SHORT_LEVELS) return;
-    // A full register drops the result: it can be found again by searching.
-    if (Full()) return;
+    // A full register drops the result, unless its owner's purge makes room:
+    // it can be found again by searching.
+    if (!makeRoom()) return;
     const bool bRepair = !(m_pCoherencyLatch && m_pCoherencyLatch->load(std::memory_order_relaxed));
 
     // 2.-5. Find or make the record and add the result to it.
@@ -46,10 +51,14 @@ void TTemporaryChessboardRegister<nKind>::Store(uint16_t nMoves, const TChessboa
     try {
         TRegisterWriteGuard guard(m_csCombined);
         outcome = m_map.Store(item, hash, nMoves, bThereIsMate, bRepair);
-        if (outcome.bAdded) m_nElementsInMap.fetch_add(1);
+        if (outcome.bAdded) {
+            m_nElementsInMap.fetch_add(1);
+            if (m_pAlsoCounted) m_pAlsoCounted->fetch_add(1);
+        }
     } catch (...) {
         // 6. The guard has released the lock; the result is lost, not the search.
         logMessage("Exception caught in method TChessboardRegister::Insert", nMoves, bThereIsMate ? 1 : 0);
+        purgeAfterFailure();
         return;
     }
     // 4. A contradiction kept while the latch is set is shown, outside the lock:
@@ -70,13 +79,13 @@ bool TTemporaryChessboardRegister<nKind>::Numbers(const TChessboardRegisterItem&
 
 template <int nKind>
 void TTemporaryChessboardRegister<nKind>::Clear(bool bKeepArray, const TRegisterClearProgress& progress) {
-    clearCombined(bKeepArray, progress);
+    ClearCombined(bKeepArray, progress);
     ClearInserted();
 }
 
 template <int nKind>
-void TTemporaryChessboardRegister<nKind>::clearCombined(bool bKeepArray,
-                                                        const TRegisterClearProgress& progress) {
+uint64_t TTemporaryChessboardRegister<nKind>::ClearCombined(bool bKeepArray,
+                                                            const TRegisterClearProgress& progress) {
     using Clock = std::chrono::steady_clock;
     TRegisterWriteGuard guard(m_csCombined);
     auto lastRepaint = Clock::now();
@@ -86,11 +95,20 @@ void TTemporaryChessboardRegister<nKind>::clearCombined(bool bKeepArray,
         const auto now = Clock::now();
         if (now - lastRepaint < progress.interval) return;
         lastRepaint = now;
-        m_nElementsInMap.fetch_sub(static_cast<uint32_t>(freedSoFar - subtracted));
+        uncount(freedSoFar - subtracted);
         subtracted = freedSoFar;
         progress.pfnRepaint(progress.user);
     });
-    m_nElementsInMap.fetch_sub(static_cast<uint32_t>(freed - subtracted));
+    uncount(freed - subtracted);
+    return freed;
+}
+
+template <int nKind>
+uint32_t TTemporaryChessboardRegister<nKind>::Sweep(uint16_t maxMate, uint16_t maxNoMate) {
+    TRegisterWriteGuard guard(m_csCombined);
+    const uint64_t removed = m_map.Sweep(maxMate, maxNoMate);
+    uncount(removed);
+    return static_cast<uint32_t>(removed);
 }
 
 template class TTemporaryChessboardRegister<0>;

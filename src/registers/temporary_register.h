@@ -8,7 +8,8 @@
 // calls and of any lock but the map's own reader-writer lock. A store may
 // allocate: the first entry of a bucket makes its vector (room for 8), and
 // the ninth turns the bucket into a tree; the search pays that only for new
-// positions, and a store beyond the memory limit is dropped instead.
+// positions. A store beyond the memory limit has the owner purge first, and is
+// dropped when that makes no room.
 #include "chessboard_register.h"
 #include "register_combined_map.h"
 #include "register_item.h"
@@ -50,7 +51,8 @@ template <int nKind> class TTemporaryChessboardRegister : public TChessboardRegi
 
   public:
     explicit TTemporaryChessboardRegister(uint32_t bucketCount = 0);
-    ~TTemporaryChessboardRegister() override = default;
+    // Takes its records off the counter given to CountAlsoIn.
+    ~TTemporaryChessboardRegister() override;
 
     // Slot 0: the entries of the combined map.
     uint32_t CountAll() const override { return m_nElementsInMap.load(); }
@@ -61,7 +63,8 @@ template <int nKind> class TTemporaryChessboardRegister : public TChessboardRegi
     void Resize(uint32_t bucketCount, bool bKeep);
     uint32_t BucketCount() const { return m_map.BucketCount(); }
 
-    // ---- Store. Dropped when the register is full or has no array.
+    // ---- Store. A full register first has its owner purge (makeRoom); the
+    // store is dropped when there is still no room, or no array.
     void Store(uint16_t nMoves, const TChessboardRegisterItem& item, bool bThereIsMate, uint32_t hash);
     void Store(uint16_t nMoves, const TChessboardRegisterItem& item, bool bThereIsMate) {
         Store(nMoves, item, bThereIsMate, item.hash());
@@ -104,6 +107,16 @@ template <int nKind> class TTemporaryChessboardRegister : public TChessboardRegi
     // Empties both maps and sets the short-level switch again; the array is
     // kept or freed. Progress is shown while the buckets are walked.
     void Clear(bool bKeepArray, const TRegisterClearProgress& progress = {});
+    // Empties the combined map only; returns the records freed.
+    uint64_t ClearCombined(bool bKeepArray, const TRegisterClearProgress& progress = {});
+    // The partial purge of the combined map under its write lock (see
+    // TRegisterCombinedMap::Sweep); returns the records removed.
+    uint32_t Sweep(uint16_t maxMate, uint16_t maxNoMate);
+
+    // A second counter that follows the element count: every record made or
+    // freed is counted there too, under the map's lock, so that the sum an
+    // aggregate keeps of its registers never runs behind or ahead of them.
+    void CountAlsoIn(std::atomic<uint32_t>* counter) { m_pAlsoCounted = counter; }
 
     // ---- Contradictions between a mate and an absence of mate.
     // The solve-wide latch of the heuristics' admission test: while it is clear
@@ -126,14 +139,18 @@ template <int nKind> class TTemporaryChessboardRegister : public TChessboardRegi
         const TRegisterMoves* moves = m_map.Find(item, hash);
         return moves ? answer(*moves) : REGISTER_UNKNOWN;
     }
-    // Empties the combined map under its lock, lowering the count as it goes.
-    void clearCombined(bool bKeepArray, const TRegisterClearProgress& progress);
+    // Lowers the element count and the second counter, if any.
+    void uncount(uint64_t records) {
+        m_nElementsInMap.fetch_sub(static_cast<uint32_t>(records));
+        if (m_pAlsoCounted) m_pAlsoCounted->fetch_sub(static_cast<uint32_t>(records));
+    }
 
     TRegisterCombinedMap m_map;
     TRegisterLock m_csCombined;
     const std::atomic<bool>* m_pCoherencyLatch = nullptr;
     TRegisterConflictReport m_pfnConflictReport = nullptr;
     void* m_pConflictUser = nullptr;
+    std::atomic<uint32_t>* m_pAlsoCounted = nullptr;
 };
 
 extern template class TTemporaryChessboardRegister<0>;
