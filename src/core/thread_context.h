@@ -3,6 +3,7 @@
 // captures here and read the root for castling rights; the search keeps its
 // board stack and per-ply move state here, where the progress display reads it.
 #include "chessboard.h"
+#include "heuristic_params.h"
 #include "move.h"
 
 #include <atomic>
@@ -15,7 +16,9 @@ struct SolveJob;
 // Room for the longest stipulation (255 moves = 509 plies) with a margin.
 constexpr int MAX_PLIES = 600;
 
-struct TThreadContext {
+// The heuristics' parameters are the thread's own: a relaxation in one
+// thread leaves the others' sets alone.
+struct TThreadContext : TSpecialHeuristicsParams {
     // The child of a node with m_shPliesLeft = p is built in slot p.
     TChessboard m_aBoards[MAX_PLIES];
     // Top of the parent chain: castling rights are measured from here.

@@ -6,6 +6,7 @@
 // command line read, the settings decided at its start, and the callbacks.
 // Every search thread reaches it through TThreadContext::m_pJob. Fields that
 // keep their old names were fields of the problem record before.
+#include "core/heuristic_params.h"
 #include "core/move.h"
 #include "problems/chess_problem.h"
 #include "problems/sort_indication.h"
@@ -123,6 +124,8 @@ struct SolveJob {
     SortIndications activeSortIndications;
     // The problem's expected first moves, each marked when the root list put it first.
     std::vector<TMove> expectedSortWhiteMoves;
+    // The heuristics' settings that stay fixed for the whole solve.
+    SolveWideHeuristicParams m_solveWideHeuristics;
     // A solve thread runs on this job.
     std::atomic<uint8_t> m_bSolving{0};
     // White's root moves that are still possible, and how many of them the
