@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 
@@ -31,14 +32,16 @@ inline std::string JoinedTexts(const std::vector<std::string>& texts) {
 }
 
 // Every corpus problem of minMoves..maxMoves must give exactly its key set; a
-// problem without an answer has no solution.
-inline void SolveCorpus(int minMoves, int maxMoves, bool safeMode, bool report = false) {
+// problem without an answer has no solution. With `heuristics` the solve bets
+// first, as a user's solve does, and must still give every key.
+inline void SolveCorpus(int minMoves, int maxMoves, bool safeMode, bool report = false,
+                        bool heuristics = false) {
     if (!CorpusPresent()) GTEST_SKIP() << "corpus not found at " << CORPUS << " (../shared is absent)";
     int solved = 0;
     for (const auto& [id, problem] : LoadCorpus()) {
         const int moves = problem->stipulationMoves();
         if (problem->type != PROBLEM_DIRECT_MATE || moves < minMoves || moves > maxMoves) continue;
-        MateProof proof(safeMode);
+        MateProof proof(safeMode, true, true, heuristics);
         const MateKeys keys = proof.FindKeys(problem->startPosition, moves);
         EXPECT_TRUE(SameMoveSet(keys.keys, problem->expectedAnswers))
             << "problem " << id << " #" << moves << ": found " << JoinedTexts(keys.texts);
@@ -46,6 +49,34 @@ inline void SolveCorpus(int minMoves, int maxMoves, bool safeMode, bool report =
         if (report)
             std::printf("problem %d #%d: %.0f ms, %llu nodes\n", id, moves, keys.milliseconds,
                         static_cast<unsigned long long>(keys.nodes));
+        ++solved;
+    }
+    EXPECT_GT(solved, 0);
+}
+
+} // namespace zorvane
+
+namespace zorvane {
+
+// In first-solution mode the key found must be one of the answer's keys, and a
+// problem without an answer gives none.
+inline void SolveCorpusFirstKey(int minMoves, int maxMoves, bool safeMode, bool heuristics) {
+    if (!CorpusPresent()) GTEST_SKIP() << "corpus not found at " << CORPUS << " (../shared is absent)";
+    int solved = 0;
+    for (const auto& [id, problem] : LoadCorpus()) {
+        const int moves = problem->stipulationMoves();
+        if (problem->type != PROBLEM_DIRECT_MATE || moves < minMoves || moves > maxMoves) continue;
+        MateProof proof(safeMode, true, true, heuristics);
+        const MateKeys keys = proof.FindFirstKey(problem->startPosition, moves);
+        if (problem->expectedAnswers.empty()) {
+            EXPECT_TRUE(keys.keys.empty()) << "problem " << id << ": found " << JoinedTexts(keys.texts);
+        } else {
+            ASSERT_FALSE(keys.keys.empty()) << "problem " << id;
+            EXPECT_EQ(std::count(problem->expectedAnswers.begin(), problem->expectedAnswers.end(),
+                                 keys.keys.front()),
+                      1)
+                << "problem " << id << " #" << moves << ": first key " << keys.texts.front();
+        }
         ++solved;
     }
     EXPECT_GT(solved, 0);

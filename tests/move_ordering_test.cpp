@@ -9,6 +9,7 @@
 #include "engine/find_mate.h"
 #include "engine/heuristic_bits.h"
 #include "problems/sort_indication.h"
+#include "test_line.h"
 #include "test_squares.h"
 
 #include <gtest/gtest.h>
@@ -16,43 +17,6 @@
 using namespace zorvane;
 
 namespace {
-
-struct Root {
-    TChessProblem problem;
-    SolveJob job{problem};
-    TThreadContext ctx;
-    TChessboard board = EmptyChessboard();
-    Root(const char* fen, int plies) {
-        ctx.m_pJob = &job;
-        EXPECT_TRUE(ReadFen(fen, board));
-        board.m_pProblem = &problem;
-        board.m_pThread = &ctx;
-        board.m_shPliesLeft = board.m_shPliesTotal = static_cast<uint16_t>(plies);
-        SetupChessboard(board, false);
-        ctx.m_pRoot = &board;
-    }
-};
-
-// A line of moves played from a root: each position the child of the one
-// before, as the search builds them, so that the last move and the parents
-// are there for the rules that read them.
-struct Line {
-    Root root;
-    TChessboard boards[16];
-    int length = 0;
-    Line(const char* fen, int plies) : root(fen, plies) {}
-    TChessboard& last() { return length ? boards[length - 1] : root.board; }
-    void play(const TMove& move) {
-        TChessboard& parent = last();
-        TChessboard& child = boards[length++];
-        CopyToChild(child, parent);
-        TMove played = move;
-        if (parent.whiteToMove())
-            ASSERT_TRUE(MakeWhiteMove(child, played));
-        else
-            ASSERT_NE(MakeBlackMove(child, played, false), BLACK_MOVE_ILLEGAL);
-    }
-};
 
 int indexOf(const TMove* moves, int count, const TMove& move) {
     for (int i = 0; i < count; ++i)

@@ -100,6 +100,8 @@ Runner AddBenchCommand(CLI::App& app) {
         ->add_option("--cap", options->longSettings.capSeconds,
                      "With --long: seconds allowed to each problem")
         ->check(CLI::Range(0.1, 86400.0));
+    bench->add_flag("--no-heuristics{false}", options->longSettings.heuristics,
+                    "With --long: solve without special heuristics, to compare");
     return [options] { return options->longMates ? runLongBench(*options) : runBench(*options); };
 }
 

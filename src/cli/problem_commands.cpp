@@ -31,7 +31,8 @@ struct FileOptions {
     bool first = false;        // stop at the first key: quick, but proves no soundness
     bool allSolutions = false; // every key: the default, named for scripts that say so
     bool stopOnDual = false;
-    int repeat = 1; // solves of each problem; the later ones start from a warm register
+    bool noHeuristics = false; // bet on nothing: the search of every pass is the last pass's
+    int repeat = 1;            // solves of each problem; the later ones start from a warm register
 };
 
 constexpr auto PROGRESS_INTERVAL = std::chrono::seconds(1);
@@ -355,6 +356,7 @@ int runSolve(const FileOptions& options) {
     Solver solver;
     SolveRequest request;
     request.options.allSolutions = !options.first;
+    request.options.heuristics = !options.noHeuristics;
     Tally tally;
     double totalMs = 0;
     for (const auto& [id, problem] : problems) {
@@ -436,6 +438,8 @@ Runner AddSolveCommand(CLI::App& app) {
     solve->add_flag("--all-solutions", options->allSolutions, "Find every key (the default)")
         ->excludes(first);
     solve->add_flag("--stop-on-dual", options->stopOnDual, "Stop a problem when a second key is found");
+    solve->add_flag("--no-heuristics", options->noHeuristics,
+                    "Solve without special heuristics (one pass, no bets), to compare with the default");
     AddWholeNumber(solve, "--repeat", options->repeat, 1, 100,
                    "Solve each problem this many times; later solves use the warm register");
     return [options] { return runSolve(*options); };

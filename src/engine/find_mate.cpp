@@ -7,6 +7,7 @@
 #include "core/thread_context.h"
 #include "engine/command_poll.h"
 #include "engine/heuristic_bits.h"
+#include "engine/heuristic_tests.h"
 #include "engine/move_ordering.h"
 #include "engine/register_hooks.h"
 #include "engine/repetition.h"
@@ -30,6 +31,8 @@ constexpr int MAN_BY_MAN_THIN_BELOW_PLIES = 13;
 constexpr int MAN_BY_MAN_HEURISTIC_2_PLIES = 13;
 // A thin position: fewer White heavy men and black bishops together than this.
 constexpr int THIN_POSITION_MEN = 4;
+// Plies left from which the heuristics' tests run on a White node.
+constexpr int HEURISTIC_TESTS_MIN_PLIES = 3;
 constexpr auto SUSPEND_POLL = std::chrono::milliseconds(10);
 
 // The next stage of a man-by-man list: the moves of `first` (a square, or -1)
@@ -100,6 +103,15 @@ template <class Config> int8_t Steps<Config>::whiteStep(TChessboard& b, bool bPr
         }
     } else {
         (void)bProbe;
+    }
+    // 2b. The bets of the set in force on Black's last reply, and the
+    // impossibility tail; near the leaves the search is cheaper than the tests.
+    if constexpr (Config::kHeuristics) {
+        if (pliesDone > 0 && n >= HEURISTIC_TESTS_MIN_PLIES && b.m_bPass == 1 && b.m_uHeuristics) {
+            const int answer = IsMateDoubtfulAfterBlackMove(b, ctx);
+            if (answer == HEURISTIC_DOUBTFUL) return RESULT_DOUBTFUL;
+            if (answer == HEURISTIC_IMPOSSIBLE) return RESULT_NO_MATE;
+        }
     }
     // 3. The last plies.
     if (n < SHALLOW_PLIES) {
@@ -181,7 +193,8 @@ template <class Config> int8_t Steps<Config>::whiteStep(TChessboard& b, bool bPr
             }
             // 9. The heuristics' bets, then Black's step.
             if constexpr (Config::kHeuristics) {
-                if (b.m_bPass == 1 && search_hooks::HeuristicsRejectChild<Config>(child)) {
+                if (b.m_bPass == 1 && (child.m_uHeuristics & SH_WHITE_MOVE_TESTS_MASK) &&
+                    IsWhiteMoveDoubtful(child, ctx)) {
                     ++doubtful;
                     continue;
                 }
@@ -349,6 +362,9 @@ template <class Config> int8_t Steps<Config>::blackStep(TChessboard& b) {
 
 // The configuration is chosen once, at the entry: the steps below it test nothing for it.
 template <class Search> auto dispatch(const SolveJob& job, Search&& search) {
+    if (job.m_bHeuristics && job.m_bMoveOrdering)
+        return job.m_pRegister ? search(Steps<OrderedRegisterHeuristicSearch>{})
+                               : search(Steps<OrderedHeuristicSearch>{});
     if (job.m_pRegister)
         return job.m_bMoveOrdering ? search(Steps<OrderedRegisterSearch>{}) : search(Steps<RegisterSearch>{});
     return job.m_bMoveOrdering ? search(Steps<OrderedSearch>{}) : search(Steps<PlainSearch>{});

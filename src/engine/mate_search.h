@@ -29,8 +29,11 @@ class MateProof {
   public:
     // Settings of the run: quick mode (repetitions pruned everywhere) unless
     // safe mode is asked for; the temporary register (used from 10 plies on)
-    // and move ordering unless switched off. The register stays warm from one FindKeys to the next.
-    explicit MateProof(bool safeMode = false, bool useRegister = true, bool ordering = true);
+    // and move ordering unless switched off; the special heuristics only when
+    // asked, so that the proof is the plain search's unless a caller wants to
+    // measure or check the bets. The register stays warm from one FindKeys to the next.
+    explicit MateProof(bool safeMode = false, bool useRegister = true, bool ordering = true,
+                       bool heuristics = false);
     MateProof(const MateProof&) = delete;
     MateProof& operator=(const MateProof&) = delete;
 
@@ -38,8 +41,12 @@ class MateProof {
     // root is set up strictly; throws ChessException for a bad position or when
     // the black king stands in check.
     MateKeys FindKeys(const TChessboard& root, int moves);
+    // The same run stopped at the first key: what a solve in first-solution mode gives.
+    MateKeys FindFirstKey(const TChessboard& root, int moves);
 
   private:
+    MateKeys solve(const TChessboard& root, int moves, bool allSolutions);
+
     TChessProblem m_problem;
     SolveOptions m_options;
 };

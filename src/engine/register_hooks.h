@@ -6,7 +6,7 @@
 #include "engine/search_config.h"
 #include "core/thread_context.h"
 #include "engine/solve_job.h"
-#include "registers/temporary_register.h"
+#include "registers/aggregated_register.h"
 
 namespace zorvane {
 
@@ -33,19 +33,41 @@ inline bool playStateAllows(const TChessboard& b) {
 template <class Config> int8_t ProbeTemporaryRegister(const TChessboard& position) {
     if (!register_detail::playStateAllows(position) || !RegisterEligible(position))
         return RESULT_REFUTED_EARLY;
-    const uint8_t answer = position.m_pThread->m_pJob->m_pRegister->Lookup(
-        position.m_shPliesLeft, TChessboardRegisterItem::FromBoard(position));
+    TProblemRegister& reg = *position.m_pThread->m_pJob->m_pRegister;
+    const TChessboardRegisterItem item = TChessboardRegisterItem::FromBoard(position);
+    if constexpr (Config::kHeuristics) {
+        // Under bets, what was found under the same set counts as well: -1 is
+        // "no mate under these heuristics".
+        if (position.m_uHeuristics) {
+            const int8_t answer = reg.LookupWithDoubtful(position.m_shPliesLeft, item, position.m_uHeuristics,
+                                                         position.m_uHeuristicParams);
+            return answer == 1    ? int8_t{RESULT_MATE}
+                   : answer == 0  ? int8_t{RESULT_NO_MATE}
+                   : answer == -1 ? int8_t{RESULT_DOUBTFUL}
+                                  : int8_t{RESULT_REFUTED_EARLY};
+        }
+    }
+    const uint8_t answer = reg.Lookup(position.m_shPliesLeft, item);
     return answer == 1   ? int8_t{RESULT_MATE}
            : answer == 0 ? int8_t{RESULT_NO_MATE}
                          : int8_t{RESULT_REFUTED_EARLY};
 }
 
 template <class Config> void StoreTemporaryRegister(const TChessboard& position, int8_t result) {
-    // Only proofs are kept here; doubts belong to the aggregated register.
-    if (result != RESULT_MATE && result != RESULT_NO_MATE) return;
     if (!register_detail::playStateAllows(position) || !RegisterEligible(position)) return;
-    position.m_pThread->m_pJob->m_pRegister->Store(
-        position.m_shPliesLeft, TChessboardRegisterItem::FromBoard(position), result == RESULT_MATE);
+    TProblemRegister& reg = *position.m_pThread->m_pJob->m_pRegister;
+    const TChessboardRegisterItem item = TChessboardRegisterItem::FromBoard(position);
+    if (result == RESULT_MATE || result == RESULT_NO_MATE) {
+        reg.Store(position.m_shPliesLeft, item, result == RESULT_MATE);
+        return;
+    }
+    // A doubt is kept under the set that cut the line, and only there: no mate
+    // under these bets, which a later visit under the same set takes as it is.
+    if constexpr (Config::kHeuristics) {
+        if (result == RESULT_DOUBTFUL && position.m_uHeuristics)
+            reg.StoreDoubtful(position.m_shPliesLeft, item, position.m_uHeuristics,
+                              position.m_uHeuristicParams, true);
+    }
 }
 
 } // namespace zorvane::search_hooks

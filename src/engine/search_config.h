@@ -35,6 +35,17 @@ struct OrderedRegisterSearch : RegisterSearch {
     static constexpr bool kOrdering = true;
 };
 
+// The search of a solve that bets: the set in force is tested after each
+// black reply and on White's candidates, and the impossibility tail cuts what
+// cannot be mated, in every pass. Only ordered searches bet: the unordered
+// ones exist to measure the ordering.
+struct OrderedHeuristicSearch : OrderedSearch {
+    static constexpr bool kHeuristics = true;
+};
+struct OrderedRegisterHeuristicSearch : OrderedRegisterSearch {
+    static constexpr bool kHeuristics = true;
+};
+
 // Hooks filled in by the subsystems that provide them; declared here so that
 // the steps name them at their places. Only configurations that switch the
 // matching axis on instantiate them.
@@ -44,8 +55,6 @@ template <class Config> int ProbeGlobalRegister(const TChessboard& position);
 // 1, 0, -1 as stored for the position, or a value below -1 when unknown or not to be asked.
 template <class Config> int8_t ProbeTemporaryRegister(const TChessboard& position);
 template <class Config> void StoreTemporaryRegister(const TChessboard& position, int8_t result);
-// The heuristics' test of a White move's child: true marks the move doubtful.
-template <class Config> bool HeuristicsRejectChild(const TChessboard& child);
 // Hands a White list to the thread levels; -128 when not taken.
 template <class Config> int8_t HandToLevels(TChessboard& position, TMove* moves, int count);
 } // namespace search_hooks

@@ -39,7 +39,7 @@ BenchmarkProblem solveOne(MateProof& proof, const TChessProblem& problem) {
 }
 
 // The first key of `problem` within the cap; the solve is stopped at the cap.
-LongMateRun firstKeyWithin(TChessProblem& problem, double capSeconds) {
+LongMateRun firstKeyWithin(TChessProblem& problem, const LongBenchmarkSettings& settings) {
     std::mutex lock;
     std::condition_variable ended;
     bool finished = false;
@@ -50,10 +50,13 @@ LongMateRun firstKeyWithin(TChessProblem& problem, double capSeconds) {
         ended.notify_one();
     };
     Solver solver;
-    solver.Start(problem, SolveRequest{}, std::move(callbacks));
+    SolveRequest request;
+    request.options.heuristics = settings.heuristics;
+    solver.Start(problem, request, std::move(callbacks));
     {
         std::unique_lock<std::mutex> guard(lock);
-        if (!ended.wait_for(guard, std::chrono::duration<double>(capSeconds), [&] { return finished; }))
+        if (!ended.wait_for(guard, std::chrono::duration<double>(settings.capSeconds),
+                            [&] { return finished; }))
             solver.Stop();
     }
     const SolveResult result = solver.Wait();
@@ -83,7 +86,7 @@ std::vector<LongMateRun> RunLongBenchmark(const LongBenchmarkSettings& settings,
             if (problem->type != PROBLEM_DIRECT_MATE || moves < settings.corpusMinMoves ||
                 moves > settings.corpusMaxMoves)
                 continue;
-            solved(firstKeyWithin(*problem, settings.capSeconds), "corpus " + std::to_string(id));
+            solved(firstKeyWithin(*problem, settings), "corpus " + std::to_string(id));
         }
     }
     if (!settings.epdPath.empty()) {
@@ -92,8 +95,7 @@ std::vector<LongMateRun> RunLongBenchmark(const LongBenchmarkSettings& settings,
             TChessProblem problem;
             problem.startPosition = mate.position;
             SetStipulation(problem, mate.moves);
-            solved(firstKeyWithin(problem, settings.capSeconds),
-                   "long_mates line " + std::to_string(mate.line));
+            solved(firstKeyWithin(problem, settings), "long_mates line " + std::to_string(mate.line));
         }
     }
     return runs;
@@ -104,7 +106,7 @@ RunSolveBenchmark(const std::string& corpusPath, const BenchmarkSettings& settin
                   const std::function<void(const BenchmarkProblem&)>& onSolved) {
     const ProblemMap corpus = loadProblems(corpusPath);
     std::vector<BenchmarkProblem> results;
-    MateProof proof(false, settings.useRegister, settings.ordering);
+    MateProof proof(false, settings.useRegister, settings.ordering, settings.heuristics);
     for (const int number : SolveBenchmarkNumbers()) {
         const auto found = corpus.find(number);
         if (found == corpus.end() || found->second->type != PROBLEM_DIRECT_MATE)
@@ -123,7 +125,7 @@ std::vector<BenchmarkProblem> RunFileBenchmark(const std::string& path, const Be
     for (const auto& [id, problem] : problems) {
         if (problem->type != PROBLEM_DIRECT_MATE) continue;
         // Each problem with a register of its own, as a solve of a file has.
-        MateProof proof(false, settings.useRegister, settings.ordering);
+        MateProof proof(false, settings.useRegister, settings.ordering, settings.heuristics);
         results.push_back(solveOne(proof, *problem));
         if (onSolved) onSolved(results.back());
     }

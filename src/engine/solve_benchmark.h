@@ -29,6 +29,7 @@ struct BenchmarkProblem {
 struct BenchmarkSettings {
     bool ordering = true;
     bool useRegister = true;
+    bool heuristics = false; // the signature is the search's without bets
 };
 
 // Corpus numbers of the benchmark problems, in the order they are solved.
@@ -64,6 +65,7 @@ struct LongBenchmarkSettings {
     std::string epdPath; // its lines up to epdMaxMoves; empty: none
     int epdMaxMoves = 16;
     double capSeconds = 60;
+    bool heuristics = true; // the automatic set; off to compare with the search without bets
 };
 
 // Throws ChessException when a file cannot be read.

@@ -9,12 +9,13 @@
 #include "engine/command_poll.h"
 #include "engine/find_mate.h"
 #include "engine/heuristic_relaxation.h"
+#include "engine/heuristics_choice.h"
 #include "engine/move_ordering.h"
 #include "engine/register_eligibility.h"
 #include "engine/register_hooks.h"
 #include "engine/solve_texts.h"
 #include "engine/threats.h"
-#include "registers/temporary_register.h"
+#include "registers/aggregated_register.h"
 
 #include <algorithm>
 #include <bit>
@@ -81,11 +82,24 @@ void prepareRegister(SolveJob& job, int plies, const SolveOptions& options) {
     } else if (problem.m_pRegister->BucketCount() != buckets) {
         problem.m_pRegister->Resize(buckets, true);
     } else if (options.clearRegisterOnStart) {
-        problem.m_pRegister->Clear(true);
+        problem.m_pRegister->Clear(1);
     }
     problem.m_pRegister->SetMemoryLimit(options.registerMemoryLimit);
     job.m_pRegister = problem.m_pRegister.get();
     job.m_pShownRegister.store(job.m_pRegister, std::memory_order_release);
+}
+
+// The set of heuristics the solve starts with: the automatic choice, unless
+// the run is asked to bet on nothing. Only ordered searches bet, and a solve
+// of fewer than 4 plies has nothing to gain from bets.
+constexpr int HEURISTICS_MIN_PLIES = 4;
+void chooseHeuristics(SolveJob& job, TThreadContext& ctx, TChessboard& root, const SolveOptions& options) {
+    root.m_uHeuristics = 0;
+    root.m_uHeuristicParams = 0;
+    static_cast<TSpecialHeuristicsParams&>(ctx) = TSpecialHeuristicsParams{};
+    if (options.heuristics && options.moveOrdering && root.m_shPliesLeft >= HEURISTICS_MIN_PLIES)
+        InitialPositionTypeCheck(root, ctx);
+    job.m_bHeuristics = root.m_uHeuristics != 0;
 }
 
 // The task check: the side not to move must not stand in check.
@@ -208,9 +222,11 @@ int passLoop(Run& run, TChessboard& root, int plies, std::vector<TMove>& found) 
     int status[MAX_MOVES];
     std::fill(status, status + count, STATUS_OPEN);
     const TChessboard saved = root;
+    const TSpecialHeuristicsParams savedParams = ctx;
     const size_t foundBefore = found.size();
     auto finish = [&](int answer) {
         root = saved;
+        static_cast<TSpecialHeuristicsParams&>(ctx) = savedParams;
         return answer;
     };
     // One ply: the list holds the mates themselves.
@@ -233,6 +249,8 @@ int passLoop(Run& run, TChessboard& root, int plies, std::vector<TMove>& found) 
             break;
         // b. The last pass: relax the heuristics first while that is wanted.
         if (pass == 2 && root.m_uHeuristics) {
+            // What was found under the old set is of no use under the next.
+            if (job.m_pRegister) job.m_pRegister->RemoveDoubtful(root.m_uHeuristics, root.m_uHeuristicParams);
             const bool wanted =
                 plies > 1 && run.options.relaxHeuristics && (run.allSolutions || found.empty());
             const uint32_t relaxed = wanted ? TryRelaxSpecialHeuristics(root) : 0;
@@ -378,6 +396,8 @@ void endRun(Run& run) {
     run.result.fromRegister = !run.result.moves.empty() && run.searched == 0 && run.fromRegister > 0;
     run.result.safeMode = run.job.m_bSafeMode != 0;
     run.result.expectedSortWhiteMoves = run.job.expectedSortWhiteMoves;
+    // The doubts of the run's sets mean nothing to the next run; the proofs stay.
+    if (run.job.m_pRegister) run.job.m_pRegister->Clear(-1);
     run.job.m_bSolving.store(0);
 }
 
@@ -457,6 +477,8 @@ SolveResult SolveDriver::SolveProblem(SolveJob& job, const SolveOptions& options
     prepareRegister(job, plies, options);
     activateSortIndications(job, options.languageId);
     job.m_shRepetitionLimit = static_cast<uint16_t>(plies);
+    chooseHeuristics(job, ctx, root, options);
+    result.heuristics = root.m_uHeuristics;
     Run run = beginRun(job, ctx, options, result);
     std::vector<TMove> found;
     passLoop(run, root, plies, found);
@@ -479,6 +501,8 @@ SolveResult SolveDriver::SolveFromPosition(SolveJob& job, const TChessboard& pos
     prepareRegister(job, plies, options);
     activateSortIndications(job, options.languageId);
     job.m_shRepetitionLimit = static_cast<uint16_t>(plies);
+    chooseHeuristics(job, ctx, root, options);
+    result.heuristics = root.m_uHeuristics;
     Run run = beginRun(job, ctx, options, result);
 
     // 6./8. The known shortest mate and the depths.

@@ -36,6 +36,7 @@ struct StartConditions {
 // How a run goes, beside the problem's own flags.
 struct SolveOptions {
     bool allSolutions = false;   // else the first solution ends the run, unless the problem asks for all
+    bool heuristics = true;      // the automatic set of heuristics; off, the search bets on nothing
     bool relaxHeuristics = true; // passes 1b, 1c... after the first pass with heuristics
     bool passWithoutHeuristics = true; // pass 2, the one that decides
     bool clearRegisterOnStart = false; // start with an empty temporary register and no screen pass
@@ -69,6 +70,7 @@ struct SolveResult {
     std::vector<int> keyPositions;  // 1-based place of each in the ordered root list
     int rootMoves = 0;              // White's possible moves in the root
     uint64_t nodes = 0;
+    uint32_t heuristics = 0; // the set of heuristics the solve started with
     double milliseconds = 0; // paused time left out
     bool stopped = false;    // a stop command ended the run
     bool stoppedOnDual = false;

@@ -23,8 +23,8 @@
 namespace zorvane {
 
 struct TThreadContext;
-template <int nKind> class TTemporaryChessboardRegister;
-using TProblemRegister = TTemporaryChessboardRegister<0>;
+class TAggregatedTemporaryChessboardRegister;
+using TProblemRegister = TAggregatedTemporaryChessboardRegister;
 
 enum EngineCommand : uint8_t {
     COMMAND_RUN = 0,
@@ -117,6 +117,10 @@ struct SolveJob {
     uint16_t m_shRepetitionLimit = 0;
     // Lists ordered by the chess rules of the ordering; off only to measure what it gains.
     bool m_bMoveOrdering = true;
+    // The solve started with a set of heuristics: its searches test the set in
+    // force and cut what the impossibility tail proves, in every pass. Off,
+    // the search is the one without bets.
+    bool m_bHeuristics = false;
     // Castling rights (CastlingRightBit) that the start position denies though
     // the board allows them: a FEN's "-". The threads take it into their context.
     uint8_t m_bDeniedCastling = 0;

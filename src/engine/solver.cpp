@@ -5,7 +5,7 @@
 #include "engine/register_eligibility.h"
 #include "engine/threats.h"
 #include "problems/notation.h"
-#include "registers/temporary_register.h"
+#include "registers/aggregated_register.h"
 
 #include <algorithm>
 #include <stdexcept>

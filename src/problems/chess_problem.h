@@ -19,8 +19,10 @@
 
 namespace zorvane {
 
-template <int nKind> class TTemporaryChessboardRegister;
-using TProblemRegister = TTemporaryChessboardRegister<0>;
+// A problem's register: proven results, and apart from them, per set of
+// heuristics, what was found under bets.
+class TAggregatedTemporaryChessboardRegister;
+using TProblemRegister = TAggregatedTemporaryChessboardRegister;
 
 enum ProblemType : uint16_t {
     PROBLEM_DIRECT_MATE = 1,

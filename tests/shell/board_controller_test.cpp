@@ -5,7 +5,7 @@
 #include "../test_squares.h"
 #include "core/fen.h"
 #include "engine/solver.h"
-#include "registers/temporary_register.h"
+#include "registers/aggregated_register.h"
 #include "scripted_prompts.h"
 #include "shell/board_controller.h"
 #include "shell/board_geometry.h"

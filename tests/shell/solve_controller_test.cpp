@@ -1,7 +1,7 @@
 // Solving from the window: F5 on a problem, the result box, the register's
 // memory limit, stop, pause, starting twice, and closing with a solve running.
 #include "options/memory_limit.h"
-#include "registers/temporary_register.h"
+#include "registers/aggregated_register.h"
 #include "shell/board_controller.h"
 #include "shell/board_view.h"
 #include "shell/process_control.h"
