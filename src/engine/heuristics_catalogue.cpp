@@ -681,8 +681,9 @@ std::string GetSpecialHeuristicsText(const TChessboard& position, const TSpecial
         text += part;
     }
     // The list itself ends with the note; the FFM phrase speaks of the whole
-    // set and comes last. The note stands where the unblock bet is on but the
-    // program may not take it up and drop it inside a line by itself.
+    // set and comes last. The note stands when the unblock bet is on while
+    // m_bUnblockDynamic is clear: the program has not been let apply it
+    // dynamically, which is the state that forbids it.
     if ((word & SH_DONTLETFIGUREUNBLOCK) && !params.m_bUnblockDynamic)
         text += " (CannotApplyDLFUDynamically)";
     if (word & SH_FINDFORCEDMATE) text += ffmWithOthersSuffix(params.m_nFfmWithOthers);
