@@ -12,7 +12,7 @@ shift || true
 targets=("$@")
 if [ ${#targets[@]} -eq 0 ]; then
     targets=(fen_reader_fuzz move_text_fuzz problem_file_fuzz options_reader_fuzz mate_in_one_fuzz
-        variant_text_fuzz sort_indication_fuzz fen_check_fuzz)
+        variant_text_fuzz sort_indication_fuzz fen_check_fuzz heuristic_options_fuzz)
 fi
 
 CXX="${CXX:-clang++-14}" cmake -S . -B build-fuzz -G Ninja -DZORVANE_FUZZ=ON -DZORVANE_TESTS=OFF \
@@ -65,6 +65,13 @@ for target in "${targets[@]}"; do
         options_reader_fuzz)
             seed "$out/corpus" $'[chess]\nQuickMode=0\nSchedulerLevels=5\nLichessLevels=-1\n' \
                 $'\xEF\xBB\xBF; mine\r\n[Chess]\r\n LogMoves = 1 \r\nPrecalcPath="D:\\T"\r\n\r\n[other]\r\nA=1' ;;
+        heuristic_options_fuzz)
+            # Lines of a bit (the first byte modulo 32: B the edge, F the band, I FFM,
+            # G unblock, Z corner, [ sea snake, M key diagonal...) and its text.
+            seed "$out/corpus" $'BSTRICT\nFC2A,D3,M0,incl.corner,strict\nI#2+-Preliminary\nGEFF,E6,F7\nZ3S' \
+                $'BALMOST_STRICT,C2A,D3,M11,incl.corner\nFC2A,D3,M11,incl.corner\n[A1,B2,3\nMA1-C3\nLe\nVE2\nEC3' \
+                $'CBlackFieldsOnly\nOincl.pawnsBeforePromo\nSstrict\nRE4\nKstrict\nYstrict\n_OFF\nZ2M' \
+                $'BSTRICT\nFC2\nICheckOnly-Custom\nHx' ;;
         esac
     fi
     echo "== $target: $seconds s"
