@@ -188,6 +188,18 @@ TEST(ConvertShortToLong, LongTextIsNoShortNotation) {
     EXPECT_EQ(converted(opening, "Xf3"), "<none>");
 }
 
+TEST(ParseSquareName, FileAndRankInEitherCase) {
+    EXPECT_EQ(ParseSquareName("a1"), 0);
+    EXPECT_EQ(ParseSquareName("e4"), sq("e4"));
+    EXPECT_EQ(ParseSquareName("E4"), sq("e4"));
+    EXPECT_EQ(ParseSquareName("h8"), 63);
+}
+
+TEST(ParseSquareName, AnythingElseIsNoSquare) {
+    for (const char* text : {"", "e", "e9", "i4", "e0", "4e", "e44", " e4", "Ne4", "I4"})
+        EXPECT_FALSE(ParseSquareName(text).has_value()) << text;
+}
+
 TEST(ParseMoveOnBoard, LegalMoves) {
     const TChessboard opening = position(OPENING);
     EXPECT_EQ(ParseMoveOnBoard(opening, "e2-e4"), mv("e2", "e4"));

@@ -57,6 +57,13 @@ std::optional<uint8_t> kindOfLetter(char letter) {
 
 } // namespace
 
+std::optional<int> ParseSquareName(std::string_view text) {
+    if (text.size() != 2) return std::nullopt;
+    const char file = static_cast<char>(text[0] >= 'A' && text[0] <= 'H' ? text[0] - 'A' + 'a' : text[0]);
+    if (!isFile(file) || !isRank(text[1])) return std::nullopt;
+    return squareOf(file - 'a', text[1] - '1');
+}
+
 bool PlayMove(const TChessboard& parent, TChessboard& child, TMove& move) {
     if (move.from > 63 || move.to > 63 || move.from == move.to) return false;
     const bool white = parent.whiteToMove();

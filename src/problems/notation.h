@@ -7,8 +7,13 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace zorvane {
+
+// A square by its name, file letter then rank digit, in either case ("e4",
+// "E4"); nothing for any other text. Dialog fields take squares this way.
+std::optional<int> ParseSquareName(std::string_view text);
 
 // Long text of a move; `figure` is the man on the from-square.
 std::string FormatLongMove(const TMove& move, uint8_t figure, bool isCapture);
