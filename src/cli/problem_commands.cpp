@@ -305,13 +305,15 @@ void printJson(const SolveReport& report) {
         passes += (i ? "," : "") + jsonText(result.texts[i]) + ":" + jsonText(passOf(result, i));
     passes += "}";
     const bool hasAnswer = (report.problem.flags & HasAnswer) != 0;
-    std::printf("{\"id\":%d,\"stipulation\":%s,\"keys\":%s,\"threats\":%s,\"pass\":%s,\"expected\":%s,"
+    std::printf("{\"id\":%d,\"stipulation\":%s,\"heuristics\":%s,\"keys\":%s,\"threats\":%s,\"pass\":%s,"
+                "\"expected\":%s,"
                 "\"verdict\":\"%s\","
                 "\"time_ms\":%.0f,\"nodes\":%llu}\n",
                 report.problem.id, jsonText(stipulationOf(report.problem)).c_str(),
-                jsonList(result.texts).c_str(), threats.c_str(), passes.c_str(),
-                hasAnswer ? jsonList(report.expected).c_str() : "null", verdictName(report.verdict),
-                result.milliseconds, static_cast<unsigned long long>(result.nodes));
+                jsonText(result.heuristics).c_str(), jsonList(result.texts).c_str(), threats.c_str(),
+                passes.c_str(), hasAnswer ? jsonList(report.expected).c_str() : "null",
+                verdictName(report.verdict), result.milliseconds,
+                static_cast<unsigned long long>(result.nodes));
 }
 
 // The whole report: a head line, then each key on a line of its own with its
@@ -322,6 +324,7 @@ void printFull(const SolveReport& report) {
     std::printf("%d %s: %s%s  [%.0f ms, %llu nodes]\n", report.problem.id, stipulation.c_str(),
                 verdictName(report.verdict), runNotes(result).c_str(), result.milliseconds,
                 static_cast<unsigned long long>(result.nodes));
+    std::printf("    heuristics: %s\n", result.heuristics.empty() ? "none" : result.heuristics.c_str());
     if (result.moves.empty())
         std::printf("    %s\n", result.stopped ? WideToUtf8(AnalysisStoppedText(1)).c_str()
                                                : ("Not found any solutions for " + stipulation).c_str());

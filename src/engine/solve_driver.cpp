@@ -9,6 +9,7 @@
 #include "engine/command_poll.h"
 #include "engine/find_mate.h"
 #include "engine/heuristic_relaxation.h"
+#include "engine/heuristics_catalogue.h"
 #include "engine/heuristics_choice.h"
 #include "engine/move_ordering.h"
 #include "engine/register_eligibility.h"
@@ -97,8 +98,13 @@ void chooseHeuristics(SolveJob& job, TThreadContext& ctx, TChessboard& root, con
     root.m_uHeuristics = 0;
     root.m_uHeuristicParams = 0;
     static_cast<TSpecialHeuristicsParams&>(ctx) = TSpecialHeuristicsParams{};
-    if (options.heuristics && options.moveOrdering && root.m_shPliesLeft >= HEURISTICS_MIN_PLIES)
+    job.m_solveWideHeuristics = SolveWideHeuristicParams{};
+    if (options.heuristics && options.moveOrdering && root.m_shPliesLeft >= HEURISTICS_MIN_PLIES) {
         InitialPositionTypeCheck(root, ctx);
+        // The problem's own options set and override what the choice made.
+        ApplyHeuristicOptions(job.problem.heuristicOptions, root, ctx, job.m_solveWideHeuristics);
+        root.m_uHeuristicParams = CalcHeuristicParams(root, ctx, root, 0);
+    }
     job.m_bHeuristics = root.m_uHeuristics != 0;
 }
 
@@ -478,7 +484,7 @@ SolveResult SolveDriver::SolveProblem(SolveJob& job, const SolveOptions& options
     activateSortIndications(job, options.languageId);
     job.m_shRepetitionLimit = static_cast<uint16_t>(plies);
     chooseHeuristics(job, ctx, root, options);
-    result.heuristics = root.m_uHeuristics;
+    result.heuristics = GetSpecialHeuristicsText(root, ctx, job.m_solveWideHeuristics);
     Run run = beginRun(job, ctx, options, result);
     std::vector<TMove> found;
     passLoop(run, root, plies, found);
@@ -502,7 +508,7 @@ SolveResult SolveDriver::SolveFromPosition(SolveJob& job, const TChessboard& pos
     activateSortIndications(job, options.languageId);
     job.m_shRepetitionLimit = static_cast<uint16_t>(plies);
     chooseHeuristics(job, ctx, root, options);
-    result.heuristics = root.m_uHeuristics;
+    result.heuristics = GetSpecialHeuristicsText(root, ctx, job.m_solveWideHeuristics);
     Run run = beginRun(job, ctx, options, result);
 
     // 6./8. The known shortest mate and the depths.

@@ -70,7 +70,7 @@ struct SolveResult {
     std::vector<int> keyPositions;  // 1-based place of each in the ordered root list
     int rootMoves = 0;              // White's possible moves in the root
     uint64_t nodes = 0;
-    uint32_t heuristics = 0; // the set of heuristics the solve started with
+    std::string heuristics;  // the set of heuristics the solve started with, as text; empty for none
     double milliseconds = 0; // paused time left out
     bool stopped = false;    // a stop command ended the run
     bool stoppedOnDual = false;
