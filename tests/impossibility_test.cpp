@@ -157,6 +157,8 @@ TEST(ImpossibilityCode, LoneMinorWithTooManyFlights) {
     expectFiresAndNoMate(IMPOSSIBLE_MINOR_FLIGHTS, {"8/8/3pp3/B2bkp2/8/8/4K3/8", 1});
     // Two flights on the bishop's diagonal, before and behind the king: Bg7 takes both and mates.
     expectSilentAndMate({"5B2/8/3pp3/3pkp2/8/5K2/8/8", 1});
+    // A king step that uncovers the bishop on a1 takes two flights at most, like a bishop's move.
+    expectFiresAndNoMate(IMPOSSIBLE_MINOR_FLIGHTS, {"8/8/3pp3/3bkp2/8/2K5/8/B7", 1});
     // With the White king on e3 only f6 is free, and Bc3 mates.
     expectSilentAndMate({"8/8/3pp3/B2bkp2/8/4K3/8/8", 1});
     // The same flights with two moves left prove nothing.
@@ -293,6 +295,104 @@ TEST(BlockersNeeded, TwoMinorsMatchACountOfEveryPlacement) {
     expectTable(NEEDED_TWO_BISHOPS, {KIND_BISHOP, KIND_BISHOP});
     expectTable(NEEDED_BISHOP_KNIGHT, {KIND_BISHOP, KIND_KNIGHT});
     expectTable(NEEDED_TWO_KNIGHTS, {KIND_KNIGHT, KIND_KNIGHT});
+}
+
+TEST(BlockersNeeded, FewerAreNeededTowardsTheCorner) {
+    // The search takes the count of the nearest place the king can reach.
+    for (const BlockersNeeded* needed :
+         {&NEEDED_LONE_ROOK, &NEEDED_LONE_QUEEN, &NEEDED_LONE_BISHOP, &NEEDED_LONE_KNIGHT,
+          &NEEDED_TWO_BISHOPS, &NEEDED_BISHOP_KNIGHT, &NEEDED_TWO_KNIGHTS})
+        for (const uint8_t* counts : {needed->withKing, needed->withoutKing}) {
+            EXPECT_LE(counts[MATE_IN_CORNER], counts[MATE_ON_EDGE]);
+            EXPECT_LE(counts[MATE_ON_EDGE], counts[MATE_INSIDE]);
+        }
+}
+
+// ---- Flights taken by the last move, counted over every placement
+
+// The squares beside `king` that the men of `sets` attack once he is lifted.
+int attackedAround(const BoardSets& sets, int king) {
+    const SquareSet withoutKing = sets.occupied & ~SquareBit(king);
+    int attacked = 0;
+    for (SquareSet around = KING_REACH[king]; around; around &= around - 1)
+        attacked += sets.WhiteAttacks(__builtin_ctzll(around), withoutKing);
+    return attacked;
+}
+
+TEST(FlightsTaken, EachManAttacksAtMostItsCountAroundTheKing) {
+    constexpr int KINDS[] = {KIND_KING, KIND_KNIGHT, KIND_BISHOP, KIND_PAWN};
+    int most[4] = {};
+    for (int king = 0; king < 64; ++king)
+        for (int square = 0; square < 64; ++square)
+            for (int i = 0; i < 4; ++i) {
+                if (distance(square, king) < (KINDS[i] == KIND_KING ? 2 : 1)) continue;
+                if (KINDS[i] == KIND_PAWN && (rowOf(square) == 0 || rowOf(square) == 7)) continue;
+                BoardSets sets;
+                sets.occupied = SquareBit(king);
+                if (KINDS[i] == KIND_KING) {
+                    sets.whiteKing = SquareBit(square);
+                    sets.occupied |= SquareBit(square);
+                } else if (KINDS[i] == KIND_PAWN) {
+                    sets.whitePawns = SquareBit(square);
+                    sets.occupied |= SquareBit(square);
+                } else {
+                    addMan(sets, KINDS[i], square);
+                }
+                most[i] = std::max(most[i], attackedAround(sets, king));
+            }
+    EXPECT_EQ(most[0], WHITE_KING_COVER);
+    EXPECT_EQ(most[1], MINOR_OR_PAWN_COVER);
+    EXPECT_EQ(most[2], MINOR_OR_PAWN_COVER);
+    EXPECT_EQ(most[3], MINOR_OR_PAWN_COVER);
+}
+
+TEST(FlightsTaken, ACheckingMinorCoversAtMostItsCount) {
+    int most[2] = {};
+    for (int king = 0; king < 64; ++king)
+        for (int square = 0; square < 64; ++square) {
+            if (square == king) continue;
+            for (int minor = 0; minor < 2; ++minor) {
+                BoardSets sets;
+                sets.occupied = SquareBit(king);
+                addMan(sets, minor ? KIND_BISHOP : KIND_KNIGHT, square);
+                if (sets.WhiteAttacks(king, sets.occupied))
+                    most[minor] = std::max(most[minor], attackedAround(sets, king));
+            }
+        }
+    EXPECT_EQ(most[0], FLIGHTS_TAKEN_BY_KNIGHT_CHECK);
+    EXPECT_EQ(most[1], FLIGHTS_TAKEN_BY_BISHOP_CHECK);
+}
+
+TEST(FlightsTaken, AKingStepThatUncoversABishopTakesNoMore) {
+    int most = 0;
+    for (int king = 0; king < 64; ++king)
+        for (int whiteKing = 0; whiteKing < 64; ++whiteKing) {
+            if (distance(king, whiteKing) < 2) continue;
+            for (int bishop = 0; bishop < 64; ++bishop) {
+                if (bishop == king || bishop == whiteKing) continue;
+                BoardSets before;
+                before.whiteKing = SquareBit(whiteKing);
+                before.occupied = SquareBit(king) | SquareBit(whiteKing);
+                addMan(before, KIND_BISHOP, bishop);
+                if (before.WhiteAttacks(king, before.occupied)) continue;
+                for (SquareSet steps = KING_REACH[whiteKing]; steps; steps &= steps - 1) {
+                    const int to = __builtin_ctzll(steps);
+                    if (to == bishop || distance(to, king) < 2) continue;
+                    const BoardSets after = before.AfterWhiteMove(whiteKing, to, KIND_KING, KIND_KING);
+                    if (!after.WhiteAttacks(king, after.occupied)) continue;
+                    // Squares attacked after the step and not before.
+                    const SquareSet lifted = ~SquareBit(king);
+                    int taken = 0;
+                    for (SquareSet around = KING_REACH[king]; around; around &= around - 1) {
+                        const int square = __builtin_ctzll(around);
+                        taken += after.WhiteAttacks(square, after.occupied & lifted) &&
+                                 !before.WhiteAttacks(square, before.occupied & lifted);
+                    }
+                    most = std::max(most, taken);
+                }
+            }
+        }
+    EXPECT_EQ(most, FLIGHTS_TAKEN_BY_BISHOP_CHECK);
 }
 
 // ---- Random positions against the plain search

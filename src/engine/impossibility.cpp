@@ -1,24 +1,12 @@
 #include "engine/impossibility.h"
 
 #include "core/make_move.h"
-#include "core/rays.h"
 
 namespace zorvane {
 
 namespace {
 
-// At most this many squares beside the black king are covered by a White king
-// (from two squares off) and by each minor or pawn: the bound of the band test.
-constexpr int KING_COVER = 3;
-constexpr int MINOR_OR_PAWN_COVER = 2;
 constexpr int NEIGHBOURS_INSIDE = 8;
-// One White move that takes flights from the black king takes at most this
-// many: a checking knight covers one of his squares, a bishop two, and a king
-// step that uncovers a bishop's check three of its own besides.
-constexpr int FLIGHTS_TAKEN_BY_KNIGHT_CHECK = 1;
-constexpr int FLIGHTS_TAKEN_BY_BISHOP_CHECK = 2;
-constexpr int FLIGHTS_TAKEN_BY_UNCOVERED_CHECK = KING_COVER + FLIGHTS_TAKEN_BY_BISHOP_CHECK;
-
 constexpr int WHITE_KING_HOME = 4;
 constexpr int BLACK_KING_HOME = 60;
 
@@ -108,16 +96,6 @@ bool pawnPromotesInTime(const TChessboard& b, const Reach& reach) {
     return false;
 }
 
-// The White king stands first on a diagonal from the black king, with a White
-// bishop behind him: a king step may uncover check.
-bool kingScreensBishop(const TChessboard& b) {
-    const int step = LineStep(b.blackKing(), b.whiteKing());
-    if (step == 0 || !IsDiagonalStep(step)) return false;
-    if (FirstManOnLine(b.m_aSquares, b.blackKing(), step) != b.whiteKing()) return false;
-    const int behind = FirstManOnLine(b.m_aSquares, b.whiteKing(), step);
-    return behind >= 0 && b.m_aSquares[behind] == WB;
-}
-
 // A lone minor (a White king and one bishop or knight, nothing else).
 int loneMinorCode(const TChessboard& b, const Reach& reach) {
     const bool bishop = b.m_nWhiteBishops == 1;
@@ -127,14 +105,11 @@ int loneMinorCode(const TChessboard& b, const Reach& reach) {
     if (b.blackMenBesideKing() < blockers) return IMPOSSIBLE_LONE_MINOR;
     // 2. Fewer of them can be beside the king in time.
     if (blockersInTime(b, reach) < blockers) return IMPOSSIBLE_MINOR_BLOCKERS_FAR;
-    // 3. One move left: it must check, and a check by the minor covers at most
-    // one or two of the king's squares (the squares it leaves stay as they
-    // were, the White king's are the same); a king step that uncovers the
-    // bishop may take more.
+    // 3. One move left, which must check: the squares that its man leaves
+    // stay as they were, so the flights it takes are those its check covers
+    // (or, for a king step that uncovers the bishop, those it newly covers).
     if (b.m_shPliesLeft == 1) {
-        const int taken = !bishop                ? FLIGHTS_TAKEN_BY_KNIGHT_CHECK
-                          : kingScreensBishop(b) ? FLIGHTS_TAKEN_BY_UNCOVERED_CHECK
-                                                 : FLIGHTS_TAKEN_BY_BISHOP_CHECK;
+        const int taken = bishop ? FLIGHTS_TAKEN_BY_BISHOP_CHECK : FLIGHTS_TAKEN_BY_KNIGHT_CHECK;
         if (CountFreeKingSquares(b) > taken) return IMPOSSIBLE_MINOR_FLIGHTS;
     }
     return 0;
@@ -162,7 +137,8 @@ int bandCode(const TChessboard& b, const Reach& reach) {
     if (b.m_nWhiteQueens + b.m_nWhiteRooks > 0) return 0;
     const int men = b.m_nWhiteBishops + b.m_nWhiteKnights;
     if (men > 2 || b.edgeLevel() <= reach.blackMoves || pawnPromotesInTime(b, reach)) return 0;
-    const int covered = KING_COVER + MINOR_OR_PAWN_COVER * (men + b.m_nWhitePawns) + b.blackMenBesideKing();
+    const int covered =
+        WHITE_KING_COVER + MINOR_OR_PAWN_COVER * (men + b.m_nWhitePawns) + b.blackMenBesideKing();
     return covered < NEIGHBOURS_INSIDE ? IMPOSSIBLE_MINORS_BAND : 0;
 }
 
@@ -174,6 +150,7 @@ int CountFreeKingSquares(const TChessboard& position) {
 
 int ImpossibilityCode(const TChessboard& position) {
     const TChessboard& b = position;
+    if (!b.whiteToMove()) return 0;
     const Reach reach = reachOf(b);
     const int men = b.blackMenBesideKing();
     // Each test below but the last knows the White material exactly.

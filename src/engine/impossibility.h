@@ -71,4 +71,16 @@ constexpr BlockersNeeded NEEDED_TWO_BISHOPS{{0, 0, 2}, {1, 2, 4}};
 constexpr BlockersNeeded NEEDED_BISHOP_KNIGHT{{0, 0, 2}, {1, 2, 4}};
 constexpr BlockersNeeded NEEDED_TWO_KNIGHTS{{0, 0, 2}, {1, 2, 5}};
 
+// At most this many squares beside the black king are attacked by a White king
+// (from two squares off) and by each minor or pawn.
+constexpr int WHITE_KING_COVER = 3;
+constexpr int MINOR_OR_PAWN_COVER = 2;
+
+// One White move that gives check takes at most this many flights from the
+// black king: a knight covers one of his squares, a bishop two (before and
+// behind him on its diagonal). A king step that uncovers a bishop's check
+// takes no more than two either. A test counts them over every placement.
+constexpr int FLIGHTS_TAKEN_BY_KNIGHT_CHECK = 1;
+constexpr int FLIGHTS_TAKEN_BY_BISHOP_CHECK = 2;
+
 } // namespace zorvane
