@@ -196,6 +196,12 @@ TEST(ImpossibilityCode, TwoMinorsAgainstARook) {
     expectSilentAndMate({"k7/8/1K6/4B3/8/8/4B2r/8", 1});
 }
 
+TEST(ImpossibilityCode, AsksWhiteToMove) {
+    // The same king in the centre, with Black to move: the moves are counted for White only.
+    EXPECT_EQ(codeOf("8/8/8/3k4/8/3K4/8/R7", 3), IMPOSSIBLE_LONE_ROOK);
+    EXPECT_EQ(codeOf("8/8/8/3k4/8/3K4/8/R7", 2), 0);
+}
+
 TEST(ImpossibilityCode, ReasonKeepsTheCodeAsItsBitPattern) {
     EXPECT_EQ(ImpossibilityReason(IMPOSSIBLE_LONE_ROOK), 0xFFFFFFFEu);
     EXPECT_EQ(ImpossibilityReason(IMPOSSIBLE_LONE_QUEEN), 0xFFFFFFF3u);
