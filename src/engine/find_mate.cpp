@@ -107,8 +107,9 @@ template <class Config> int8_t Steps<Config>::whiteStep(TChessboard& b, bool bPr
     // 2b. The bets of the set in force on Black's last reply, and the
     // impossibility tail; near the leaves the search is cheaper than the tests.
     if constexpr (Config::kHeuristics) {
-        if (pliesDone > 0 && n >= HEURISTIC_TESTS_MIN_PLIES && b.m_bPass == 1 && b.m_uHeuristics) {
-            const int answer = IsMateDoubtfulAfterBlackMove(b, ctx);
+        if (pliesDone > 0 && n >= HEURISTIC_TESTS_MIN_PLIES) {
+            const int answer = b.m_bPass == 1 && b.m_uHeuristics ? IsMateDoubtfulAfterBlackMove(b, ctx)
+                                                                 : ImpossibilityAfterBlackMove(b, ctx);
             if (answer == HEURISTIC_DOUBTFUL) return RESULT_DOUBTFUL;
             if (answer == HEURISTIC_IMPOSSIBLE) return RESULT_NO_MATE;
         }

@@ -262,11 +262,19 @@ bool kingLoose(TChessboard& b, TThreadContext& ctx) {
     return doubtfulUnlessMateInOne(b, ctx, SH_ASSERTBLACKKINGSURROUNDED);
 }
 
+// 24. What no move order can mate in the plies left is no mate, under any set.
+int tail(TChessboard& b, TThreadContext& ctx) {
+    const int code = ImpossibilityCode(b);
+    if (!code) return HEURISTIC_PASSED;
+    ctx.m_nDoubtfulReason = ImpossibilityReason(code);
+    return HEURISTIC_IMPOSSIBLE;
+}
+
 int testsInOrder(TChessboard& b, TThreadContext& ctx) {
     const uint32_t set = b.m_uHeuristics;
     const TMove reply = b.m_LastMove;
     if ((set & SH_3MOVESTOMATE) && threeMovesToMateBroken(b, ctx)) return HEURISTIC_DOUBTFUL;
-    if (!set || b.m_shPliesLeft == 0 || !b.m_pParent) return HEURISTIC_PASSED;
+    if (!set || b.m_shPliesLeft == 0 || !b.m_pParent) return tail(b, ctx);
     if ((set & SH_DONTLETFIGUREUNBLOCK) && figureUnblocked(b, ctx, reply)) return HEURISTIC_DOUBTFUL;
     if ((set & (SH_DONTLETPROMOTEDQUEENMOVE | SH_DONTLETPROMOTEDFIGUREMOVE)) &&
         promotedManMoved(b, ctx, reply))
@@ -289,6 +297,10 @@ int IsMateDoubtfulAfterBlackMove(TChessboard& position, TThreadContext& ctx) {
     const int answer = testsInOrder(position, ctx);
     --ctx.m_nHeuristicsDepth;
     return answer;
+}
+
+int ImpossibilityAfterBlackMove(TChessboard& position, TThreadContext& ctx) {
+    return tail(position, ctx);
 }
 
 bool IsWhiteMoveDoubtful(const TChessboard& child, TThreadContext& ctx) {

@@ -17,15 +17,13 @@ enum HeuristicAnswer : int {
     HEURISTIC_IMPOSSIBLE = 2,
 };
 
-// The reasons written to m_nDoubtfulReason that are no flags.
-constexpr uint32_t DoubtfulReasonOfCode(int impossibilityCode) {
-    return static_cast<uint32_t>(impossibilityCode);
-}
-
 // After Black's reply (`position`, White to move, its parent the position
 // before the reply): the tests of the set in force, cheapest first, then the
 // impossibility tail. The reason of a doubt goes to ctx.m_nDoubtfulReason.
 int IsMateDoubtfulAfterBlackMove(TChessboard& position, TThreadContext& ctx);
+
+// The impossibility tail alone, for the passes without bets.
+int ImpossibilityAfterBlackMove(TChessboard& position, TThreadContext& ctx);
 
 // After a White candidate move (`child`, Black to move): the bets that only
 // White's own move can break. True makes the candidate doubtful.
