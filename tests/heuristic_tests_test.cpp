@@ -3,6 +3,7 @@
 // once passes over the bets that have it.
 #include "engine/heuristic_bits.h"
 #include "engine/heuristic_tests.h"
+#include "engine/impossibility.h"
 #include "test_line.h"
 #include "test_squares.h"
 
@@ -89,7 +90,7 @@ TEST(HeuristicTests, ALostWhiteFigureIsDoubtfulUnlessItWasTakenBack) {
     EXPECT_EQ(afterReply(lost, SH_DONTLOSEANYFIGURES, mv("h1", "h2"), mv("d5", "e3")), HEURISTIC_DOUBTFUL);
     EXPECT_EQ(lost.root.ctx.m_nDoubtfulReason, SH_DONTLOSEANYFIGURES);
     // White took on e3 first: Black's taking back is the price of the exchange.
-    Line exchange("k7/8/8/3n4/8/4b3/8/K3N2R w - - 0 1", 9);
+    Line exchange("k7/8/8/3n4/8/4b3/8/K2QN2R w - - 0 1", 9);
     exchange.root.board.m_uHeuristics = SH_DONTLOSEANYFIGURES;
     exchange.play(mv("h1", "h3"));
     exchange.play(mv("a8", "b8"));
@@ -129,4 +130,14 @@ TEST(HeuristicTests, ABishopLeavingTheBlackKingsDiagonalIsDoubtfulAfterWhitesMov
     off.play(mv("d4", "e3"));
     EXPECT_TRUE(IsWhiteMoveDoubtful(off.last(), off.root.ctx));
     EXPECT_EQ(off.root.ctx.m_nDoubtfulReason, SH_DONTLEAVEMAINDIAGONAL);
+}
+
+TEST(HeuristicTests, WithAnEmptySetALoneRookFarFromAFreeKingIsStillCutOffByTheTail) {
+    Line line("8/8/8/4k3/8/8/7R/K7 w - - 0 1", 7);
+    EXPECT_EQ(afterReply(line, 0, mv("h2", "h3"), mv("e5", "e4")), HEURISTIC_IMPOSSIBLE);
+    EXPECT_EQ(line.root.ctx.m_nDoubtfulReason, ImpossibilityReason(IMPOSSIBLE_LONE_ROOK));
+    EXPECT_EQ(ImpossibilityAfterBlackMove(line.last(), line.root.ctx), HEURISTIC_IMPOSSIBLE);
+    // A rook that stays with its king near an edge king may mate: no cut.
+    Line near("k7/8/1K6/8/8/8/8/7R w - - 0 1", 7);
+    EXPECT_EQ(afterReply(near, 0, mv("h1", "h2"), mv("a8", "b8")), HEURISTIC_PASSED);
 }

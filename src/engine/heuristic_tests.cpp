@@ -287,7 +287,7 @@ int testsInOrder(TChessboard& b, TThreadContext& ctx) {
     if ((set & SH_KEEPKINGONTHEEDGE) && kingLeftEdge(b, ctx, reply)) return HEURISTIC_DOUBTFUL;
     if ((set & SH_KEEPKINGWITHINEXTEDGE) && kingLeftBand(b, ctx, reply)) return HEURISTIC_DOUBTFUL;
     if ((set & SH_ASSERTBLACKKINGSURROUNDED) && kingLoose(b, ctx)) return HEURISTIC_DOUBTFUL;
-    return HEURISTIC_PASSED;
+    return tail(b, ctx);
 }
 
 } // namespace
