@@ -271,8 +271,9 @@ TEST(RegisterCombinedMapSweep, AVectorWhoseRecordsAllQualifyLosesEverySecondReco
     EXPECT_EQ(map.Sweep(5, 5), 2u);
     EXPECT_EQ(map.Sweep(5, 5), 1u);
     EXPECT_EQ(map.Sweep(5, 5), 1u);
-    // An emptied bucket keeps its vector, and the vector still takes eight.
-    EXPECT_EQ(map.Form(9), Form::Vector);
+    // An emptied bucket gives its vector back (held memory follows the
+    // entries), and takes eight again as a vector.
+    EXPECT_EQ(map.Form(9), Form::Empty);
     EXPECT_EQ(map.RecordsIn(9), 0u);
     for (int k = 0; k < 8; ++k) map.Store(SameHashItem(k), 9, 7, true, true);
     EXPECT_EQ(map.Form(9), Form::Vector);

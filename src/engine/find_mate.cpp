@@ -131,7 +131,14 @@ template <class Config> int8_t Steps<Config>::whiteStep(TChessboard& b, bool bPr
         }
     }
     // 4. The regular visit to the outside world.
-    if ((n & 15) == 9 && (n == 9 || pliesDone >= 9)) job.NoteLine(ctx, ctx.m_shRootPlies, n);
+    // The register's memory is looked at there too: a purge before the quota
+    // is reached spares the stores the wait of an urgent one.
+    if ((n & 15) == 9 && (n == 9 || pliesDone >= 9)) {
+        job.NoteLine(ctx, ctx.m_shRootPlies, n);
+        if constexpr (Config::kTemporaryRegister) {
+            if (job.m_pRegister->SoftPurgeDue()) job.m_pRegister->EmptySomeDataWhenRegisterFull(true);
+        }
+    }
 
     // 5. The moves, by stages: one man at a time from a1 at moderate depths, so
     // that a mate by the first men costs no generation of the rest; in check

@@ -90,6 +90,10 @@ class TAggregatedTemporaryChessboardRegister : public TTemporaryChessboardRegist
     // quarter of the quota is free.
     void EmptySomeDataWhenRegisterFull(bool bSoft) override;
 
+    // Whether the periodic check of the search has work to do: less than a
+    // quarter of the quota is free. Cheap, so the search may ask it often.
+    bool SoftPurgeDue() const { return freeEntries() < int64_t{MaxEntries() / 4}; }
+
     // Sum of the element counts of all doubtful registers.
     uint32_t DoubtfulElementsIn() const { return m_nSecondCount.load(); }
 

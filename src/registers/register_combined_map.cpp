@@ -37,13 +37,15 @@ TRegisterStoreOutcome TRegisterCombinedMap::Store(const TChessboardRegisterItem&
         if (!moves) {
             outcome.bAdded = true;
             if (!records) {
+                // Most buckets of a large register hold one position: room for
+                // more is made only when it comes, so that memory follows the
+                // entries that the quota counts.
                 auto fresh = std::make_unique<TRegisterVector>();
-                fresh->reserve(kVectorRecords);
                 fresh->push_back(TRegisterRecord{item, {}});
                 moves = &fresh->back().m_Moves;
                 word = withPointer(word, fresh.release(), false);
             } else if (records->size() < kVectorRecords) {
-                // Room for 8 was made with the vector: this never reallocates.
+                // Stores hold the map's write lock: a reallocation here is seen by no reader.
                 records->push_back(TRegisterRecord{item, {}});
                 moves = &records->back().m_Moves;
             } else {
@@ -67,25 +69,25 @@ uint64_t TRegisterCombinedMap::Sweep(uint16_t maxMate, uint16_t maxNoMate) {
     auto qualifies = [=](TRegisterMoves m) { return m.MovesMate <= maxMate && m.MovesNoMate <= maxNoMate; };
     uint64_t removed = 0;
     for (uint32_t visited = 0; visited < m_nBuckets; ++visited) {
-        const uint64_t word = m_aBuckets[BucketOf(m_uSweepCursor + visited)];
+        uint64_t& word = m_aBuckets[BucketOf(m_uSweepCursor + visited)];
+        bool empty = false;
         if (word & kTreeBit) {
             TRegisterTree& tree = *static_cast<TRegisterTree*>(pointerOf(word));
-            for (auto it = tree.begin(); it != tree.end();) {
-                if (qualifies(it->second)) {
-                    it = tree.erase(it);
-                    ++removed;
-                } else {
-                    ++it;
-                }
-            }
+            removed += std::erase_if(tree, [&](const auto& entry) { return qualifies(entry.second); });
+            empty = tree.empty();
         } else if (TRegisterVector* records = static_cast<TRegisterVector*>(pointerOf(word))) {
-            // Erasing keeps the room for 8, so a later store still never reallocates.
+            // The index goes on past an erased record, so of a run of records
+            // that all qualify every second one stays for a later sweep.
             for (size_t i = 0; i < records->size(); ++i) {
                 if (!qualifies((*records)[i].m_Moves)) continue;
                 records->erase(records->begin() + static_cast<std::ptrdiff_t>(i));
                 ++removed;
             }
+            empty = records->empty();
         }
+        // A bucket left empty gives its memory back: a purge must free what it
+        // counts as freed.
+        if (empty) freeBucket(word);
     }
     return removed;
 }
