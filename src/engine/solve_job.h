@@ -126,6 +126,11 @@ struct SolveJob {
     std::vector<TMove> expectedSortWhiteMoves;
     // The heuristics' settings that stay fixed for the whole solve.
     SolveWideHeuristicParams m_solveWideHeuristics;
+    // The times of the passes, for the time-dependent relaxation.
+    HeuristicPassTimes m_passTimes;
+    // The fingerprint of a set; without it the heuristics are not relaxed,
+    // since a relaxed set could not be told apart in the register.
+    HeuristicFingerprint m_pHeuristicFingerprint = nullptr;
     // A solve thread runs on this job.
     std::atomic<uint8_t> m_bSolving{0};
     // White's root moves that are still possible, and how many of them the
