@@ -235,9 +235,13 @@ int passLoop(Run& run, TChessboard& root, int plies, std::vector<TMove>& found) 
         if (pass == 2 && root.m_uHeuristics) {
             const bool wanted =
                 plies > 1 && run.options.relaxHeuristics && (run.allSolutions || found.empty());
-            const uint32_t relaxed = wanted ? TryRelaxSpecialHeuristics(root) : 0;
+            RelaxationHooks hooks;
+            hooks.refresh = job.m_pHeuristicFingerprint;
+            const int relaxed =
+                wanted && hooks.refresh
+                    ? TryRelaxSpecialHeuristics(root, ctx, job.m_solveWideHeuristics, job.m_passTimes, hooks)
+                    : 0;
             if (relaxed) {
-                root.m_uHeuristics = relaxed;
                 pass = 1;
                 job.m_nRelaxations.store(static_cast<uint8_t>(std::min(++run.relaxations, 255)));
             } else {
