@@ -645,3 +645,116 @@ TEST(PassEndTicks, TheFirstWriterWinsAcrossThreads) {
     EXPECT_EQ(PassEndTicks(times, 0, 7), 7u);
     EXPECT_EQ(PassEndTicks(times, 0, 9), 7u);
 }
+
+// ---- Fallback ----
+
+namespace {
+
+// #11: White's quiet first move, then the black king steps from g7 to the
+// corner; one black knight, one white bishop.
+struct FallbackLine {
+    std::unique_ptr<TThreadContext> ctx = std::make_unique<TThreadContext>();
+    TChessboard root;
+    std::unique_ptr<GameLine> line;
+    explicit FallbackLine(const char* fen = "1n6/6k1/8/8/8/8/8/2B1K3", const char* black = "g7-h8") {
+        root = boardFromFen(fen, 21, ctx.get());
+        ctx->m_bHeuristicsFallback = 1;
+        line = std::make_unique<GameLine>(root);
+        EXPECT_TRUE(line->play("e1-e2"));
+        EXPECT_TRUE(line->play(black));
+    }
+    TChessboard position() const { return line->last(); }
+};
+
+} // namespace
+
+TEST(Fallback, AppliesAfterTheKingStepsOntoTheEdgeInAThinEnding) {
+    FallbackLine f;
+    const TChessboard p = f.position();
+    ASSERT_EQ(p.m_shPliesLeft, 19);
+    EXPECT_TRUE(FallbackApplies(p, *f.ctx));
+    // Not when switched off, nor inside another fallback.
+    f.ctx->m_bHeuristicsFallback = 0;
+    EXPECT_FALSE(FallbackApplies(p, *f.ctx));
+    f.ctx->m_bHeuristicsFallback = 1;
+    f.ctx->m_nFallbackDepth = 1;
+    EXPECT_FALSE(FallbackApplies(p, *f.ctx));
+    f.ctx->m_nFallbackDepth = 0;
+    // Not under the strict edge already.
+    TChessboard strict = p;
+    strict.m_uHeuristics = SH_KEEPKINGONTHEEDGE;
+    EXPECT_FALSE(FallbackApplies(strict, *f.ctx));
+    f.ctx->m_bKingMoveStrict = 0;
+    EXPECT_TRUE(FallbackApplies(strict, *f.ctx));
+}
+
+TEST(Fallback, NeedsAKingStepOntoTheEdgeFromInside) {
+    FallbackLine inside("1n6/6k1/8/8/8/8/8/2B1K3", "g7-g6");
+    EXPECT_FALSE(FallbackApplies(inside.position(), *inside.ctx));
+    FallbackLine alongEdge("1n5k/8/8/8/8/8/8/2B1K3", "h8-g8");
+    EXPECT_FALSE(FallbackApplies(alongEdge.position(), *alongEdge.ctx));
+    FallbackLine knight("1n6/6k1/8/8/8/8/8/2B1K3", "b8-c6");
+    EXPECT_FALSE(FallbackApplies(knight.position(), *knight.ctx));
+}
+
+TEST(Fallback, NeedsThinMaterial) {
+    FallbackLine rook("1n6/6k1/8/8/8/8/8/R1B1K3");
+    EXPECT_FALSE(FallbackApplies(rook.position(), *rook.ctx));
+    FallbackLine twoBlackMinors("1nn5/6k1/8/8/8/8/8/2B1K3");
+    EXPECT_FALSE(FallbackApplies(twoBlackMinors.position(), *twoBlackMinors.ctx));
+    FallbackLine farBishop("b7/6k1/8/8/8/8/8/2B1K3");
+    EXPECT_FALSE(FallbackApplies(farBishop.position(), *farBishop.ctx));
+    FallbackLine nearBishop("6b1/6k1/8/8/8/8/8/2B1K3");
+    EXPECT_TRUE(FallbackApplies(nearBishop.position(), *nearBishop.ctx));
+}
+
+TEST(Fallback, TooDeepOrTooShortLinesAreLeftAlone) {
+    FallbackLine f;
+    TChessboard p = f.position();
+    p.m_shPliesTotal = static_cast<uint16_t>(p.m_shPliesLeft + FALLBACK_MAX_PLIES_PLAYED + 1);
+    EXPECT_FALSE(FallbackApplies(p, *f.ctx));
+    p = f.position();
+    p.m_shPliesLeft = FALLBACK_MIN_PLIES_LEFT - 2;
+    EXPECT_FALSE(FallbackApplies(p, *f.ctx));
+}
+
+TEST(Fallback, TheInnerSearchRunsStrictAndTheSetComesBack) {
+    FallbackLine f;
+    TChessboard p = f.position();
+    p.m_uHeuristics = SH_DONTLETBLACKQUEENCHECKTWICE;
+    p.m_uHeuristicParams = 0xABCD;
+    f.ctx->m_bKingMoveStrict = 0;
+    for (const int answer : {1, 0, -1}) {
+        int calls = 0;
+        const bool mate = TryFallback(p, *f.ctx, fakeFingerprint, [&](TChessboard& inner) {
+            ++calls;
+            EXPECT_EQ(inner.m_uHeuristics, SH_DONTLETBLACKQUEENCHECKTWICE | SH_KEEPKINGONTHEEDGE);
+            EXPECT_EQ(f.ctx->m_bKingMoveStrict, 1);
+            EXPECT_EQ(inner.m_uHeuristicParams, fakeFingerprint(inner, *f.ctx));
+            EXPECT_EQ(f.ctx->m_nFallbackDepth, 1);
+            return answer;
+        });
+        EXPECT_EQ(calls, 1);
+        EXPECT_EQ(mate, answer > 0);
+        EXPECT_EQ(p.m_uHeuristics, SH_DONTLETBLACKQUEENCHECKTWICE);
+        EXPECT_EQ(p.m_uHeuristicParams, 0xABCDu);
+        EXPECT_EQ(f.ctx->m_bKingMoveStrict, 0);
+        EXPECT_EQ(f.ctx->m_nFallbackDepth, 0);
+    }
+}
+
+TEST(Fallback, KingsNearAddTheirBetWithFewWhiteMinors) {
+    // The white king three squares from the black one.
+    TThreadContext* none = nullptr;
+    TChessboard near = boardFromFen("7k/8/8/4K3/8/8/8/2B5", 19, none);
+    EXPECT_TRUE(FallbackAddsKingsNear(near));
+    auto ctx = std::make_unique<TThreadContext>();
+    near.m_pThread = ctx.get();
+    TryFallback(near, *ctx, fakeFingerprint, [](TChessboard& inner) {
+        EXPECT_EQ(inner.m_uHeuristics, SH_KEEPKINGONTHEEDGE | SH_AREKINGSNEAR);
+        return 0;
+    });
+    EXPECT_EQ(near.m_uHeuristics, 0u);
+    EXPECT_FALSE(FallbackAddsKingsNear(boardFromFen("7k/8/8/8/8/8/8/K1B5", 19, none)));
+    EXPECT_FALSE(FallbackAddsKingsNear(boardFromFen("7k/8/8/4K3/8/8/8/2BNN3", 19, none)));
+}

@@ -696,4 +696,37 @@ int TryRelaxSpecialHeuristics(TChessboard& root, TThreadContext& ctx, SolveWideH
     return relaxation.run();
 }
 
+bool FallbackAddsKingsNear(const TChessboard& position) {
+    return position.m_nWhiteQueens + position.m_nWhiteRooks == 0 &&
+           position.m_nWhiteBishops + position.m_nWhiteKnights <= 2 &&
+           distance(position.whiteKing(), position.blackKing()) <= FALLBACK_KINGS_NEAR;
+}
+
+bool FallbackApplies(const TChessboard& position, const TThreadContext& ctx) {
+    if (!ctx.m_bHeuristicsFallback || ctx.m_nFallbackDepth) return false;
+    if (position.m_shPliesLeft < FALLBACK_MIN_PLIES_LEFT ||
+        position.m_shPliesTotal - position.m_shPliesLeft > FALLBACK_MAX_PLIES_PLAYED)
+        return false;
+    if ((position.m_uHeuristics & SH_KEEPKINGONTHEEDGE) && ctx.m_bKingMoveStrict) return false;
+    // 1. The black king has just stepped from an inner square onto the edge.
+    const int king = position.blackKing();
+    const int from = position.m_LastMove.from;
+    if (position.m_LastMove.to != king || SquareEdgeLevel(king) != 0) return false;
+    if (from < 9 || from > 54 || colOf(from) == 0 || colOf(from) == 7) return false;
+    // 2. No queen or rook on either side, one black minor (none in one-colour play), one white bishop at
+    // most.
+    if (position.m_nWhiteQueens + position.m_nWhiteRooks + position.m_nBlackQueens + position.m_nBlackRooks)
+        return false;
+    const int blackMinors = position.m_nBlackBishops + position.m_nBlackKnights;
+    if (!(blackMinors == 1 || (blackMinors == 0 && (position.m_bPlayState & PLAY_ONE_COLOUR_MODE))))
+        return false;
+    if (position.m_nWhiteBishops > 1 || !position.m_bWhiteListsValid) return false;
+    // 3. A black bishop stays by its king.
+    if (position.m_nBlackBishops) {
+        const int bishop = FindSquare(position, BB);
+        if (bishop == NO_SQUARE || distance(bishop, king) > FALLBACK_BISHOP_NEAR_KING) return false;
+    }
+    return true;
+}
+
 } // namespace zorvane

@@ -1,10 +1,13 @@
 #pragma once
-// Relaxation of the special heuristics between passes.
+// Relaxation of the special heuristics between passes, and the fallback
+// inside a line.
 //
 // A set of heuristics is a bet on the shape of the solution. When a pass
 // under it ends without a proof, TryRelaxSpecialHeuristics widens the set of
 // one thread's root by exactly one step (passes 1b, 1c...), in a fixed order,
-// until nothing is left and the pass without heuristics follows.
+// until nothing is left and the pass without heuristics follows. The fallback
+// is the opposite: inside a line it tightens the edge bet for one inner
+// search and puts the set back afterwards.
 #include "core/chessboard.h"
 #include "core/heuristic_params.h"
 #include "core/piece.h"
@@ -55,5 +58,50 @@ uint64_t PassEndTicks(HeuristicPassTimes& times, int passIndex, uint64_t now);
 
 // The line of the time-dependent rule for a pass of `milliseconds`.
 std::string TimeRelaxationLine(uint64_t milliseconds);
+
+// Fallback: White to move in a line where the black king has just stepped
+// from the inside onto the edge, and little material is left. The edge bet
+// is then worth a strict inner search of its own.
+constexpr int FALLBACK_MIN_PLIES_LEFT = 17;
+constexpr int FALLBACK_MAX_PLIES_PLAYED = 9;
+// A black bishop further than this from its king may run away from him.
+constexpr int FALLBACK_BISHOP_NEAR_KING = 2;
+// Kings within this distance make SH_AREKINGSNEAR part of the fallback's bet.
+constexpr int FALLBACK_KINGS_NEAR = 3;
+
+bool FallbackApplies(const TChessboard& position, const TThreadContext& ctx);
+// Whether the fallback adds SH_AREKINGSNEAR to the edge bet.
+bool FallbackAddsKingsNear(const TChessboard& position);
+
+// Runs `search` (the plain white search, returning a result code) on
+// `position` under the strict edge bet, and puts the word, the fingerprint
+// and m_bKingMoveStrict back whatever it answers. True: the node is a mate.
+// Otherwise the node goes on as if nothing had been tried.
+template <class Search>
+bool TryFallback(TChessboard& position, TThreadContext& ctx, HeuristicFingerprint refresh, Search&& search) {
+    struct Restore {
+        TChessboard& position;
+        TThreadContext& ctx;
+        uint32_t word, fingerprint;
+        uint8_t strict;
+        ~Restore() {
+            position.m_uHeuristics = word;
+            position.m_uHeuristicParams = fingerprint;
+            ctx.m_bKingMoveStrict = strict;
+        }
+    } restore{position, ctx, position.m_uHeuristics, position.m_uHeuristicParams, ctx.m_bKingMoveStrict};
+    // 1. No fallback inside this one.
+    ++ctx.m_nFallbackDepth;
+    // 2. The strict edge bet, with the kings' bet where few men are left.
+    position.m_uHeuristics |= SH_KEEPKINGONTHEEDGE;
+    if (FallbackAddsKingsNear(position)) position.m_uHeuristics |= SH_AREKINGSNEAR;
+    ctx.m_bKingMoveStrict = 1;
+    position.m_uHeuristicParams = refresh(position, ctx);
+    // 3. The inner search.
+    const int result = search(position);
+    --ctx.m_nFallbackDepth;
+    // 4. The set comes back as the guard leaves; 5. only a mate counts.
+    return result > 0;
+}
 
 } // namespace zorvane
