@@ -7,12 +7,15 @@
 // gives it.
 #include "core/move.h"
 
+#include <atomic>
 #include <cstdint>
 #include <map>
 #include <string>
 #include <vector>
 
 namespace zorvane {
+
+struct TChessboard;
 
 constexpr uint8_t HEURISTIC_NO_SQUARE = 255;
 constexpr int MAX_BLOCKED_FIGURES = 8;
@@ -122,6 +125,28 @@ struct SolveWideHeuristicParams {
     bool m_bKnightCaptured = false;
     // Promoted black queens are judged by their mobility first.
     bool m_bPromotedQueenMobility = false;
+};
+
+// The fingerprint of a set (CalcHeuristicParams): what the register keys a
+// doubtful position by. Each change of the word or of a parameter it covers is
+// followed by a fresh value from it.
+using HeuristicFingerprint = uint32_t (*)(const TChessboard& position,
+                                          const TSpecialHeuristicsParams& params);
+
+// One entry per pass index (m_nPassIndex is a byte).
+constexpr int PASS_INDEX_COUNT = 256;
+
+// When the solve and its passes started, and when each pass index was first
+// finished, in milliseconds of the system's tick counter. Shared by all
+// threads of a solve, so that they agree on the time-dependent relaxation:
+// the first thread to finish a pass index writes its time, under the spin
+// counter, and the others read that time.
+struct HeuristicPassTimes {
+    std::atomic<uint64_t> m_uStartTicks{0};
+    std::atomic<uint64_t> m_uPassStartTicks{0};
+    // 0: not finished yet.
+    uint64_t m_aPassTicks[PASS_INDEX_COUNT] = {};
+    std::atomic<uint16_t> m_wPassTicksLock{0};
 };
 
 } // namespace zorvane

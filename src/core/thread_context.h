@@ -47,6 +47,10 @@ struct TThreadContext : TSpecialHeuristicsParams {
     // 0 run, 1 held at a safe point, above 1 stop this thread.
     std::atomic<uint8_t> m_nSuspended{0};
 
+    // Raised while a fallback's inner search runs: a fallback is never tried
+    // inside another.
+    uint8_t m_nFallbackDepth = 0;
+
     bool m_bForcedMate = false;
     uint16_t m_shAdditionalMoves = 0;
     bool m_bQuickerMateFound = false;

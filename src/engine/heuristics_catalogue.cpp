@@ -1,5 +1,7 @@
 #include "engine/heuristics_catalogue.h"
 
+#include "core/thread_context.h"
+
 #include "core/chess_exception.h"
 #include "core/piece.h"
 #include "engine/heuristic_bits.h"
@@ -794,6 +796,13 @@ KeyWhiteFigurePin FindKeyWhiteFigurePin(const TChessboard& position, int square)
     pin.pinnedSquare = static_cast<uint8_t>(at);
     pin.isRook = figure == WR;
     return pin;
+}
+
+uint32_t HeuristicFingerprintOf(const TChessboard& position,
+                                const TSpecialHeuristicsParams& params) noexcept {
+    const TChessboard* root =
+        position.m_pThread && position.m_pThread->m_pRoot ? position.m_pThread->m_pRoot : &position;
+    return CalcHeuristicParams(position, params, *root, 0);
 }
 
 } // namespace zorvane

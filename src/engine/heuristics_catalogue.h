@@ -42,6 +42,11 @@ std::string GetSpecialHeuristicsText(const TChessboard& position, const TSpecial
 uint32_t CalcHeuristicParams(const TChessboard& position, const TSpecialHeuristicsParams& params,
                              const TChessboard& root, uint8_t queenMateIndex) noexcept;
 
+// The fingerprint of a position of a search: the line's root is the thread's
+// root, and no single queen mate is being tested. What the relaxation and the
+// search refresh a set with.
+uint32_t HeuristicFingerprintOf(const TChessboard& position, const TSpecialHeuristicsParams& params) noexcept;
+
 // Applies a problem's stored options (bit -> "OFF" in any case, or the
 // parameter text that GetSpecialHeuristicParamText writes) to the root's set
 // and the parameters, then refreshes the root's fingerprint. Throws

@@ -12,6 +12,7 @@
 #include "engine/heuristics_catalogue.h"
 #include "engine/heuristics_choice.h"
 #include "engine/move_ordering.h"
+#include "engine/relaxation_path.h"
 #include "engine/register_eligibility.h"
 #include "engine/register_hooks.h"
 #include "engine/solve_texts.h"
@@ -99,8 +100,13 @@ void chooseHeuristics(SolveJob& job, TThreadContext& ctx, TChessboard& root, con
     root.m_uHeuristicParams = 0;
     static_cast<TSpecialHeuristicsParams&>(ctx) = TSpecialHeuristicsParams{};
     job.m_solveWideHeuristics = SolveWideHeuristicParams{};
+    HeuristicPassTimes& times = job.m_passTimes;
+    times.m_uStartTicks = times.m_uPassStartTicks = SystemTicks();
+    std::fill(std::begin(times.m_aPassTicks), std::end(times.m_aPassTicks), 0);
     if (options.heuristics && options.moveOrdering && root.m_shPliesLeft >= HEURISTICS_MIN_PLIES) {
         InitialPositionTypeCheck(root, ctx);
+        ctx.m_bLetRelax = options.relaxHeuristics;
+        ctx.m_bPass2 = options.passWithoutHeuristics;
         // The problem's own options set and override what the choice made.
         ApplyHeuristicOptions(job.problem.heuristicOptions, root, ctx, job.m_solveWideHeuristics);
         root.m_uHeuristicParams = CalcHeuristicParams(root, ctx, root, 0);
@@ -208,6 +214,22 @@ bool enoughSolutions(Run& run, size_t found) {
     return false;
 }
 
+// One step of relaxation of the root's set, logged before and after when the
+// option asks for it.
+int relaxOneStep(Run& run, TChessboard& root) {
+    SolveJob& job = run.job;
+    TThreadContext& ctx = run.ctx;
+    const std::filesystem::path& log = run.options.relaxationLog;
+    if (!log.empty())
+        LogRelaxation(log, ctx.m_shThreadId, true,
+                      GetSpecialHeuristicsText(root, ctx, job.m_solveWideHeuristics));
+    const int relaxed = TryRelaxSpecialHeuristics(root, ctx, job.m_solveWideHeuristics, job.m_passTimes, {});
+    if (!log.empty())
+        LogRelaxation(log, ctx.m_shThreadId, false,
+                      GetSpecialHeuristicsText(root, ctx, job.m_solveWideHeuristics));
+    return relaxed;
+}
+
 // The pass loop at one depth: passes 0 (the register screen), 1 (with the
 // heuristics, relaxed in passes 1b, 1c...) and 2 (without). Appends each proved
 // root move to `found`; 1 if at least one exists.
@@ -259,9 +281,8 @@ int passLoop(Run& run, TChessboard& root, int plies, std::vector<TMove>& found) 
             if (job.m_pRegister) job.m_pRegister->RemoveDoubtful(root.m_uHeuristics, root.m_uHeuristicParams);
             const bool wanted =
                 plies > 1 && run.options.relaxHeuristics && (run.allSolutions || found.empty());
-            const uint32_t relaxed = wanted ? TryRelaxSpecialHeuristics(root) : 0;
+            const int relaxed = wanted ? relaxOneStep(run, root) : 0;
             if (relaxed) {
-                root.m_uHeuristics = relaxed;
                 pass = 1;
                 job.m_nRelaxations.store(static_cast<uint8_t>(std::min(++run.relaxations, 255)));
             } else {
@@ -274,6 +295,7 @@ int passLoop(Run& run, TChessboard& root, int plies, std::vector<TMove>& found) 
         // d. Nothing open: everything is settled.
         if (std::none_of(status, status + count, [](int s) { return s < 0; })) break;
         job.m_nPass.store(static_cast<uint8_t>(pass));
+        job.m_passTimes.m_uPassStartTicks = SystemTicks();
         // With no heuristic in force pass 1 bets on nothing: it searches as
         // the deciding pass, so that no doubt is left for pass 2 to redo.
         root.m_bPass = static_cast<uint8_t>(pass == 2 || root.m_uHeuristics == 0 ? 2 : 1);

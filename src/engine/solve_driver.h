@@ -15,6 +15,7 @@
 #include "problems/chess_problem.h"
 
 #include <cstdint>
+#include <filesystem>
 #include <map>
 #include <memory>
 #include <string>
@@ -46,6 +47,8 @@ struct SolveOptions {
     StartConditions start;             // of the start position (SolveProblem only)
     uint64_t registerMemoryLimit = REGISTER_MEMORY_LIMIT; // bytes; a store beyond it is dropped
     int languageId = 1;
+    // Where each relaxation of the heuristics is logged; empty for no log.
+    std::filesystem::path relaxationLog;
 };
 
 // Keys of the result map: from, to and the promoted kind, in this order.

@@ -130,6 +130,8 @@ struct SolveJob {
     std::vector<TMove> expectedSortWhiteMoves;
     // The heuristics' settings that stay fixed for the whole solve.
     SolveWideHeuristicParams m_solveWideHeuristics;
+    // The times of the passes, for the time-dependent relaxation.
+    HeuristicPassTimes m_passTimes;
     // A solve thread runs on this job.
     std::atomic<uint8_t> m_bSolving{0};
     // White's root moves that are still possible, and how many of them the
