@@ -32,6 +32,7 @@ struct FileOptions {
     bool allSolutions = false; // every key: the default, named for scripts that say so
     bool stopOnDual = false;
     bool noHeuristics = false; // bet on nothing: the search of every pass is the last pass's
+    bool showPasses = false;   // print the passes each problem would run, and solve nothing
     int repeat = 1;            // solves of each problem; the later ones start from a warm register
 };
 
@@ -340,6 +341,17 @@ void printFull(const SolveReport& report) {
                     report.expected.empty() ? "no solution" : joined(report.expected).c_str());
 }
 
+// A text of several lines under a problem's header: each line that holds
+// text indented as the first, the empty ones left empty.
+std::string indented(const std::string& text) {
+    std::string out;
+    for (size_t i = 0; i < text.size(); ++i) {
+        out += text[i];
+        if (text[i] == '\n' && i + 1 < text.size() && text[i + 1] != '\n') out += "    ";
+    }
+    return out;
+}
+
 // One line a problem, to read a collection at a glance.
 void printBrief(const SolveReport& report) {
     const SolveResult& result = report.result;
@@ -347,6 +359,24 @@ void printBrief(const SolveReport& report) {
         result.moves.empty() ? (result.stopped ? "(stopped)" : "(no solution)") : joined(result.texts);
     std::printf("%4d  %-4s %-10s %7.0f ms  %s\n", report.problem.id, stipulationOf(report.problem).c_str(),
                 verdictName(report.verdict), result.milliseconds, keys.c_str());
+}
+
+// The passes of special heuristics each direct mate would run, one block a
+// problem; nothing is solved.
+int showPasses(const ProblemMap& problems, int only, const SolveOptions& solveOptions) {
+    int status = 0;
+    for (const auto& [id, problem] : problems) {
+        if (only != 0 && id != only) continue;
+        if (problem->type != PROBLEM_DIRECT_MATE) continue;
+        std::printf("%d %s:\n", id, stipulationOf(*problem).c_str());
+        try {
+            std::printf("    %s\n", indented(Solver::PreviewPasses(*problem, solveOptions)).c_str());
+        } catch (const ChessException& error) {
+            std::printf("    %s\n", error.what());
+            status = 1;
+        }
+    }
+    return status;
 }
 
 int runSolve(const FileOptions& options) {
@@ -360,6 +390,7 @@ int runSolve(const FileOptions& options) {
     SolveRequest request;
     request.options.allSolutions = !options.first;
     request.options.heuristics = !options.noHeuristics;
+    if (options.showPasses) return showPasses(problems, options.problem, request.options);
     Tally tally;
     double totalMs = 0;
     for (const auto& [id, problem] : problems) {
@@ -441,6 +472,9 @@ Runner AddSolveCommand(CLI::App& app) {
     solve->add_flag("--all-solutions", options->allSolutions, "Find every key (the default)")
         ->excludes(first);
     solve->add_flag("--stop-on-dual", options->stopOnDual, "Stop a problem when a second key is found");
+    solve->add_flag(
+        "--show-passes", options->showPasses,
+        "Print the passes of special heuristics each problem would run (1, 1b, ...), and solve nothing");
     solve->add_flag("--no-heuristics", options->noHeuristics,
                     "Solve without special heuristics (one pass, no bets), to compare with the default");
     AddWholeNumber(solve, "--repeat", options->repeat, 1, 100,

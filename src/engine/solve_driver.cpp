@@ -516,6 +516,17 @@ SolveResult SolveDriver::SolveProblem(SolveJob& job, const SolveOptions& options
     return result;
 }
 
+std::string SolveDriver::PreviewPasses(SolveJob& job, const SolveOptions& options) {
+    TThreadContext& ctx = *m_pContext;
+    job.m_bDeniedCastling = options.start.deniedCastling;
+    TChessboard root = rootOf(job, ctx, job.problem.startPosition);
+    root.m_pParent = nullptr;
+    noteChainTop(ctx, root);
+    setUpRoot(root, job.problem.plies);
+    chooseHeuristics(job, ctx, root, options);
+    return ShowRelaxationPath(root, ctx, job.m_solveWideHeuristics);
+}
+
 SolveResult SolveDriver::SolveFromPosition(SolveJob& job, const TChessboard& position, int plies,
                                            const SolveOptions& options) {
     SolveResult result;

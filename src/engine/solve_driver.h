@@ -104,6 +104,12 @@ class SolveDriver {
     SolveResult SolveFromPosition(SolveJob& job, const TChessboard& position, int plies,
                                   const SolveOptions& options);
 
+    // The passes a solve of the job's problem would run, without solving: the
+    // starting set (the automatic choice with the problem's options over it)
+    // and each of its relaxations (ShowRelaxationPath). Throws as SolveProblem
+    // for a position that cannot be set up.
+    std::string PreviewPasses(SolveJob& job, const SolveOptions& options);
+
   private:
     std::unique_ptr<TThreadContext> m_pContext;
     // The position before Black's double step, when the start names an en passant square.

@@ -115,6 +115,12 @@ SolveProgress Solver::Progress() const {
     return progress;
 }
 
+std::string Solver::PreviewPasses(TChessProblem& problem, const SolveOptions& options) {
+    SolveJob job(problem);
+    SolveDriver driver;
+    return driver.PreviewPasses(job, options);
+}
+
 KnownMate Solver::KnownMateOf(TChessProblem& problem, const TChessboard& position) {
     if (!position.whiteToMove()) return {};
     SolveJob job(problem);

@@ -67,6 +67,8 @@ class Solver {
     // With Black to move, White's first threat within the moves left (long
     // notation); empty when there is none.
     static std::string FirstThreatOf(TChessProblem& problem, const TChessboard& position);
+    // The passes a solve of `problem` would run under `options`, as text; no solve.
+    static std::string PreviewPasses(TChessProblem& problem, const SolveOptions& options);
     // Positions in the problem's temporary register; none when it has none.
     static uint64_t RegisterPositions(const TChessProblem& problem);
 
