@@ -13,6 +13,8 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <filesystem>
+#include <fstream>
 #include <atomic>
 #include <regex>
 #include <thread>
@@ -462,4 +464,44 @@ TEST(SolveDriver, TheFilesSafeModeFlagHoldsAgainstTheQuickModeOption) {
     const SolveResult result = solve(solver, problem, SolveOptions{});
     EXPECT_TRUE(result.safeMode);
     EXPECT_EQ(result.text, L"Not found any solutions for #2" + SecondsText(result.milliseconds));
+}
+
+TEST(SolveDriver, TheAutomaticSetStartsTheSolveAndIsGivenAsText) {
+    TChessProblem problem;
+    setUp(problem, FIVE_KEYS, 5);
+    Solver solver;
+    EXPECT_EQ(solve(solver, problem, allSolutions()).heuristics, "SH_AREKINGSNEAR, SH_3MOVESTOMATE");
+    SolveOptions without = allSolutions();
+    without.heuristics = false;
+    const SolveResult plain = solve(solver, problem, without);
+    EXPECT_EQ(plain.heuristics, "");
+    EXPECT_EQ(plain.moves.size(), 5u);
+}
+
+TEST(SolveDriver, TheProblemsOwnOptionsOverrideTheAutomaticSet) {
+    TChessProblem problem;
+    setUp(problem, FIVE_KEYS, 5);
+    problem.heuristicOptions[0x00000001] = "OFF";
+    problem.heuristicOptions[0x00080000] = "strict";
+    Solver solver;
+    const SolveResult result = solve(solver, problem, allSolutions());
+    EXPECT_EQ(result.heuristics, "SH_ASSERTBLACKKINGSURROUNDED(strict), SH_3MOVESTOMATE");
+    EXPECT_EQ(result.moves.size(), 5u);
+}
+
+TEST(SolveDriver, EachRelaxationIsLoggedBeforeAndAfterWhenAsked) {
+    TChessProblem problem;
+    setUp(problem, FIVE_KEYS, 5);
+    SolveOptions options = allSolutions();
+    options.relaxationLog = std::filesystem::temp_directory_path() / "zorvane_driver_relaxation.log";
+    std::filesystem::remove(options.relaxationLog);
+    Solver solver;
+    solve(solver, problem, options);
+    std::ifstream in(options.relaxationLog);
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(in, line);) lines.push_back(line.substr(20));
+    // The set relaxes to nothing at once: pass 2 follows.
+    EXPECT_EQ(lines,
+              (std::vector<std::string>{"BEFORE th=0 SH_AREKINGSNEAR, SH_3MOVESTOMATE", "AFTER  th=0 "}));
+    std::filesystem::remove(options.relaxationLog);
 }

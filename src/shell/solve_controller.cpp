@@ -1,5 +1,7 @@
 #include "shell/solve_controller.h"
 
+#include "engine/relaxation_path.h"
+
 #include "core/chess_exception.h"
 #include "options/memory_limit.h"
 #include "engine/solve_texts.h"
@@ -68,6 +70,8 @@ SolveOptions SolveOptionsFor(const Options& options, bool allSolutions) {
     solve.clearRegisterOnStart = options.ClearRegisterOnStartSolving;
     solve.quickMode = options.QuickMode;
     solve.languageId = options.LanguageId;
+    // The log lies in the data folder, which is the current folder.
+    if (options.TryRelaxSpecialHeuristicsLog) solve.relaxationLog = RELAXATION_LOG_FILE;
     // The temporary register may take its share of the machine's memory; when
     // the size is unknown, the driver's own limit stands.
     if (const uint64_t physical = PhysicalMemoryBytes())

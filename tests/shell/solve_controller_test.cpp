@@ -40,6 +40,14 @@ class SolveControllerTest : public QObject {
         QCOMPARE(s.window->problems().Current()->playedPositions.size(), size_t{1});
     }
 
+    void theRelaxationLogFollowsItsOption() {
+        Options options;
+        QVERIFY(SolveOptionsFor(options, false).relaxationLog.empty());
+        options.TryRelaxSpecialHeuristicsLog = true;
+        QCOMPARE(QString::fromStdString(SolveOptionsFor(options, false).relaxationLog.string()),
+                 QString("TryRelaxSpecialHeuristics.log"));
+    }
+
     void theRegisterTakesTheOptionsShareOfMemory() {
         SolvingSession s;
         startOnSample(s);
