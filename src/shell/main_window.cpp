@@ -11,6 +11,7 @@
 #include "shell/menu_state.h"
 #include "shell/navigation_commands.h"
 #include "shell/options_dialog.h"
+#include "shell/register_commands.h"
 #include "shell/system_commands.h"
 #include "shell/tray_controller.h"
 #include "shell/window_icons.h"
@@ -99,6 +100,7 @@ void MainWindow::buildWindow() {
     m_files = new FileCommands(*this, this);
     m_navigation = new NavigationCommands(*this, this);
     m_system = new SystemCommands(*this, this);
+    m_registers = new RegisterCommands(*this, this);
     m_tray = new TrayController(*this, this, m_commands->popup(MENU_TRAY));
     m_animation = new IconAnimation(
         [this](const QIcon& icon) {
@@ -274,7 +276,8 @@ void MainWindow::DispatchCommand(CommandId id) {
     if (IsSolveCommand(command))
         onSolveCommand(command);
     else if (!runDescriptionCommand(command) && !m_board->dispatch(command) && !m_files->dispatch(command) &&
-             !m_navigation->dispatch(command) && !m_system->dispatch(command))
+             !m_navigation->dispatch(command) && !m_system->dispatch(command) &&
+             !m_registers->dispatch(command))
         runWindowCommand(command);
     // A save may have taken the mark of a file loaded in part away.
     refreshTitle();

@@ -27,6 +27,7 @@ class BoardView;
 class FileCommands;
 class IconAnimation;
 class NavigationCommands;
+class RegisterCommands;
 class SystemCommands;
 class TrayController;
 
@@ -137,6 +138,7 @@ class MainWindow : public QMainWindow, public WindowServices {
     FileCommands* m_files = nullptr;
     NavigationCommands* m_navigation = nullptr;
     SystemCommands* m_system = nullptr;
+    RegisterCommands* m_registers = nullptr;
     TrayController* m_tray = nullptr;
     IconAnimation* m_animation = nullptr;
     BoardView* m_boardView = nullptr;

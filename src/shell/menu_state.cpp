@@ -33,7 +33,7 @@ constexpr CommandId WAIT_VARIANTS[] = {
 constexpr CommandId WAIT_SORT_DIALOG[] = {EditSortIndications};
 constexpr CommandId WAIT_SEARCH[] = {ProblemFind, ProblemFindPrevious, ProblemFindNext, FindSimilarPositions};
 constexpr CommandId WAIT_REGISTER_FILES[] = {
-    TempRegisterClear, TempRegisterSave, TempRegisterReadDefault, TempRegisterSaveAs, TempRegisterReadFile,
+    TempRegisterSave, TempRegisterReadDefault, TempRegisterSaveAs, TempRegisterReadFile,
 };
 constexpr CommandId WAIT_ENGINE_THREADS[] = {SkipCurrentMove, ProgressSkipToNext, ProgressSwapWithNext,
                                              ProgressMoveToLast};

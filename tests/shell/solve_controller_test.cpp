@@ -40,6 +40,38 @@ class SolveControllerTest : public QObject {
         QCOMPARE(s.window->problems().Current()->playedPositions.size(), size_t{1});
     }
 
+    void theClearOfTheRegisterAsksOnlyWhileAnotherProblemIsSolved() {
+        SolvingSession s;
+        startOnSample(s);
+        s.attach();
+        TChessProblem* problem = s.window->problems().Current();
+        auto fill = [&] {
+            problem->m_pRegister = std::make_shared<TProblemRegister>(REGISTER_SMALL_BUCKETS);
+            problem->m_pRegister->Store(3, TChessboardRegisterItem::FromBoard(problem->startPosition), true);
+            QCOMPARE(problem->m_pRegister->ElementCount(), 1u);
+        };
+        fill();
+        QVERIFY(s.enabled(CommandId::TempRegisterClear));
+        s.window->DispatchCommand(CommandId::TempRegisterClear);
+        QCOMPARE(problem->m_pRegister->ElementCount(), 0u);
+        QVERIFY(s.prompts.boxes.isEmpty());
+
+        // Another problem's solve runs: the question first, No keeps the register.
+        fill();
+        s.window->runningSolves().add(4);
+        s.prompts.answers = {Answer::No};
+        s.window->DispatchCommand(CommandId::TempRegisterClear);
+        QCOMPARE(
+            s.prompts.boxes,
+            QStringList{
+                "Question|Analysis pending. Are you sure you want to delete temporary data from memory?"});
+        QCOMPARE(problem->m_pRegister->ElementCount(), 1u);
+        s.prompts.answers = {Answer::Yes};
+        s.window->DispatchCommand(CommandId::TempRegisterClear);
+        QCOMPARE(problem->m_pRegister->ElementCount(), 0u);
+        s.window->runningSolves().remove(4);
+    }
+
     void theRelaxationLogFollowsItsOption() {
         Options options;
         QVERIFY(SolveOptionsFor(options, false).relaxationLog.empty());
