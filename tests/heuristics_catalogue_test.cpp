@@ -4,6 +4,7 @@
 #include "core/chess_exception.h"
 #include "engine/heuristic_bits.h"
 #include "engine/heuristics_catalogue.h"
+#include "engine/impossibility.h"
 #include "problems/problem_file.h"
 #include "test_positions.h"
 #include "test_squares.h"
@@ -908,4 +909,13 @@ TEST(KeyDiagonal, TwoDistinctSquaresOnADiagonal) {
 }
 
 } // namespace
+TEST(DoubtfulReason, EachKindOfReasonHasItsLogForm) {
+    EXPECT_EQ(DoubtfulReasonText("Kd2-e3", SH_KEEPKINGONTHEEDGE), "Kd2-e3 (SH_KEEPKINGONTHEEDGE)\n");
+    EXPECT_EQ(DoubtfulReasonText("Kd2-e3", ImpossibilityReason(IMPOSSIBLE_LONE_ROOK)),
+              "Kd2-e3/impossible (-2)\n");
+    EXPECT_EQ(DoubtfulReasonText("Kd2-e3", 0xFFFFFFE0u), "Kd2-e3/impossible (-32)\n");
+    EXPECT_EQ(DoubtfulReasonText("Kd2-e3", 0xFFFFFFFFu), "Kd2-e3 (-1 (temp.reg.))\n");
+    EXPECT_EQ(DoubtfulReasonText("Kd2-e3", 0), "Kd2-e3 (0 (temp.reg.))\n");
+}
+
 } // namespace zorvane

@@ -1,6 +1,7 @@
 #include "engine/heuristics_catalogue.h"
 
 #include "core/thread_context.h"
+#include "engine/impossibility.h"
 
 #include "core/chess_exception.h"
 #include "core/piece.h"
@@ -803,6 +804,14 @@ uint32_t HeuristicFingerprintOf(const TChessboard& position,
     const TChessboard* root =
         position.m_pThread && position.m_pThread->m_pRoot ? position.m_pThread->m_pRoot : &position;
     return CalcHeuristicParams(position, params, *root, 0);
+}
+
+std::string DoubtfulReasonText(const std::string& move, uint32_t reason) {
+    const int value = static_cast<int32_t>(reason);
+    if (reason != 0 && reason < FIRST_IMPOSSIBILITY_REASON)
+        return move + " (" + GetSpecialHeuristicName(reason) + ")\n";
+    if (IsImpossibilityReason(reason)) return move + "/impossible (" + std::to_string(value) + ")\n";
+    return move + " (" + std::to_string(value) + " (temp.reg.))\n";
 }
 
 } // namespace zorvane

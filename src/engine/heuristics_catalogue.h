@@ -42,6 +42,11 @@ std::string GetSpecialHeuristicsText(const TChessboard& position, const TSpecial
 uint32_t CalcHeuristicParams(const TChessboard& position, const TSpecialHeuristicsParams& params,
                              const TChessboard& root, uint8_t queenMateIndex) noexcept;
 
+// The move log's line for a doubtful move: "<move> (<flag's name>)\n" for a
+// bet, "<move>/impossible (<code>)\n" for an impossibility code, and
+// "<move> (<value> (temp.reg.))\n" for a result the temporary register gave.
+std::string DoubtfulReasonText(const std::string& move, uint32_t reason);
+
 // The fingerprint of a position of a search: the line's root is the thread's
 // root, and no single queen mate is being tested. What the relaxation and the
 // search refresh a set with.
