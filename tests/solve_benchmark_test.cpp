@@ -59,6 +59,27 @@ TEST(SolveBenchmark, TheKeysDoNotDependOnTheOrdering) {
     }
 }
 
+TEST(SolveBenchmark, TheFirstSolutionRunWithHeuristicsGivesOneKeyOfEachProblem) {
+    BenchmarkSettings first;
+    first.firstSolution = true;
+    first.heuristics = true;
+    int solved = 0;
+    for (const std::string& file : OWN_SET) {
+        for (const BenchmarkProblem& problem : RunFileBenchmark(file, first)) {
+            if (problem.expected.empty()) {
+                EXPECT_TRUE(problem.keyMoves.empty()) << file << " problem " << problem.number;
+            } else {
+                ASSERT_EQ(problem.keyMoves.size(), 1u) << file << " problem " << problem.number;
+                EXPECT_EQ(
+                    std::count(problem.expected.begin(), problem.expected.end(), problem.keyMoves.front()), 1)
+                    << file << " problem " << problem.number;
+            }
+            ++solved;
+        }
+    }
+    EXPECT_EQ(solved, 49);
+}
+
 TEST(SolveBenchmark, ListHoldsThreeToSixMovers) {
     EXPECT_EQ(SolveBenchmarkNumbers().size(), 23u);
 }

@@ -86,6 +86,10 @@ Runner AddBenchCommand(CLI::App& app) {
                     "Search White's and Black's moves in base order");
     bench->add_flag("--no-register{false}", options->settings.useRegister,
                     "Search without the temporary register");
+    bench->add_flag("--first", options->settings.firstSolution,
+                    "Stop each problem at its first key (the signature counts every key)");
+    bench->add_flag("--heuristics", options->settings.heuristics,
+                    "Solve with the automatic set of special heuristics (the signature solves without)");
     bench->add_flag(
         "--long", options->longMates,
         "Time the first key of long mates instead: the corpus's #6 to #8 and the list of long mates");

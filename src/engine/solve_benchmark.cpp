@@ -31,9 +31,10 @@ ProblemMap loadProblems(const std::string& path) {
     return problems;
 }
 
-BenchmarkProblem solveOne(MateProof& proof, const TChessProblem& problem) {
+BenchmarkProblem solveOne(MateProof& proof, const TChessProblem& problem, bool firstSolution) {
     const int moves = problem.stipulationMoves();
-    const MateKeys keys = proof.FindKeys(problem.startPosition, moves);
+    const MateKeys keys = firstSolution ? proof.FindFirstKey(problem.startPosition, moves)
+                                        : proof.FindKeys(problem.startPosition, moves);
     return {problem.id,        moves,          keys.texts, keys.keys,        problem.expectedAnswers,
             keys.keyPositions, keys.rootMoves, keys.nodes, keys.milliseconds};
 }
@@ -112,7 +113,7 @@ RunSolveBenchmark(const std::string& corpusPath, const BenchmarkSettings& settin
         if (found == corpus.end() || found->second->type != PROBLEM_DIRECT_MATE)
             throw std::runtime_error("benchmark problem " + std::to_string(number) + " is missing from " +
                                      corpusPath);
-        results.push_back(solveOne(proof, *found->second));
+        results.push_back(solveOne(proof, *found->second, settings.firstSolution));
         if (onSolved) onSolved(results.back());
     }
     return results;
@@ -126,7 +127,7 @@ std::vector<BenchmarkProblem> RunFileBenchmark(const std::string& path, const Be
         if (problem->type != PROBLEM_DIRECT_MATE) continue;
         // Each problem with a register of its own, as a solve of a file has.
         MateProof proof(false, settings.useRegister, settings.ordering, settings.heuristics);
-        results.push_back(solveOne(proof, *problem));
+        results.push_back(solveOne(proof, *problem, settings.firstSolution));
         if (onSolved) onSolved(results.back());
     }
     return results;

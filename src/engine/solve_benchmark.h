@@ -29,7 +29,8 @@ struct BenchmarkProblem {
 struct BenchmarkSettings {
     bool ordering = true;
     bool useRegister = true;
-    bool heuristics = false; // the signature is the search's without bets
+    bool heuristics = false;    // the signature is the search's without bets
+    bool firstSolution = false; // stop each problem at its first key, as a user's solve does
 };
 
 // Corpus numbers of the benchmark problems, in the order they are solved.
