@@ -141,3 +141,32 @@ TEST(HeuristicTests, WithAnEmptySetALoneRookFarFromAFreeKingIsStillCutOffByTheTa
     Line near("k7/8/1K6/8/8/8/8/7R w - - 0 1", 7);
     EXPECT_EQ(afterReply(near, 0, mv("h1", "h2"), mv("a8", "b8")), HEURISTIC_PASSED);
 }
+
+TEST(HeuristicTests, ADeferOfThreeMovesLetsTheKingOffTheEdgeForSixPlies) {
+    Line line("7k/8/8/8/8/8/8/R6K w - - 0 1", 15);
+    TThreadContext& ctx = line.root.ctx;
+    ctx.m_bKingMoveStrict = 0;
+    ctx.m_wDeferMoves = 3;
+    ctx.m_bDynRelaxOnAdvancedPawn = 1;
+    // Off the edge with 13 plies left: the check waits until fewer than 13 - 6.
+    EXPECT_NE(afterReply(line, SH_KEEPKINGONTHEEDGE, mv("a1", "a2"), mv("h8", "g7")), HEURISTIC_DOUBTFUL);
+    EXPECT_TRUE(line.last().m_wFlags2 & FLAGS2_BAND_CHECK_DEFERRED);
+    EXPECT_EQ(ctx.m_wDeferLimit, 7);
+    const char* white[] = {"a2", "a3", "a4", "a5", "a6"};
+    const char* black[] = {"g7", "f7", "e7", "d7", "c7"};
+    for (int i = 0; i < 4; ++i) {
+        line.play(mv(white[i], white[i + 1]));
+        line.play(mv(black[i], black[i + 1]));
+        const int answer = IsMateDoubtfulAfterBlackMove(line.last(), ctx);
+        if (line.last().m_shPliesLeft >= 7)
+            EXPECT_NE(answer, HEURISTIC_DOUBTFUL) << line.last().m_shPliesLeft << " plies left";
+        else
+            EXPECT_EQ(answer, HEURISTIC_DOUBTFUL) << line.last().m_shPliesLeft << " plies left";
+    }
+    EXPECT_EQ(ctx.m_nDoubtfulReason, SH_KEEPKINGONTHEEDGE);
+    // Without a dynamic option there is nothing to wait for.
+    Line at_once("7k/8/8/8/8/8/8/R6K w - - 0 1", 15);
+    at_once.root.ctx.m_bKingMoveStrict = 0;
+    at_once.root.ctx.m_wDeferMoves = 3;
+    EXPECT_EQ(afterReply(at_once, SH_KEEPKINGONTHEEDGE, mv("a1", "a2"), mv("h8", "g7")), HEURISTIC_DOUBTFUL);
+}

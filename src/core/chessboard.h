@@ -35,7 +35,8 @@ constexpr uint16_t FLAG_GLOBAL_REGISTER = 0x800;
 constexpr uint16_t FLAGS2_BLACK_PROMOTIONS = 3; // count, stuck at 3
 constexpr uint16_t FLAGS2_EDGE_LEVEL = 24;      // min(level(col), level(row)) << 3
 constexpr uint16_t FLAGS2_WHITE_QUEEN_PROMOTED = 128;
-constexpr uint16_t FLAGS2_WRONG_BISHOP = 0x800; // lone bishop and a rook's pawn it cannot help
+constexpr uint16_t FLAGS2_BAND_CHECK_DEFERRED = 0x100; // the king left the edge; the bet's check waits
+constexpr uint16_t FLAGS2_WRONG_BISHOP = 0x800;        // lone bishop and a rook's pawn it cannot help
 // m_bPlayState
 constexpr uint8_t PLAY_ONE_COLOUR_MODE = 3;
 constexpr uint8_t PLAY_WHITE_CAPTURES = 12; // count << 2, stuck at 3

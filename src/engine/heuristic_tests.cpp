@@ -2,6 +2,7 @@
 
 #include "core/attacks.h"
 #include "engine/heuristic_bits.h"
+#include "engine/heuristics_catalogue.h"
 #include "engine/impossibility.h"
 #include "engine/mate_in_one.h"
 #include "engine/solve_job.h"
@@ -217,6 +218,22 @@ bool figuresCapturedRelease(const TChessboard& b, const TThreadContext& ctx) {
     return captured >= ctx.m_nDynRelaxFiguresCaptured;
 }
 
+// 16. The defer step: a broken band bet may wait some moves for a dynamic
+// relaxation (a capture, a pawn near promotion) to come. The first break
+// marks the position and sets the plies by which the bet must hold again;
+// below them the break counts. True: the test is passed for now.
+bool deferred(TChessboard& b, TThreadContext& ctx) {
+    const int plies = b.m_shPliesLeft;
+    if (b.m_wFlags2 & FLAGS2_BAND_CHECK_DEFERRED) return plies >= ctx.m_wDeferLimit;
+    const bool dynamic = ctx.m_nDynRelaxFiguresCaptured > 0 || ctx.m_bDynRelaxOnAdvancedPawn;
+    if (!ctx.m_wDeferMoves || !dynamic) return false;
+    if (ctx.m_bSkipDeferIfBalanceFixed && blackFigures(b) == 0) return false;
+    ctx.m_wDeferLimit = static_cast<uint16_t>(std::max(1, plies - 2 * ctx.m_wDeferMoves));
+    b.m_wFlags2 |= FLAGS2_BAND_CHECK_DEFERRED;
+    b.m_uHeuristicParams = HeuristicFingerprintOf(b, ctx);
+    return true;
+}
+
 // 14. The black king left the edge (band form) or moved at all (king form).
 bool kingLeftEdge(TChessboard& b, TThreadContext& ctx, const TMove& reply) {
     const TChessboard& parent = *b.m_pParent;
@@ -235,6 +252,7 @@ bool kingLeftEdge(TChessboard& b, TThreadContext& ctx, const TMove& reply) {
         (colOf(b.blackKing()) == 1 || colOf(b.blackKing()) == 6) &&
         (rowOf(b.blackKing()) == 1 || rowOf(b.blackKing()) == 6))
         return false;
+    if (!ctx.m_bDynRelaxExtEdgeOnly && deferred(b, ctx)) return false;
     return doubtfulUnlessMateInOne(b, ctx, SH_KEEPKINGONTHEEDGE);
 }
 
@@ -247,6 +265,7 @@ bool kingLeftBand(TChessboard& b, TThreadContext& ctx, const TMove& reply) {
         if (b.edgeLevel() < 2) return false;
         if (figuresCapturedRelease(b, ctx)) return false;
     }
+    if (deferred(b, ctx)) return false;
     return doubtfulUnlessMateInOne(b, ctx, SH_KEEPKINGWITHINEXTEDGE);
 }
 

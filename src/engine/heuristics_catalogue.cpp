@@ -22,8 +22,6 @@ namespace {
 
 constexpr const char* NO_NAME = "...";
 
-// m_wFlags2: the check of a band heuristic is deferred.
-constexpr uint16_t BAND_CHECK_DEFERRED = 0x100;
 // m_wFlags2: the state that SH_SAVEQUEEN/ROOK's part of the fingerprint reads.
 constexpr uint16_t SAVE_MAJOR_STATE = 0x20;
 // Taken off the FFM part of the fingerprint. Stored register entries carry
@@ -706,7 +704,7 @@ uint32_t CalcHeuristicParams(const TChessboard& position, const TSpecialHeuristi
     // 4. The key white figure's square.
     if (word & SH_KEYWHITEFIGURE) v = (v << 6) + p.m_cKeyWhiteFigure;
     // 5. The fields of the single bets, from the lowest bit.
-    const bool deferred = (position.m_wFlags2 & BAND_CHECK_DEFERRED) != 0;
+    const bool deferred = (position.m_wFlags2 & FLAGS2_BAND_CHECK_DEFERRED) != 0;
     if (word & SH_KEEPKINGONTHEEDGE)
         v = shiftIn(v, 4,
                     bit(p.m_bKingMoveStrict && !deferred) << 3 | bit(p.m_bKingMoveExceptions) << 2 |
