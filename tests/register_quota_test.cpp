@@ -23,6 +23,13 @@ constexpr uint64_t QUOTA_BYTES = 16ull << 20;
 // Beside the entries the quota counts: the bucket array of the register, the
 // allocator's own keeping and the solve's thread context.
 constexpr uint64_t SLACK_BYTES = 24ull << 20;
+// AddressSanitizer keeps freed memory in quarantine and adds its shadow: the
+// resident set then says nothing about what the register holds.
+#if defined(__SANITIZE_ADDRESS__)
+constexpr bool RESIDENT_SET_MEANINGFUL = false;
+#else
+constexpr bool RESIDENT_SET_MEANINGFUL = true;
+#endif
 constexpr auto SAMPLE_INTERVAL = std::chrono::milliseconds(20);
 constexpr const char* PURGE_LINE = "EmptySomeDataWhenRegisterFull started";
 
@@ -68,7 +75,7 @@ int solveUnderQuota(int id) {
 
     EXPECT_TRUE(SameMoveSet(result.moves, problem.expectedAnswers)) << "problem " << id;
     EXPECT_LE(problem.m_pRegister->BudgetedBytes(), QUOTA_BYTES);
-    EXPECT_LT(peak - before, QUOTA_BYTES + SLACK_BYTES);
+    if (RESIDENT_SET_MEANINGFUL) EXPECT_LT(peak - before, QUOTA_BYTES + SLACK_BYTES);
     const int purges = linesWith(logPath, PURGE_LINE);
     std::printf("problem %d: resident set +%llu KiB at its peak, %d purges\n", id,
                 static_cast<unsigned long long>((peak - before) >> 10), purges);
