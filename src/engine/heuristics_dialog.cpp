@@ -1,5 +1,7 @@
 #include "engine/heuristics_dialog.h"
 
+#include "engine/heuristics_catalogue.h"
+
 #include "core/chess_exception.h"
 #include "core/fen.h"
 #include "core/make_move.h"
@@ -205,39 +207,6 @@ SquareField readSquareField(const TChessboard& position, const std::string& text
     return {true, *square};
 }
 
-bool onLongDiagonal(int square) {
-    return colOf(square) == rowOf(square) || colOf(square) + rowOf(square) == 7;
-}
-
-int sign(int v) {
-    return (v > 0) - (v < 0);
-}
-
-// The black figure that the white line piece on `from` pins to the black
-// king: the first man on the way to the king, with nothing behind it, that
-// cannot move along the line (a knight; a bishop on a file or rank; a rook on
-// a diagonal). NO_SQUARE when there is none, or the piece cannot move along
-// the line that leads to the king.
-int pinnedFigure(const TChessboard& position, int from) {
-    const int king = position.blackKing();
-    const int dc = colOf(king) - colOf(from), dr = rowOf(king) - rowOf(from);
-    const bool straight = (dc == 0) != (dr == 0);
-    const bool diagonal = dc != 0 && absInt(dc) == absInt(dr);
-    const int kind = position.m_aSquares[from] & KIND_MASK;
-    if (!(straight && (kind & KIND_ROOK)) && !(diagonal && (kind & KIND_BISHOP))) return NO_SQUARE;
-
-    const int step = sign(dc) + 8 * sign(dr);
-    int square = from + step;
-    while (square != king && position.m_aSquares[square] == 0) square += step;
-    if (square == king) return NO_SQUARE;
-    const uint8_t figure = position.m_aSquares[square];
-    const bool pinnable = figure == BN || (straight && figure == BB) || (diagonal && figure == BR);
-    if (!pinnable) return NO_SQUARE;
-    for (int behind = square + step; behind != king; behind += step)
-        if (position.m_aSquares[behind] != 0) return NO_SQUARE;
-    return square;
-}
-
 // One move of a typed list and the position it reached.
 struct PlayedMove {
     TMove move;
@@ -429,8 +398,7 @@ class DialogReader {
         const SquareField field = readSquareField(position_, c_.mainDiagonalFigure);
         if (!field.read) return fail(invalidPiece(c_.mainDiagonalFigure));
         if (field.square == NO_SQUARE) return true;
-        if (!isBlack(position_.m_aSquares[field.square]) || !onLongDiagonal(field.square))
-            return fail(MAIN_DIAGONAL_FIGURE_IMPROPER);
+        if (!IsMainDiagonalFigureSquare(position_, field.square)) return fail(MAIN_DIAGONAL_FIGURE_IMPROPER);
         params_.m_cMainDiagonalFigure = static_cast<uint8_t>(field.square);
         return true;
     }
@@ -502,13 +470,12 @@ class DialogReader {
         if (!c_.keyWhiteFigure) return true;
         const SquareField field = readSquareField(position_, c_.keyWhiteFigureSquare);
         if (!field.read) return fail(invalidPiece(c_.keyWhiteFigureSquare));
-        const uint8_t man = field.square == NO_SQUARE ? 0 : position_.m_aSquares[field.square];
-        if (man != WB && man != WR && man != WQ) return fail(KEY_FIGURE_INVALID);
-        const int pinned = pinnedFigure(position_, field.square);
-        if (pinned == NO_SQUARE) return fail(PINNED_FIGURE_NOT_FOUND);
+        const KeyWhiteFigurePin pin = FindKeyWhiteFigurePin(position_, field.square);
+        if (pin.check == KeyWhiteFigureCheck::NotAKeyFigure) return fail(KEY_FIGURE_INVALID);
+        if (pin.check == KeyWhiteFigureCheck::NoPinnedFigure) return fail(PINNED_FIGURE_NOT_FOUND);
         params_.m_cKeyWhiteFigure = static_cast<uint8_t>(field.square);
-        params_.m_cKeyPinnedFigure = static_cast<uint8_t>(pinned);
-        params_.m_bKeyFigureIsRook = man == WR;
+        params_.m_cKeyPinnedFigure = pin.pinnedSquare;
+        params_.m_bKeyFigureIsRook = pin.isRook;
         return true;
     }
 
@@ -537,10 +504,7 @@ class DialogReader {
         if (!first.read) return fail(invalidPiece(c_.keyDiagonalFirst));
         const SquareField second = readSquareField(position_, c_.keyDiagonalSecond);
         if (!second.read) return fail(invalidPiece(c_.keyDiagonalSecond));
-        if (first.square == NO_SQUARE || second.square == NO_SQUARE || first.square == second.square ||
-            absInt(colOf(first.square) - colOf(second.square)) !=
-                absInt(rowOf(first.square) - rowOf(second.square)))
-            return fail(KEY_DIAGONAL_INVALID);
+        if (!IsKeyDiagonal(first.square, second.square)) return fail(KEY_DIAGONAL_INVALID);
         solveWide_.m_wKeyDiagonal = static_cast<uint16_t>(first.square | (second.square << 8));
         return true;
     }
