@@ -23,9 +23,9 @@ constexpr uint64_t QUOTA_BYTES = 16ull << 20;
 // Beside the entries the quota counts: the bucket array of the register, the
 // allocator's own keeping and the solve's thread context.
 constexpr uint64_t SLACK_BYTES = 24ull << 20;
-// AddressSanitizer keeps freed memory in quarantine and adds its shadow: the
-// resident set then says nothing about what the register holds.
-#if defined(__SANITIZE_ADDRESS__)
+// AddressSanitizer keeps freed memory in quarantine, and both sanitizers add
+// their shadow: the resident set then says nothing about what the register holds.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 constexpr bool RESIDENT_SET_MEANINGFUL = false;
 #else
 constexpr bool RESIDENT_SET_MEANINGFUL = true;
