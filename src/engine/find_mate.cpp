@@ -8,6 +8,7 @@
 #include "engine/command_poll.h"
 #include "engine/heuristic_bits.h"
 #include "engine/heuristic_tests.h"
+#include "engine/heuristics_catalogue.h"
 #include "engine/move_ordering.h"
 #include "engine/register_hooks.h"
 #include "engine/repetition.h"
@@ -31,8 +32,6 @@ constexpr int MAN_BY_MAN_THIN_BELOW_PLIES = 13;
 constexpr int MAN_BY_MAN_HEURISTIC_2_PLIES = 13;
 // A thin position: fewer White heavy men and black bishops together than this.
 constexpr int THIN_POSITION_MEN = 4;
-// Plies left from which the heuristics' tests run on a White node.
-constexpr int HEURISTIC_TESTS_MIN_PLIES = 3;
 constexpr auto SUSPEND_POLL = std::chrono::milliseconds(10);
 
 // The next stage of a man-by-man list: the moves of `first` (a square, or -1)
@@ -103,16 +102,6 @@ template <class Config> int8_t Steps<Config>::whiteStep(TChessboard& b, bool bPr
         }
     } else {
         (void)bProbe;
-    }
-    // 2b. The bets of the set in force on Black's last reply, and the
-    // impossibility tail; near the leaves the search is cheaper than the tests.
-    if constexpr (Config::kHeuristics) {
-        if (pliesDone > 0 && n >= HEURISTIC_TESTS_MIN_PLIES) {
-            const int answer = b.m_bPass == 1 && b.m_uHeuristics ? IsMateDoubtfulAfterBlackMove(b, ctx)
-                                                                 : ImpossibilityAfterBlackMove(b, ctx);
-            if (answer == HEURISTIC_DOUBTFUL) return RESULT_DOUBTFUL;
-            if (answer == HEURISTIC_IMPOSSIBLE) return RESULT_NO_MATE;
-        }
     }
     // 3. The last plies.
     if (n < SHALLOW_PLIES) {
@@ -283,7 +272,9 @@ template <class Config> int8_t Steps<Config>::blackStep(TChessboard& b) {
                 // The ordering may settle the node; it notes a repetition in
                 // m_aRepetition[n], which is cleared first for that.
                 ctx.m_aRepetition[n] = 0;
-                count = SortBlackMoves(b, moves, count, ctx.m_aStrongMove[n]);
+                // Under bets the sort holds every reply against them first; near
+                // the leaves the search is cheaper than the tests.
+                count = SortBlackMoves<Config::kHeuristics>(b, moves, count, ctx.m_aStrongMove[n]);
                 if (count == BLACK_SORT_NO_REPLY)
                     return b.m_cBlackChecker >= 0 ? int8_t{RESULT_MATE} : int8_t{RESULT_NO_MATE};
                 if (count == BLACK_SORT_NO_MATE) return RESULT_NO_MATE;
@@ -325,6 +316,13 @@ template <class Config> int8_t Steps<Config>::blackStep(TChessboard& b) {
             if (made == BLACK_MOVE_BEATS_WHITE) {
                 if constexpr (Config::kOrdering) ctx.m_aStrongMove[n] = moves[i];
                 return RESULT_NO_MATE;
+            }
+            // The sort found that this reply starts a band bet's wait.
+            if constexpr (Config::kHeuristics) {
+                if (moves[i].promotion & MOVE_MARK_DEFERS_BAND_CHECK) {
+                    child.m_wFlags2 |= FLAGS2_BAND_CHECK_DEFERRED;
+                    child.m_uHeuristicParams = HeuristicFingerprintOf(child, ctx);
+                }
             }
 
             // 5. White's step on the child; the register, once asked here, is not asked again there.

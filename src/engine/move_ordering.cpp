@@ -4,6 +4,7 @@
 #include "core/make_move.h"
 #include "core/thread_context.h"
 #include "engine/heuristic_bits.h"
+#include "engine/heuristic_tests.h"
 #include "engine/mate_in_one.h"
 #include "engine/repetition.h"
 #include "engine/solve_job.h"
@@ -293,6 +294,7 @@ int SortWhiteMoves(const TChessboard& position, TMove* moves, int count, bool ro
     return count;
 }
 
+template <bool Bets>
 int SortBlackMoves(const TChessboard& position, TMove* moves, int count, const TMove& strongReply) {
     int illegal = 0;
     const int whiteKing = position.whiteKing();
@@ -320,7 +322,21 @@ int SortBlackMoves(const TChessboard& position, TMove* moves, int count, const T
             moves[0].enPassant = 0;
             return 1;
         }
-        // 2. A reply that repeats a position of the line.
+        // 2. The bets of the set in force and the impossibility tail, on every
+        // reply before any is searched.
+        if constexpr (Bets) {
+            if (n - 1 >= HEURISTIC_TESTS_MIN_PLIES) {
+                const uint16_t before = child.m_wFlags2;
+                const int answer = position.m_bPass == 1 && child.m_uHeuristics
+                                       ? IsMateDoubtfulAfterBlackMove(child, *ctx)
+                                       : ImpossibilityAfterBlackMove(child, *ctx);
+                if (answer == HEURISTIC_DOUBTFUL) return BLACK_SORT_DOUBTFUL;
+                if (answer == HEURISTIC_IMPOSSIBLE) return BLACK_SORT_NO_MATE;
+                if ((child.m_wFlags2 ^ before) & FLAGS2_BAND_CHECK_DEFERRED)
+                    moves[i].promotion |= MOVE_MARK_DEFERS_BAND_CHECK;
+            }
+        }
+        // 2b. A reply that repeats a position of the line.
         int score = 0;
         if (limit) {
             if (const int first = RepetitionOf(child, limit)) {
@@ -360,5 +376,8 @@ int SortBlackMoves(const TChessboard& position, TMove* moves, int count, const T
     sortByKey(moves, count, [](const TMove& a, const TMove& b) { return blackKey(a) < blackKey(b); });
     return count - illegal;
 }
+
+template int SortBlackMoves<false>(const TChessboard&, TMove*, int, const TMove&);
+template int SortBlackMoves<true>(const TChessboard&, TMove*, int, const TMove&);
 
 } // namespace zorvane

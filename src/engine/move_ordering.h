@@ -24,6 +24,10 @@ constexpr int8_t BLACK_KEY_FIRST = -128;
 constexpr int8_t BLACK_KEY_ILLEGAL = 127;
 // Mark on `promotion` of a move that an indication asks for.
 constexpr uint8_t MOVE_MARK_INDICATED = 128;
+// Mark on `promotion` of a black reply after which a band bet waits (the defer step).
+constexpr uint8_t MOVE_MARK_DEFERS_BAND_CHECK = 64;
+// Plies left from which a White node's position is held against the bets.
+constexpr int HEURISTIC_TESTS_MIN_PLIES = 3;
 // Mark on `from` and `to` of an expected sort move met in its turn.
 constexpr uint8_t EXPECTED_MOVE_MET = 0x40;
 
@@ -51,6 +55,12 @@ int SortWhiteMoves(const TChessboard& position, TMove* moves, int count, bool ro
 // illegal ones form the tail and are counted off. A reply that beats White at
 // once stands alone and 1 is returned. Returns the count, or 0 when no reply is
 // legal. `strongReply` is the reply that refuted at this depth last time.
+// With `Bets` (a solve under heuristics) every reply is first held against the
+// set in force and the impossibility tail, before any is searched: one
+// doubtful reply makes the node doubtful (BLACK_SORT_DOUBTFUL), one after
+// which White cannot mate refutes it (BLACK_SORT_NO_MATE), and a reply whose
+// band check is deferred gets MOVE_MARK_DEFERS_BAND_CHECK.
+template <bool Bets = false>
 int SortBlackMoves(const TChessboard& position, TMove* moves, int count, const TMove& strongReply);
 
 // Cuts a list under `SH_SKIPWORSTWHITEMOVES`: above 24 moves to 4/5, never below 25.
