@@ -324,3 +324,45 @@ TEST(BlackStep, ARepetitionFromTheOrderingIsCarriedOnePlyUp) {
     EXPECT_EQ(line.root.ctx.m_aRepetition[15], 17);
     EXPECT_EQ(line.root.job.m_nNodes.load(), nodes);
 }
+
+TEST(SortBlackMoves, UnderBetsADoubtfulReplySettlesTheNodeBeforeAnyIsSearched) {
+    Line line("k7/8/8/2K5/8/8/8/7R w - - 0 1", 9);
+    line.root.board.m_uHeuristics = SH_KEEPKINGONTHEEDGE;
+    line.root.board.m_bPass = 1;
+    line.root.ctx.m_bKingMoveStrict = 1;
+    line.play(mv("h1", "h2"));
+    TMove moves[MAX_MOVES];
+    const int generated = GenerateBlackMovesOrEvasions(line.last(), moves);
+    EXPECT_EQ(SortBlackMoves<true>(line.last(), moves, generated, TMove{}), BLACK_SORT_DOUBTFUL);
+    // The same list without bets is only ordered.
+    const int again = GenerateBlackMovesOrEvasions(line.last(), moves);
+    EXPECT_EQ(SortBlackMoves(line.last(), moves, again, TMove{}), 3);
+}
+
+TEST(SortBlackMoves, UnderBetsAReplyAfterWhichWhiteCannotMateRefutesTheNode) {
+    // A lone rook and a king far from a free black king: no set needed.
+    Line line("8/8/8/4k3/8/8/7R/K7 w - - 0 1", 7);
+    line.root.board.m_bPass = 2;
+    line.play(mv("h2", "h3"));
+    TMove moves[MAX_MOVES];
+    const int generated = GenerateBlackMovesOrEvasions(line.last(), moves);
+    EXPECT_EQ(SortBlackMoves<true>(line.last(), moves, generated, TMove{}), BLACK_SORT_NO_MATE);
+}
+
+TEST(SortBlackMoves, UnderBetsAReplyThatStartsABandBetsWaitIsMarked) {
+    Line line("7k/8/8/8/8/8/8/R6K w - - 0 1", 15);
+    line.root.board.m_uHeuristics = SH_KEEPKINGONTHEEDGE;
+    line.root.board.m_bPass = 1;
+    TThreadContext& ctx = line.root.ctx;
+    ctx.m_bKingMoveStrict = 0;
+    ctx.m_wDeferMoves = 3;
+    ctx.m_bDynRelaxOnAdvancedPawn = 1;
+    line.play(mv("a1", "a2"));
+    TMove moves[MAX_MOVES];
+    const int generated = GenerateBlackMovesOrEvasions(line.last(), moves);
+    const int count = SortBlackMoves<true>(line.last(), moves, generated, TMove{});
+    ASSERT_EQ(count, 3);
+    for (int i = 0; i < count; ++i)
+        EXPECT_EQ((moves[i].promotion & MOVE_MARK_DEFERS_BAND_CHECK) != 0, moves[i] == mv("h8", "g7"))
+            << static_cast<int>(moves[i].from) << "-" << static_cast<int>(moves[i].to);
+}
