@@ -75,7 +75,9 @@ int solveUnderQuota(int id) {
 
     EXPECT_TRUE(SameMoveSet(result.moves, problem.expectedAnswers)) << "problem " << id;
     EXPECT_LE(problem.m_pRegister->BudgetedBytes(), QUOTA_BYTES);
-    if (RESIDENT_SET_MEANINGFUL) EXPECT_LT(peak - before, QUOTA_BYTES + SLACK_BYTES);
+    if (RESIDENT_SET_MEANINGFUL) {
+        EXPECT_LT(peak - before, QUOTA_BYTES + SLACK_BYTES);
+    }
     const int purges = linesWith(logPath, PURGE_LINE);
     std::printf("problem %d: resident set +%llu KiB at its peak, %d purges\n", id,
                 static_cast<unsigned long long>((peak - before) >> 10), purges);

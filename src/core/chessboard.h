@@ -84,6 +84,9 @@ struct TChessboard {
     int whiteMenBesideKing() const {
         return m_nWhiteQueens + m_nWhiteRooks + m_nWhiteBishops + m_nWhiteKnights + m_nWhitePawns;
     }
+    // Queens, rooks, bishops and knights: the men beside king and pawns.
+    int whiteFigures() const { return m_nWhiteQueens + m_nWhiteRooks + m_nWhiteBishops + m_nWhiteKnights; }
+    int blackFigures() const { return m_nBlackQueens + m_nBlackRooks + m_nBlackBishops + m_nBlackKnights; }
 };
 
 static_assert(std::is_trivially_copyable_v<TChessboard>);

@@ -4,6 +4,8 @@
 #include "core/movegen.h"
 #include "core/rays.h"
 #include "core/square_sets.h"
+#include "engine/heuristics_choice.h"
+#include "engine/impossibility.h"
 
 #include <chrono>
 #include <thread>
@@ -11,12 +13,6 @@
 namespace zorvane {
 
 namespace {
-
-// Material in the engine's weights.
-constexpr int QUEEN_VALUE = 9;
-constexpr int ROOK_VALUE = 5;
-constexpr int MINOR_VALUE = 3;
-constexpr int PAWN_VALUE = 1;
 
 // The unblock list is shrunk only when the start had this many white figures.
 constexpr int MIN_FIGURES_FOR_LIST_SHRINK = 3;
@@ -55,36 +51,20 @@ bool onCorner(int square) {
     return (colOf(square) == 0 || colOf(square) == 7) && (rowOf(square) == 0 || rowOf(square) == 7);
 }
 
-int whiteFigures(const TChessboard& b) {
-    return b.m_nWhiteQueens + b.m_nWhiteRooks + b.m_nWhiteBishops + b.m_nWhiteKnights;
-}
-int blackFigures(const TChessboard& b) {
-    return b.m_nBlackQueens + b.m_nBlackRooks + b.m_nBlackBishops + b.m_nBlackKnights;
-}
-
 int valueOf(uint8_t piece) {
     switch (piece & KIND_MASK) {
     case KIND_QUEEN:
-        return QUEEN_VALUE;
+        return QUEEN_MATERIAL;
     case KIND_ROOK:
-        return ROOK_VALUE;
+        return ROOK_MATERIAL;
     case KIND_BISHOP:
     case KIND_KNIGHT:
-        return MINOR_VALUE;
+        return MINOR_MATERIAL;
     case KIND_PAWN:
-        return PAWN_VALUE;
+        return PAWN_MATERIAL;
     default:
         return 0;
     }
-}
-
-int whiteMaterial(const TChessboard& b) {
-    return QUEEN_VALUE * b.m_nWhiteQueens + ROOK_VALUE * b.m_nWhiteRooks +
-           MINOR_VALUE * (b.m_nWhiteBishops + b.m_nWhiteKnights) + PAWN_VALUE * b.m_nWhitePawns;
-}
-int blackMaterial(const TChessboard& b) {
-    return QUEEN_VALUE * b.m_nBlackQueens + ROOK_VALUE * b.m_nBlackRooks +
-           MINOR_VALUE * (b.m_nBlackBishops + b.m_nBlackKnights) + PAWN_VALUE * b.m_nBlackPawns;
 }
 
 // The black men beside their king, in material.
@@ -93,11 +73,6 @@ int materialBesideBlackKing(const TChessboard& b) {
     for (SquareSet men = KING_REACH[b.blackKing()] & MenOfColour(b, BLACK); men; men &= men - 1)
         material += valueOf(b.m_aSquares[__builtin_ctzll(men)]);
     return material;
-}
-
-// Squares beside the black king that White does not hold, the king lifted off.
-int freeSquares(const TChessboard& b) {
-    return CountBlackKingFlights(b, 8);
 }
 
 int menOfColourAround(const TChessboard& b, int square, uint8_t colour) {
@@ -157,7 +132,7 @@ bool queenCannotCheck(const TChessboard& b) {
 // A single white queen (no other White man) against two or more black
 // figures, the kings in opposition off the last row, and no check at hand.
 bool loneQueenOpposition(const TChessboard& b) {
-    return b.m_nWhiteQueens == 1 && b.whiteMenBesideKing() == 1 && blackFigures(b) >= 2 &&
+    return b.m_nWhiteQueens == 1 && b.whiteMenBesideKing() == 1 && b.blackFigures() >= 2 &&
            distance(b.whiteKing(), b.blackKing()) == QUEEN_OPPOSITION_DISTANCE && b.m_cWhiteKingRow != 7 &&
            b.m_cBlackKingRow != 7 && queenCannotCheck(b);
 }
@@ -180,7 +155,8 @@ bool blockedFigureAndPinnedRook(const TChessboard& b) {
         const int step = LineStep(king, square);
         if (step == 0) continue;
         const int beyond = FirstManOnLine(b.m_aSquares, square, step);
-        if (beyond >= 0 && pinHolds(b, square, beyond)) return freeSquares(b) <= PINNED_ROOK_MAX_FREE;
+        if (beyond >= 0 && pinHolds(b, square, beyond))
+            return CountFreeKingSquares(b) <= PINNED_ROOK_MAX_FREE;
     }
     return false;
 }
@@ -251,7 +227,7 @@ bool blackKingCanLeaveBand(const TChessboard& b) {
 // White can still net the black king on the edge: he stands there, and
 // White has the figures to close it.
 bool whiteCanNetKing(const TChessboard& b) {
-    return b.edgeLevel() == 0 && whiteFigures(b) >= 2;
+    return b.edgeLevel() == 0 && b.whiteFigures() >= 2;
 }
 
 // The wider test of #1+ looks at the men beside the black king; with none
@@ -407,19 +383,20 @@ int Relaxation::ffmChain() {
     }
     // 4. With the other heuristics in play, a nearly netted king earns the custom sequence.
     if (ctx.m_nFfmWithOthers > 0 && !ctx.m_bFfmCustom && ctx.m_nFfmCustomRelaxations > 0 &&
-        freeSquares(root) <= FFM_CUSTOM_MAX_FREE) {
+        CountFreeKingSquares(root) <= FFM_CUSTOM_MAX_FREE) {
         ctx.m_bFfmCustom = 1;
         ctx.m_nFfmLevel = ctx.m_nFfmStartLevel;
         return done();
     }
     // 5. Material where forcing moves are no way to the mate: FFM stops.
-    const int figures = whiteFigures(root);
+    const int figures = root.whiteFigures();
     const bool stop =
         (figures < 3 && !(figures == 2 && root.m_nWhiteQueens == 0)) ||
-        (onCorner(root.blackKing()) && figures >= FFM_STOP_CORNER_FIGURES && freeSquares(root) <= 1) ||
+        (onCorner(root.blackKing()) && figures >= FFM_STOP_CORNER_FIGURES &&
+         CountFreeKingSquares(root) <= 1) ||
         (distance(root.whiteKing(), root.blackKing()) > FFM_KING_TOUCH_DISTANCE &&
-         blackMaterial(root) - materialBesideBlackKing(root) < whiteMaterial(root)) ||
-        (root.m_nWhiteQueens && figures + blackFigures(root) >= FFM_QUEEN_DUEL_FIGURES && pawnDuel(root));
+         BlackMaterial(root) - materialBesideBlackKing(root) < WhiteMaterial(root)) ||
+        (root.m_nWhiteQueens && figures + root.blackFigures() >= FFM_QUEEN_DUEL_FIGURES && pawnDuel(root));
     if (!stop) {
         // 6. The time of the pass just finished, as the first thread to finish it saw it.
         const int finished = ctx.m_nPassIndex > 0 ? ctx.m_nPassIndex - 1 : 0;
@@ -486,14 +463,14 @@ int Relaxation::order() {
         return done();
     }
     // 10. The key figure, early where its pin holds round a cornered king.
-    if (has(SH_KEYWHITEFIGURE) && whiteFigures(root) >= 2 && onCorner(root.blackKing()) &&
+    if (has(SH_KEYWHITEFIGURE) && root.whiteFigures() >= 2 && onCorner(root.blackKing()) &&
         pinHolds(root, ctx.m_cKeyPinnedFigure, ctx.m_cKeyWhiteFigure)) {
         dropKeyFigure();
         return done();
     }
     // 11. The strict edge: first the unblock flag may wait a pass, then exceptions may be allowed.
     if (strictEdge()) {
-        if (has(SH_DONTLETFIGUREUNBLOCK) && !unblockRestored && whiteFigures(root) == 1 &&
+        if (has(SH_DONTLETFIGUREUNBLOCK) && !unblockRestored && root.whiteFigures() == 1 &&
             ctx.m_nBlockedFigures >= 3) {
             drop(SH_DONTLETFIGUREUNBLOCK);
             ctx.m_bUnblockPending = 1;
@@ -543,7 +520,7 @@ int Relaxation::order() {
     if (has(SH_DONTLOSEANYFIGURES)) {
         const bool keep = whiteCanUsePawns(root) && whitePawnCanPromote(root) &&
                           root.blackMenBesideKing() == 0 && has(SH_ASSERTBLACKKINGSURROUNDED) &&
-                          whiteFigures(root) < 4;
+                          root.whiteFigures() < 4;
         if (!keep) {
             drop(SH_DONTLOSEANYFIGURES);
             return done();
@@ -565,14 +542,14 @@ int Relaxation::order() {
     // 21. The edge gives way to the band next to it, or to the surrounding bet.
     if (has(SH_KEEPKINGONTHEEDGE)) {
         drop(SH_KEEPKINGONTHEEDGE);
-        const int figures = whiteFigures(root);
+        const int figures = root.whiteFigures();
         const bool band = root.edgeLevel() <= BAND_LIMIT && (figures > 0 || whitePawnCanPromote(root));
         const bool noDuel = root.m_nWhiteQueens + root.m_nWhiteRooks == 0 || root.m_nBlackQueens > 0;
         if (band && noDuel) {
             add(SH_KEEPKINGWITHINEXTEDGE);
             if (blackPawnWallAroundCentre(root)) ctx.m_bInclCornerSquares = 1;
         } else if (figures >= 2) {
-            const int free = freeSquares(root);
+            const int free = CountFreeKingSquares(root);
             const int men = 2 + root.whiteMenBesideKing() + root.blackMenBesideKing();
             const bool majors =
                 root.m_nWhiteQueens + root.m_nWhiteRooks + root.m_nBlackQueens + root.m_nBlackRooks > 0;
@@ -601,7 +578,7 @@ int Relaxation::order() {
         // 24.
         if (!ctx.m_bExtEdgeMoveUnlessOnEdge) {
             drop(SH_KEEPKINGWITHINEXTEDGE);
-            if (freeSquares(root) <= 1 || whiteCanNetKing(root)) add(SH_ASSERTBLACKKINGSURROUNDED);
+            if (CountFreeKingSquares(root) <= 1 || whiteCanNetKing(root)) add(SH_ASSERTBLACKKINGSURROUNDED);
         } else {
             ctx.m_bExtEdgeMoveUnlessOnEdge = 0;
         }

@@ -23,13 +23,6 @@ constexpr int SURROUNDED_STRICT_LIMIT = 2;
 // The lowest square index of the sixth row: a white pawn beyond it is near promotion.
 constexpr int FIRST_SQUARE_OF_SIXTH_ROW = 40;
 
-int whiteFigures(const TChessboard& b) {
-    return b.m_nWhiteQueens + b.m_nWhiteRooks + b.m_nWhiteBishops + b.m_nWhiteKnights;
-}
-int blackFigures(const TChessboard& b) {
-    return b.m_nBlackQueens + b.m_nBlackRooks + b.m_nBlackBishops + b.m_nBlackKnights;
-}
-
 // The escape "unless immediate mate": a bet that White breaks with a mate at once is no bet.
 bool doubtfulUnlessMateInOne(TChessboard& b, TThreadContext& ctx, uint32_t reason) {
     if (FindMateInOne(b)) return false;
@@ -70,11 +63,12 @@ bool threeMovesToMateBroken(TChessboard& b, TThreadContext& ctx) {
     if (plies == THREE_MOVES_FREE_SQUARE_PLIES && b.m_bWhiteListsValid &&
         !whitePawnWithinRows(b, (plies + 1) / 2) && b.m_pParent) {
         const int free = CountFreeKingSquares(b);
-        const int parentFree = CountFreeKingSquares(*b.m_pParent);
-        const bool loose = heavy == 0 ? (band >= 2 && free >= 5 && parentFree >= 5) ||
-                                            (band == 1 && free >= 6 && parentFree >= 5)
-                                      : (band >= 2 && free >= 6 && parentFree >= 6) ||
-                                            (band == 1 && !b.m_nWhiteQueens && free >= 7 && parentFree >= 6);
+        // The parent's count, only where the child's already says loose.
+        auto parentFree = [&](int atLeast) { return CountFreeKingSquares(*b.m_pParent) >= atLeast; };
+        const bool loose = heavy == 0 ? (band >= 2 && free >= 5 && parentFree(5)) ||
+                                            (band == 1 && free >= 6 && parentFree(5))
+                                      : (band >= 2 && free >= 6 && parentFree(6)) ||
+                                            (band == 1 && !b.m_nWhiteQueens && free >= 7 && parentFree(6));
         if (loose) {
             ctx.m_nDoubtfulReason = SH_3MOVESTOMATE;
             return true;
@@ -82,7 +76,7 @@ bool threeMovesToMateBroken(TChessboard& b, TThreadContext& ctx) {
     }
     const int minors = b.m_nWhiteBishops + b.m_nWhiteKnights;
     if (plies < THREE_MOVES_FAR_KING_BELOW_PLIES && ((heavy == 0 && minors <= 2) || minors == 0) &&
-        band == 0 && whiteFigures(b) <= 1 && !blackManBesideKing(b)) {
+        band == 0 && b.whiteFigures() <= 1 && !blackManBesideKing(b)) {
         // A lone White figure mates an edge king only with its own king near.
         const int moves = (plies + 1) / 2;
         const int kings = distance(b.whiteKing(), b.blackKing());
@@ -126,7 +120,7 @@ bool promotedManMoved(TChessboard& b, TThreadContext& ctx, const TMove& reply) {
                               : SH_DONTLETPROMOTEDFIGUREMOVE;
     if (!(b.m_uHeuristics & flag)) return false;
     // A queen that guards her king is let alone while White has figures to spare.
-    if (queen && !ctx.m_bPromotedStrict && distance(reply.to, b.blackKing()) == 1 && whiteFigures(b) >= 2)
+    if (queen && !ctx.m_bPromotedStrict && distance(reply.to, b.blackKing()) == 1 && b.whiteFigures() >= 2)
         return false;
     return doubtfulUnlessMateInOne(b, ctx, flag);
 }
@@ -214,7 +208,7 @@ bool kingLeftCorner(TChessboard& b, TThreadContext& ctx) {
 bool figuresCapturedRelease(const TChessboard& b, const TThreadContext& ctx) {
     if (!ctx.m_nDynRelaxFiguresCaptured || !ctx.m_pRoot) return false;
     const TChessboard& root = *ctx.m_pRoot;
-    const int captured = whiteFigures(b) - whiteFigures(root) + blackFigures(root) - blackFigures(b);
+    const int captured = b.whiteFigures() - root.whiteFigures() + root.blackFigures() - b.blackFigures();
     return captured >= ctx.m_nDynRelaxFiguresCaptured;
 }
 
@@ -227,7 +221,7 @@ bool deferred(TChessboard& b, TThreadContext& ctx) {
     if (b.m_wFlags2 & FLAGS2_BAND_CHECK_DEFERRED) return plies >= ctx.m_wDeferLimit;
     const bool dynamic = ctx.m_nDynRelaxFiguresCaptured > 0 || ctx.m_bDynRelaxOnAdvancedPawn;
     if (!ctx.m_wDeferMoves || !dynamic) return false;
-    if (ctx.m_bSkipDeferIfBalanceFixed && blackFigures(b) == 0) return false;
+    if (ctx.m_bSkipDeferIfBalanceFixed && b.blackFigures() == 0) return false;
     ctx.m_wDeferLimit = static_cast<uint16_t>(std::max(1, plies - 2 * ctx.m_wDeferMoves));
     b.m_wFlags2 |= FLAGS2_BAND_CHECK_DEFERRED;
     b.m_uHeuristicParams = HeuristicFingerprintOf(b, ctx);
@@ -272,7 +266,7 @@ bool kingLeftBand(TChessboard& b, TThreadContext& ctx, const TMove& reply) {
 // 18. The black king has too many free squares about him.
 bool kingLoose(TChessboard& b, TThreadContext& ctx) {
     int limit = ctx.m_bSurroundedStrict ? SURROUNDED_STRICT_LIMIT : SURROUNDED_LIMIT;
-    if (!ctx.m_bSurroundedStrict && blackFigures(b) == 0 && whiteFigures(b) >= 3) {
+    if (!ctx.m_bSurroundedStrict && b.blackFigures() == 0 && b.whiteFigures() >= 3) {
         const bool captured = b.m_pParent && b.m_pParent->m_pParent &&
                               b.m_pParent->m_pParent->m_aSquares[b.m_pParent->m_LastMove.to] != 0;
         limit = 4 + captured + (distance(b.whiteKing(), b.blackKing()) <= 3);

@@ -14,11 +14,6 @@ constexpr int HEMMED_FREE_SQUARES = 2;
 // White pawns on these rows of Black's: a black pawn this far promotes within two moves.
 constexpr int BLACK_PAWN_NEAR_PROMOTION_ROW = 2;
 
-int figures(const TChessboard& b, bool white) {
-    return white ? b.m_nWhiteQueens + b.m_nWhiteRooks + b.m_nWhiteBishops + b.m_nWhiteKnights
-                 : b.m_nBlackQueens + b.m_nBlackRooks + b.m_nBlackBishops + b.m_nBlackKnights;
-}
-
 bool blackPawnNearPromotion(const TChessboard& b) {
     for (int square = 8; square < 8 * (BLACK_PAWN_NEAR_PROMOTION_ROW + 1); ++square)
         if (b.m_aSquares[square] == BP) return true;
@@ -28,12 +23,12 @@ bool blackPawnNearPromotion(const TChessboard& b) {
 } // namespace
 
 int WhiteMaterial(const TChessboard& b) {
-    return 9 * b.m_nWhiteQueens + 5 * b.m_nWhiteRooks + 3 * (b.m_nWhiteBishops + b.m_nWhiteKnights) +
-           b.m_nWhitePawns;
+    return QUEEN_MATERIAL * b.m_nWhiteQueens + ROOK_MATERIAL * b.m_nWhiteRooks +
+           MINOR_MATERIAL * (b.m_nWhiteBishops + b.m_nWhiteKnights) + PAWN_MATERIAL * b.m_nWhitePawns;
 }
 int BlackMaterial(const TChessboard& b) {
-    return 9 * b.m_nBlackQueens + 5 * b.m_nBlackRooks + 3 * (b.m_nBlackBishops + b.m_nBlackKnights) +
-           b.m_nBlackPawns;
+    return QUEEN_MATERIAL * b.m_nBlackQueens + ROOK_MATERIAL * b.m_nBlackRooks +
+           MINOR_MATERIAL * (b.m_nBlackBishops + b.m_nBlackKnights) + PAWN_MATERIAL * b.m_nBlackPawns;
 }
 
 uint32_t InitialPositionTypeCheck(TChessboard& root, TThreadContext& ctx) {
@@ -42,7 +37,7 @@ uint32_t InitialPositionTypeCheck(TChessboard& root, TThreadContext& ctx) {
     // 3. Every sub-position with few moves left is asked whether a mate still looks possible.
     uint32_t set = SH_3MOVESTOMATE;
     const int men = 2 + root.whiteMenBesideKing() + root.blackMenBesideKing();
-    const int whiteFigures = figures(root, true);
+    const int whiteFigures = root.whiteFigures();
     const int heavy = root.m_nWhiteQueens + root.m_nWhiteRooks;
     ctx.m_nFiguresAtStart = static_cast<uint8_t>(whiteFigures);
     // 4. A miniature: a lone White figure mates only with its king beside.

@@ -17,7 +17,11 @@ constexpr uint32_t POSITION_KING_HEMMED = 8;     // at most two free squares abo
 constexpr uint32_t POSITION_WHITE_STRONGER = 16; // White's material at least twice Black's
 constexpr uint32_t POSITION_BLACK_PAWNS = 32;    // Black can still promote
 
-// Material in the engine's weights: queen 9, rook 5, bishop and knight 3, pawn 1.
+// Material in the engine's weights.
+constexpr int QUEEN_MATERIAL = 9;
+constexpr int ROOK_MATERIAL = 5;
+constexpr int MINOR_MATERIAL = 3;
+constexpr int PAWN_MATERIAL = 1;
 int WhiteMaterial(const TChessboard& position);
 int BlackMaterial(const TChessboard& position);
 
