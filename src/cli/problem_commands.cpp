@@ -183,6 +183,10 @@ const std::vector<std::string>& threatsOf(const SolveResult& result, size_t key)
 const std::string& passOf(const SolveResult& result, size_t key) {
     return result.solutions.at(result.moves[key]).pass;
 }
+// The forcing-moves level of the key's pass, empty when it ran none.
+const std::string& ffmOf(const SolveResult& result, size_t key) {
+    return result.solutions.at(result.moves[key]).ffm;
+}
 
 // What ended or marked the run, behind the verdict.
 std::string runNotes(const SolveResult& result) {
@@ -305,16 +309,21 @@ void printJson(const SolveReport& report) {
     for (size_t i = 0; i < result.moves.size(); ++i)
         passes += (i ? "," : "") + jsonText(result.texts[i]) + ":" + jsonText(passOf(result, i));
     passes += "}";
+    std::string ffm = "{";
+    for (size_t i = 0; i < result.moves.size(); ++i)
+        ffm += (i ? "," : "") + jsonText(result.texts[i]) + ":" +
+               (ffmOf(result, i).empty() ? std::string("null") : jsonText(ffmOf(result, i)));
+    ffm += "}";
     const bool hasAnswer = (report.problem.flags & HasAnswer) != 0;
-    std::printf("{\"id\":%d,\"stipulation\":%s,\"heuristics\":%s,\"keys\":%s,\"threats\":%s,\"pass\":%s,"
-                "\"expected\":%s,"
-                "\"verdict\":\"%s\","
-                "\"time_ms\":%.0f,\"nodes\":%llu}\n",
-                report.problem.id, jsonText(stipulationOf(report.problem)).c_str(),
-                jsonText(result.heuristics).c_str(), jsonList(result.texts).c_str(), threats.c_str(),
-                passes.c_str(), hasAnswer ? jsonList(report.expected).c_str() : "null",
-                verdictName(report.verdict), result.milliseconds,
-                static_cast<unsigned long long>(result.nodes));
+    std::printf(
+        "{\"id\":%d,\"stipulation\":%s,\"heuristics\":%s,\"keys\":%s,\"threats\":%s,\"pass\":%s,\"ffm\":%s,"
+        "\"expected\":%s,"
+        "\"verdict\":\"%s\","
+        "\"time_ms\":%.0f,\"nodes\":%llu}\n",
+        report.problem.id, jsonText(stipulationOf(report.problem)).c_str(),
+        jsonText(result.heuristics).c_str(), jsonList(result.texts).c_str(), threats.c_str(), passes.c_str(),
+        ffm.c_str(), hasAnswer ? jsonList(report.expected).c_str() : "null", verdictName(report.verdict),
+        result.milliseconds, static_cast<unsigned long long>(result.nodes));
 }
 
 // The whole report: a head line, then each key on a line of its own with its
@@ -330,7 +339,11 @@ void printFull(const SolveReport& report) {
         std::printf("    %s\n", result.stopped ? WideToUtf8(AnalysisStoppedText(1)).c_str()
                                                : ("Not found any solutions for " + stipulation).c_str());
     for (size_t i = 0; i < result.moves.size(); ++i) {
-        std::printf("    %s  (pass %s)\n", result.texts[i].c_str(), passOf(result, i).c_str());
+        if (ffmOf(result, i).empty())
+            std::printf("    %s  (pass %s)\n", result.texts[i].c_str(), passOf(result, i).c_str());
+        else
+            std::printf("    %s  (pass %s, forcing moves %s)\n", result.texts[i].c_str(),
+                        passOf(result, i).c_str(), ffmOf(result, i).c_str());
         const std::vector<std::string>& threats = threatsOf(result, i);
         if (!threats.empty())
             std::printf("        %s%s\n", WideToUtf8(ThreatLabel(1)).c_str(), joined(threats).c_str());

@@ -25,6 +25,17 @@ constexpr uint8_t FFM_WITHOUT_OTHERS = 0;
 constexpr uint8_t FFM_WITH_OTHERS = 1;
 constexpr uint8_t FFM_PARTIALLY_WITH_OTHERS = 255;
 
+// Levels of FindForcedMate (m_nFfmLevel): what a White move must do to be
+// tried. A higher level admits more moves.
+constexpr uint8_t FFM_LEVEL_CHECKS = 2;     // checks and a few exceptions
+constexpr uint8_t FFM_LEVEL_MATE1 = 3;      // and threats of mate in one
+constexpr uint8_t FFM_LEVEL_MATE1_WIDE = 4; // and threats of mate in two by checks
+constexpr uint8_t FFM_LEVEL_MATE2 = 5;      // threats of mate in two
+constexpr uint8_t FFM_LEVEL_MATE2_WIDE = 6; // and threats of mate in three by checks
+constexpr uint8_t FFM_LEVEL_MATE3 = 7;
+constexpr uint8_t FFM_LEVEL_MATE4 = 8;
+constexpr uint8_t FFM_LEVEL_MAX = 9; // threats of mate in five
+
 struct TSpecialHeuristicsParams {
     // The edge and band bets.
     uint8_t m_bKingMoveStrict = 1;

@@ -51,7 +51,15 @@ struct TThreadContext : TSpecialHeuristicsParams {
     // inside another.
     uint8_t m_nFallbackDepth = 0;
 
+    // A forcing-moves run is going on: the steps take the candidates of m_nFfmLevel.
     bool m_bForcedMate = false;
+    // The run's two sets: the one it starts with (FindForcedMate alone, unless
+    // the other heuristics count all through) and the whole set, which takes
+    // over at this many plies left and below (0: never).
+    uint32_t m_uFfmAloneWord = 0;
+    uint32_t m_uFfmFullWord = 0;
+    uint32_t m_uFfmFullParams = 0;
+    uint16_t m_shFfmOthersFromPlies = 0;
     uint16_t m_shAdditionalMoves = 0;
     bool m_bQuickerMateFound = false;
     // Set by a White step that returns mate: whether its mating move took on

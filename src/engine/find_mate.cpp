@@ -6,6 +6,7 @@
 #include "core/square_sets.h"
 #include "core/thread_context.h"
 #include "engine/command_poll.h"
+#include "engine/ffm_candidates.h"
 #include "engine/heuristic_bits.h"
 #include "engine/heuristic_tests.h"
 #include "engine/heuristics_catalogue.h"
@@ -86,6 +87,13 @@ template <class Config> int8_t Steps<Config>::whiteStep(TChessboard& b, bool bPr
     const int n = b.m_shPliesLeft;
     const int pliesDone = b.m_shPliesTotal - n;
 
+    // A forcing-moves run that started on its own lets the other bets in near the end of the line.
+    if constexpr (Config::kForcedMate) {
+        if (n <= ctx.m_shFfmOthersFromPlies && b.m_uHeuristics == ctx.m_uFfmAloneWord) {
+            b.m_uHeuristics = ctx.m_uFfmFullWord;
+            b.m_uHeuristicParams = ctx.m_uFfmFullParams;
+        }
+    }
     // 1. The tables of the global register.
     if constexpr (Config::kGlobalRegister) {
         if (b.m_wFlags & FLAG_GLOBAL_REGISTER) {
@@ -133,11 +141,24 @@ template <class Config> int8_t Steps<Config>::whiteStep(TChessboard& b, bool bPr
     // that a mate by the first men costs no generation of the rest; in check
     // the evasions; deep down all moves at once, ordered.
     MoveBuffer moves;
-    const bool incremental = b.m_cWhiteChecker < 0 && incrementalStages(b, n);
+    const bool incremental = !Config::kForcedMate && b.m_cWhiteChecker < 0 && incrementalStages(b, n);
     int count = 0;
     int nextSquare = 0;
     int firstMan = -1;
-    if (!incremental) {
+    // In a forcing-moves run: whether a legal move was left out, and whether
+    // the level's threats were shortened to the plies left.
+    [[maybe_unused]] bool ffmPartial = false, ffmDepthCut = false;
+    if constexpr (Config::kForcedMate) {
+        const FfmList ffm =
+            BuildFfmCandidates(b, ctx.m_nFfmLevel, ctx.m_bFfmAddCaptures != 0, ctx.m_aStrongMove[n], moves);
+        count = ffm.count;
+        ffmPartial = !ffm.complete;
+        ffmDepthCut = ffm.depthCut;
+        if (count == 0 && ffmPartial) {
+            ctx.m_nDoubtfulReason = FFM_DOUBTFUL_REASON;
+            return RESULT_DOUBTFUL;
+        }
+    } else if (!incremental) {
         count = GenerateWhiteMovesOrEvasions(b, moves);
         if constexpr (Config::kOrdering) {
             WhiteSortOutcome sorted;
@@ -219,8 +240,11 @@ template <class Config> int8_t Steps<Config>::whiteStep(TChessboard& b, bool bPr
         }
     }
 
-    // 10. Verdict.
+    // 10. Verdict. A forcing-moves node that left moves out proves no absence of mate.
     if (job.StopMeant(ctx.m_shThreadId)) return RESULT_NO_MATE;
+    if constexpr (Config::kForcedMate) {
+        if (ffmPartial) ++doubtful;
+    }
     int8_t verdict;
     if (!job.m_bSafeMode) {
         verdict = repetitions ? RESULT_REPETITION : doubtful ? RESULT_DOUBTFUL : RESULT_NO_MATE;
@@ -240,6 +264,9 @@ template <class Config> int8_t Steps<Config>::whiteStep(TChessboard& b, bool bPr
             else if (doubtful && (!job.m_bSafeMode || b.m_uHeuristics))
                 search_hooks::StoreTemporaryRegister<Config>(b, RESULT_DOUBTFUL);
         }
+    }
+    if constexpr (Config::kForcedMate) {
+        if (ffmPartial && ffmDepthCut && verdict == RESULT_DOUBTFUL) return RESULT_FFM_DEPTH_END;
     }
     return verdict;
 }
@@ -335,7 +362,11 @@ template <class Config> int8_t Steps<Config>::blackStep(TChessboard& b) {
                     probeInWhiteStep = false;
                 }
             }
-            const int8_t result = whiteStep(child, probeInWhiteStep);
+            int8_t result = whiteStep(child, probeInWhiteStep);
+            // The end of a forcing run's depth is a doubt like any other.
+            if constexpr (Config::kForcedMate) {
+                if (result == RESULT_FFM_DEPTH_END) result = RESULT_DOUBTFUL;
+            }
             // 6. One refutation or one doubt settles the node.
             if (result == RESULT_NO_MATE || result == RESULT_DOUBTFUL || result == RESULT_REFUTED_EARLY) {
                 if constexpr (Config::kOrdering) ctx.m_aStrongMove[n] = moves[i];
@@ -367,7 +398,11 @@ template <class Config> int8_t Steps<Config>::blackStep(TChessboard& b) {
 } // namespace
 
 // The configuration is chosen once, at the entry: the steps below it test nothing for it.
-template <class Search> auto dispatch(const SolveJob& job, Search&& search) {
+template <class Search> auto dispatch(const TThreadContext& ctx, Search&& search) {
+    const SolveJob& job = *ctx.m_pJob;
+    if (ctx.m_bForcedMate)
+        return job.m_pRegister ? search(Steps<ForcedMateRegisterSearch>{})
+                               : search(Steps<ForcedMateSearch>{});
     if (job.m_bHeuristics && job.m_bMoveOrdering)
         return job.m_pRegister ? search(Steps<OrderedRegisterHeuristicSearch>{})
                                : search(Steps<OrderedHeuristicSearch>{});
@@ -376,11 +411,13 @@ template <class Search> auto dispatch(const SolveJob& job, Search&& search) {
     return job.m_bMoveOrdering ? search(Steps<OrderedSearch>{}) : search(Steps<PlainSearch>{});
 }
 int8_t FindMate(TChessboard& position, bool bProbe) {
-    return dispatch(*position.m_pThread->m_pJob,
-                    [&](auto steps) { return steps.whiteStep(position, bProbe); });
+    return dispatch(*position.m_pThread, [&](auto steps) { return steps.whiteStep(position, bProbe); });
 }
 int8_t FindMateBlackStep(TChessboard& position) {
-    return dispatch(*position.m_pThread->m_pJob, [&](auto steps) { return steps.blackStep(position); });
+    return dispatch(*position.m_pThread, [&](auto steps) { return steps.blackStep(position); });
+}
+int8_t FindMateWithoutBets(TChessboard& position) {
+    return Steps<OrderedSearch>::whiteStep(position, false);
 }
 
 } // namespace zorvane

@@ -18,5 +18,8 @@ namespace zorvane {
 int8_t FindMate(TChessboard& position, bool bProbe);
 // Black to move: do all of Black's replies lose within m_shPliesLeft plies?
 int8_t FindMateBlackStep(TChessboard& position);
+// White to move: the ordered search without register and without bets, whatever
+// the solve uses. The threat tests of the forcing-moves run ask it.
+int8_t FindMateWithoutBets(TChessboard& position);
 
 } // namespace zorvane

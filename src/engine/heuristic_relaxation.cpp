@@ -29,13 +29,6 @@ constexpr SquareSet CENTRE_RING = 0x00003C24243C0000ULL; // c3-f3, c4, f4, c5, f
 constexpr int SURROUNDED_FREE_BELOW = 3;
 constexpr int SURROUNDED_MIN_MEN = 5;
 constexpr int SURROUNDED_KINGS_NEAR = 3;
-// FindForcedMate levels (the dialog's #1, #1+, #2, #2+).
-constexpr uint8_t FFM_LEVEL_CHECKS = 2;
-constexpr uint8_t FFM_LEVEL_MATE1 = 3;
-constexpr uint8_t FFM_LEVEL_MATE1_WIDE = 4;
-constexpr uint8_t FFM_LEVEL_MATE2 = 5;
-constexpr uint8_t FFM_LEVEL_MATE2_WIDE = 6;
-constexpr uint8_t FFM_LEVEL_MAX = 9;
 // A problem this short takes #2+ after #2 even without a white queen.
 constexpr int FFM_SHORT_PROBLEM_PLIES = 22;
 // The custom sequence of levels is offered to a king with at most this many free squares.
@@ -641,6 +634,14 @@ int Relaxation::run() {
 }
 
 } // namespace
+
+void ParkForcedMateForPreliminaryPass(TChessboard& root, TSpecialHeuristicsParams& params) {
+    if (!params.m_bFfmPreliminary || !(root.m_uHeuristics & SH_FINDFORCEDMATE)) return;
+    params.m_uFfmSavedHeuristics = root.m_uHeuristics;
+    root.m_uHeuristics =
+        (root.m_uHeuristics & ~(SH_ASSERTBLACKKINGSURROUNDED | SH_KEEPKINGONTHEEDGE | SH_FINDFORCEDMATE)) |
+        SH_KEEPKINGWITHINEXTEDGE;
+}
 
 uint64_t SystemTicks() {
     using namespace std::chrono;

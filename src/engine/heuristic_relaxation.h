@@ -52,6 +52,12 @@ constexpr uint64_t TIME_RELAXATION_REPORT_TO_MS = 1200;
 int TryRelaxSpecialHeuristics(TChessboard& root, TThreadContext& ctx, SolveWideHeuristicParams& solveWide,
                               HeuristicPassTimes& times, const RelaxationHooks& hooks);
 
+// A forcing-moves run announced with a preliminary pass (m_bFfmPreliminary)
+// parks its set in m_uFfmSavedHeuristics and starts with the band rule
+// alone: the edge and surrounding bets and the run itself wait for the first
+// relaxation, which puts the set back. No change for another set.
+void ParkForcedMateForPreliminaryPass(TChessboard& root, TSpecialHeuristicsParams& params);
+
 // The time at which pass index `passIndex` was first finished: the first
 // caller writes `now`, every later caller gets that value. Under the spin
 // counter, since threads finish their passes independently.

@@ -112,9 +112,7 @@ void appendCommonTail(std::string& text, const TSpecialHeuristicsParams& p, bool
 }
 
 std::string ffmText(const TSpecialHeuristicsParams& p) {
-    std::string text;
-    for (const FfmLevelName& level : FFM_LEVEL_NAMES)
-        if (level.level == p.m_nFfmLevel) text = level.name;
+    std::string text(FfmLevelText(p.m_nFfmLevel));
     if (p.m_bFfmPreliminary) (text += '-') += FFM_PRELIMINARY;
     if (p.m_bFfmCustom) (text += '-') += FFM_CUSTOM;
     return text;
@@ -593,6 +591,12 @@ class OptionsReader {
 };
 
 } // namespace
+
+std::string_view FfmLevelText(uint8_t level) {
+    for (const FfmLevelName& name : FFM_LEVEL_NAMES)
+        if (name.level == level) return name.name;
+    return {};
+}
 
 const char* GetSpecialHeuristicName(uint32_t flag) {
     if (!isSingleBit(flag)) return NO_NAME;

@@ -14,11 +14,15 @@
 #include <cstdint>
 #include <map>
 #include <string>
+#include <string_view>
 
 namespace zorvane {
 
 // The name of one bit; "..." for 0, several bits or a bit without a name.
 const char* GetSpecialHeuristicName(uint32_t flag);
+
+// The name of a FindForcedMate level ("CheckOnly", "#1", "#1+", ... "#5"); empty for another value.
+std::string_view FfmLevelText(uint8_t level);
 
 // The text of one flag's parameters ("STRICT,C2", "A1-C3", "#2-Custom"...),
 // empty when the flag has none or is no single named bit.

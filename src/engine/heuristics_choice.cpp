@@ -1,5 +1,9 @@
 #include "engine/heuristics_choice.h"
 
+#include "core/make_move.h"
+#include "core/movegen.h"
+#include "core/thread_context.h"
+#include "engine/ffm_candidates.h"
 #include "engine/heuristic_bits.h"
 #include "engine/impossibility.h"
 
@@ -13,6 +17,57 @@ constexpr int MINIATURE_MEN = 8;
 constexpr int HEMMED_FREE_SQUARES = 2;
 // White pawns on these rows of Black's: a black pawn this far promotes within two moves.
 constexpr int BLACK_PAWN_NEAR_PROMOTION_ROW = 2;
+
+// Forcing moves are worth a run from this many plies on.
+constexpr int FFM_MIN_PLIES = 11;
+// From this many plies on a forcing run is preceded by a pass with the band rule.
+constexpr int FFM_PRELIMINARY_PLIES = 61;
+constexpr int FFM_KINGS_APART = 2;
+constexpr int FFM_FEW_FIGURES = 3;
+
+// How White can force play in the root: 0 not at all, 1 by checks or threats
+// of mate in one, 2 by a threat of mate in one against a king with little room.
+int forcingPlay(TChessboard& root, int freeSquares) {
+    TMove moves[MAX_MOVES];
+    const int count = GenerateWhiteMovesOrEvasions(root, moves);
+    TChessboard& child = root.m_pThread->m_aBoards[root.m_shPliesLeft];
+    int form = 0;
+    for (int i = 0; i < count; ++i) {
+        CopyToChild(child, root);
+        if (!MakeWhiteMove(child, moves[i])) continue;
+        if (child.m_cBlackChecker >= 0) {
+            form = 1;
+        } else if (ThreatensMate(child, 1, false)) {
+            if (freeSquares < HEMMED_FREE_SQUARES + 1) return 2;
+            form = 1;
+        }
+    }
+    return form;
+}
+
+// The forcing-moves run of the automatic choice: level #1, with the other
+// bets all through where the king is hemmed in, and as many further levels as
+// the material promises.
+void chooseForcedMate(TChessboard& root, TThreadContext& ctx, uint32_t& set, int free) {
+    const int form = forcingPlay(root, free);
+    if (form == 0) return;
+    set |= SH_FINDFORCEDMATE;
+    ctx.m_nFfmLevel = ctx.m_nFfmStartLevel = FFM_LEVEL_MATE1;
+    if (form == 2) ctx.m_nFfmWithOthers = FFM_WITH_OTHERS;
+    const int white = WhiteMaterial(root), black = BlackMaterial(root);
+    const int figures = root.whiteFigures();
+    const int kings = distance(root.whiteKing(), root.blackKing());
+    if (2 * white > black && 3 * white >= 2 * black && figures < FFM_FEW_FIGURES && kings == FFM_KINGS_APART)
+        ctx.m_nFfmRelaxations = 2;
+    else if (root.m_nWhiteQueens + root.m_nWhiteRooks == 0 && kings == FFM_KINGS_APART &&
+             2 * black > 5 * white && free > 0)
+        ctx.m_nFfmRelaxations = 3;
+    else if (figures == 1 && kings > FFM_KINGS_APART)
+        ctx.m_nFfmRelaxations = 1;
+    if (root.m_shPliesLeft >= FFM_PRELIMINARY_PLIES && ctx.m_nFfmWithOthers == FFM_PARTIALLY_WITH_OTHERS &&
+        root.edgeLevel() < 2)
+        ctx.m_bFfmPreliminary = 1;
+}
 
 bool blackPawnNearPromotion(const TChessboard& b) {
     for (int square = 8; square < 8 * (BLACK_PAWN_NEAR_PROMOTION_ROW + 1); ++square)
@@ -47,6 +102,9 @@ uint32_t InitialPositionTypeCheck(TChessboard& root, TThreadContext& ctx) {
         root.m_uHeuristics = set;
         return type;
     }
+    // 5. A long problem where White can force play: a forcing-moves run first.
+    const int free = CountFreeKingSquares(root);
+    if (root.m_shPliesLeft >= FFM_MIN_PLIES) chooseForcedMate(root, ctx, set, free);
     // 6. An overwhelming White keeps its figures.
     const int white = WhiteMaterial(root), black = BlackMaterial(root);
     if (white >= 2 * black) type |= POSITION_WHITE_STRONGER;
@@ -59,7 +117,6 @@ uint32_t InitialPositionTypeCheck(TChessboard& root, TThreadContext& ctx) {
     }
     // 9. The black king's room: kept on the edge, in the band beside it, or hemmed in.
     const int band = root.edgeLevel();
-    const int free = CountFreeKingSquares(root);
     if (free <= HEMMED_FREE_SQUARES) type |= POSITION_KING_HEMMED;
     if (band == 0) {
         type |= POSITION_KING_ON_EDGE;

@@ -18,6 +18,7 @@ struct PlainSearch {
     static constexpr bool kOrdering = false;
     static constexpr bool kHeuristics = false;
     static constexpr bool kLevels = false;
+    static constexpr bool kForcedMate = false;
 };
 
 // The proof search with the problem's temporary register: proven mates and
@@ -44,6 +45,16 @@ struct OrderedHeuristicSearch : OrderedSearch {
 };
 struct OrderedRegisterHeuristicSearch : OrderedRegisterSearch {
     static constexpr bool kHeuristics = true;
+};
+
+// The forcing-moves run (FindForcedMate): White tries only the candidates of
+// the level in force, and a node that left a legal move out proves nothing.
+// It is a pass of the heuristics, so it bets as they do.
+struct ForcedMateSearch : OrderedHeuristicSearch {
+    static constexpr bool kForcedMate = true;
+};
+struct ForcedMateRegisterSearch : OrderedRegisterHeuristicSearch {
+    static constexpr bool kForcedMate = true;
 };
 
 // Hooks filled in by the subsystems that provide them; declared here so that

@@ -8,6 +8,7 @@
 #include "core/thread_context.h"
 #include "engine/command_poll.h"
 #include "engine/find_mate.h"
+#include "engine/find_forced_mate.h"
 #include "engine/heuristic_relaxation.h"
 #include "engine/heuristics_catalogue.h"
 #include "engine/heuristics_choice.h"
@@ -109,6 +110,7 @@ void chooseHeuristics(SolveJob& job, TThreadContext& ctx, TChessboard& root, con
         ctx.m_bPass2 = options.passWithoutHeuristics;
         // The problem's own options set and override what the choice made.
         ApplyHeuristicOptions(job.problem.heuristicOptions, root, ctx, job.m_solveWideHeuristics);
+        ParkForcedMateForPreliminaryPass(root, ctx);
         root.m_uHeuristicParams = CalcHeuristicParams(root, ctx, root, 0);
     }
     job.m_bHeuristics = root.m_uHeuristics != 0;
@@ -193,6 +195,8 @@ void noteSolution(Run& run, const TChessboard& root, const TMove& move, int plac
     if (result.solutions.count(move)) return;
     result.solutions[move].plies = plies;
     result.solutions[move].pass = PassName(pass, run.relaxations);
+    if (pass == 1 && (root.m_uHeuristics & SH_FINDFORCEDMATE) && plies >= FFM_MIN_ROOT_PLIES)
+        result.solutions[move].ffm = FfmLevelText(run.ctx.m_nFfmLevel);
     result.moves.push_back(move);
     result.texts.push_back(text);
     result.keyPositions.push_back(place);
@@ -327,7 +331,8 @@ int passLoop(Run& run, TChessboard& root, int plies, std::vector<TMove>& found) 
             if (pass == 0) {
                 answer = screenedMate(run, child, false) ? RESULT_MATE : RESULT_DOUBTFUL;
             } else {
-                answer = FindMateBlackStep(child);
+                const bool forcing = (root.m_uHeuristics & SH_FINDFORCEDMATE) && plies >= FFM_MIN_ROOT_PLIES;
+                answer = forcing ? FindForcedMate(child) : FindMateBlackStep(child);
                 if (job.StopMeant(ctx.m_shThreadId)) {
                     run.result.stopped = true;
                     return finish(found.size() > foundBefore ? 1 : 0);

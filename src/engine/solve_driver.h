@@ -63,6 +63,7 @@ struct MoveKeyLess {
 struct SolutionEntry {
     int plies = 0;                    // the depth at which the move was proved
     std::string pass;                 // the pass that proved it (PassName)
+    std::string ffm;                  // the forcing-moves level of that pass (FfmLevelText); empty for none
     std::vector<std::string> threats; // White's threats after the key, long notation
 };
 
