@@ -3,7 +3,9 @@
 #include "cli/commands.h"
 #include "engine/solve_benchmark.h"
 
+#include <algorithm>
 #include <cstdio>
+#include <map>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -27,16 +29,23 @@ int runLongBench(const BenchOptions& options) {
     settings.corpusPath = options.corpus;
     int proven = 0, total = 0;
     double provenMs = 0;
+    std::vector<double> provenTimes;
+    std::map<int, std::pair<int, int>> byMoves; // n -> proven, lines
     try {
         RunLongBenchmark(settings, [&](const LongMateRun& run) {
             ++total;
+            ++byMoves[run.moves].second;
             if (run.proven) {
                 ++proven;
+                ++byMoves[run.moves].first;
                 provenMs += run.milliseconds;
+                provenTimes.push_back(run.milliseconds);
             }
-            std::printf("%-24s #%-3d %-10s %9.0f ms %14llu nodes  %s\n", run.name.c_str(), run.moves,
+            std::string how;
+            if (run.proven) how = "pass " + run.pass + (run.ffm.empty() ? "" : ", forcing moves " + run.ffm);
+            std::printf("%-24s #%-3d %-10s %9.0f ms %14llu nodes  %-12s %s\n", run.name.c_str(), run.moves,
                         run.proven ? "proven" : "not proven", run.milliseconds,
-                        static_cast<unsigned long long>(run.nodes), run.key.c_str());
+                        static_cast<unsigned long long>(run.nodes), run.key.c_str(), how.c_str());
             std::fflush(stdout);
         });
     } catch (const std::exception& e) {
@@ -45,6 +54,18 @@ int runLongBench(const BenchOptions& options) {
     }
     std::printf("Proven: %d of %d within %.0f s each; time of the proven: %.0f ms\n", proven, total,
                 settings.capSeconds, provenMs);
+    if (!provenTimes.empty()) {
+        std::sort(provenTimes.begin(), provenTimes.end());
+        const size_t middle = provenTimes.size() / 2;
+        const double median = provenTimes.size() % 2 ? provenTimes[middle]
+                                                     : (provenTimes[middle - 1] + provenTimes[middle]) / 2;
+        std::printf("Median time of the proven: %.0f ms\n", median);
+    }
+    // Proven lines by length, one mark a line: # proven, . not.
+    for (const auto& [moves, count] : byMoves)
+        std::printf("#%-3d %2d/%-2d %s%s\n", moves, count.first, count.second,
+                    std::string(count.first, '#').c_str(),
+                    std::string(count.second - count.first, '.').c_str());
     return 0;
 }
 
@@ -99,6 +120,14 @@ Runner AddBenchCommand(CLI::App& app) {
     bench
         ->add_option("--max-moves", options->longSettings.epdMaxMoves,
                      "With --long: the lines of the list up to this many moves")
+        ->check(CLI::Range(1, 255));
+    bench
+        ->add_option("--min-moves", options->longSettings.epdMinMoves,
+                     "With --long: the lines of the list from this many moves")
+        ->check(CLI::Range(1, 255));
+    bench
+        ->add_option("--every", options->longSettings.epdEvery,
+                     "With --long: of the lines in range, the first and every N-th after it")
         ->check(CLI::Range(1, 255));
     bench
         ->add_option("--cap", options->longSettings.capSeconds,

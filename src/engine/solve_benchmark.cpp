@@ -64,7 +64,12 @@ LongMateRun firstKeyWithin(TChessProblem& problem, const LongBenchmarkSettings& 
     LongMateRun run;
     run.moves = problem.stipulationMoves();
     run.proven = !result.moves.empty();
-    if (run.proven) run.key = result.texts.front();
+    if (run.proven) {
+        run.key = result.texts.front();
+        const SolutionEntry& entry = result.solutions.at(result.moves.front());
+        run.pass = entry.pass;
+        run.ffm = entry.ffm;
+    }
     run.milliseconds = result.milliseconds;
     run.nodes = result.nodes;
     return run;
@@ -91,8 +96,10 @@ std::vector<LongMateRun> RunLongBenchmark(const LongBenchmarkSettings& settings,
         }
     }
     if (!settings.epdPath.empty()) {
+        int inRange = 0;
         for (const EpdMate& mate : LoadEpdMates(settings.epdPath)) {
-            if (mate.moves > settings.epdMaxMoves) continue;
+            if (mate.moves < settings.epdMinMoves || mate.moves > settings.epdMaxMoves) continue;
+            if (inRange++ % std::max(settings.epdEvery, 1)) continue;
             TChessProblem problem;
             problem.startPosition = mate.position;
             SetStipulation(problem, mate.moves);

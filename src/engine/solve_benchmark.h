@@ -55,6 +55,8 @@ struct LongMateRun {
     int moves = 0;
     bool proven = false; // a key was found within the cap
     std::string key;     // its long notation
+    std::string pass;    // the pass that proved it (1, 1b, ..., 2)
+    std::string ffm;     // the forcing-moves level of that pass, empty for none
     double milliseconds = 0;
     uint64_t nodes = 0;
 };
@@ -63,8 +65,10 @@ struct LongBenchmarkSettings {
     std::string corpusPath; // its direct mates of corpusMinMoves..corpusMaxMoves; empty: none
     int corpusMinMoves = 6;
     int corpusMaxMoves = 8;
-    std::string epdPath; // its lines up to epdMaxMoves; empty: none
+    std::string epdPath; // its lines of epdMinMoves..epdMaxMoves; empty: none
+    int epdMinMoves = 1;
     int epdMaxMoves = 16;
+    int epdEvery = 1; // of the lines in range, the first and then every epdEvery-th
     double capSeconds = 60;
     bool heuristics = true; // the automatic set; off to compare with the search without bets
 };
