@@ -239,6 +239,15 @@ TEST(FfmRules, BoxTakesTheLastFreeSquaresFromAStrongerWhite) {
     EXPECT_FALSE(candidatesOf("rr5k/p7/3Q4/8/8/8/8/2K5 w - - 0 1", FFM_LEVEL_CHECKS).has(mv("d6", "g6")));
 }
 
+TEST(FfmRules, BoxTakesNothingFromAKingWithoutFreeSquares) {
+    // The king in his corner has no square left: nothing is taken by a quiet
+    // move, which must check or threaten to be tried.
+    const Candidates c = candidatesOf("6bk/6pp/8/8/8/8/8/Q1K5 w - - 0 1", FFM_LEVEL_CHECKS);
+    EXPECT_FALSE(c.list.complete);
+    EXPECT_FALSE(c.has(mv("c1", "d2")));
+    EXPECT_TRUE(std::none_of(c.rules.begin(), c.rules.end(), [](FfmRule r) { return r == FfmRule::Box; }));
+}
+
 TEST(FfmRules, ProposedKingStepTakesTheProposedApproachToTwoSquares) {
     const char* fen = "4k3/7p/8/2K5/8/8/8/2B5 w - - 0 1";
     const Candidates c = candidatesOf(fen, FFM_LEVEL_CHECKS, mv("c5", "d6"));
@@ -346,6 +355,11 @@ TEST(FfmList, DepthCutWhenThePliesLeftAreTooFewForTheLevelsThreat) {
     EXPECT_FALSE(candidatesOf(fen, FFM_LEVEL_MAX, {}, false, 11).list.depthCut);
     // Checks need no threat, so nothing is cut.
     EXPECT_FALSE(candidatesOf(fen, FFM_LEVEL_CHECKS, {}, false, 3).list.depthCut);
+    // A wide level is cut where its mate by checks no longer fits.
+    EXPECT_TRUE(candidatesOf(fen, FFM_LEVEL_MATE1_WIDE, {}, false, 3).list.depthCut);
+    EXPECT_FALSE(candidatesOf(fen, FFM_LEVEL_MATE1_WIDE, {}, false, 5).list.depthCut);
+    EXPECT_TRUE(candidatesOf(fen, FFM_LEVEL_MATE2_WIDE, {}, false, 5).list.depthCut);
+    EXPECT_FALSE(candidatesOf(fen, FFM_LEVEL_MATE2_WIDE, {}, false, 7).list.depthCut);
     // The cut threat is the one that fits: Kc6 threatens mate in two, not in one.
     EXPECT_FALSE(candidatesOf(fen, FFM_LEVEL_MATE2, {}, false, 3).has(mv("d6", "c6")));
     EXPECT_TRUE(candidatesOf(fen, FFM_LEVEL_MATE2, {}, false, 5).has(mv("d6", "c6")));

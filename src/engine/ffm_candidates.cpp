@@ -134,9 +134,9 @@ FfmList BuildFfmCandidates(TChessboard& b, uint8_t level, bool addCaptures, cons
     // reply, then the mate.
     const int levelThreat = FfmThreatMoves(level);
     const int threat = std::min(levelThreat, (n - 1) / 2);
-    list.depthCut = threat < levelThreat;
     const bool wide = level == FFM_LEVEL_MATE1_WIDE || level == FFM_LEVEL_MATE2_WIDE;
     const bool wideFits = wide && 2 * threat + 3 <= n;
+    list.depthCut = threat < levelThreat || (wide && !wideFits);
     const bool capturesBesideKing = addCaptures && level >= FFM_LEVEL_MATE2;
     int queenSquare = -1;
     if (b.m_nBlackQueens == 1 && b.m_nBlackRooks == 0) queenSquare = FindSquare(b, BQ);
@@ -172,7 +172,8 @@ FfmList BuildFfmCandidates(TChessboard& b, uint8_t level, bool addCaptures, cons
             rule = FfmRule::RookMove;
         } else if (move.from == queenTaker) {
             rule = FfmRule::AfterQueenCapture;
-        } else if (n >= BOX_MIN_PLIES && whiteStronger && CountFreeKingSquares(child) <= (taken ? 1 : 0)) {
+        } else if (n >= BOX_MIN_PLIES && whiteStronger && freeBefore > 0 &&
+                   CountFreeKingSquares(child) <= (taken ? 1 : 0)) {
             rule = FfmRule::Box;
         } else if (move == proposed && man == WK && distance(move.from, blackKing) > KING_APPROACH_DISTANCE &&
                    distance(move.to, blackKing) == KING_APPROACH_DISTANCE) {

@@ -36,6 +36,8 @@ int FfmThreatMoves(uint8_t level);
 // Whether `afterWhiteMove` (Black to move, not in check) threatens mate: with
 // Black passing, White mates within `moves` moves. With `byChecks`, a mate
 // within one move more by checks alone counts too: the wider forms of a level.
+// The search runs in the thread's board slots below the position's plies
+// left, so these must exceed the threat's plies (2 * moves + 1 with byChecks).
 bool ThreatensMate(const TChessboard& afterWhiteMove, int moves, bool byChecks);
 
 struct FfmList {
