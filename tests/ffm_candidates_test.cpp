@@ -239,13 +239,15 @@ TEST(FfmRules, BoxTakesTheLastFreeSquaresFromAStrongerWhite) {
     EXPECT_FALSE(candidatesOf("rr5k/p7/3Q4/8/8/8/8/2K5 w - - 0 1", FFM_LEVEL_CHECKS).has(mv("d6", "g6")));
 }
 
-TEST(FfmRules, BoxTakesNothingFromAKingWithoutFreeSquares) {
-    // The king in his corner has no square left: nothing is taken by a quiet
-    // move, which must check or threaten to be tried.
+TEST(FfmRules, BoxKeepsEveryMoveThatLeavesAWalledInKingWalledIn) {
+    // The king in his corner has no square: a stronger White may wait, as a
+    // mate of a walled-in king often needs a quiet move.
     const Candidates c = candidatesOf("6bk/6pp/8/8/8/8/8/Q1K5 w - - 0 1", FFM_LEVEL_CHECKS);
-    EXPECT_FALSE(c.list.complete);
-    EXPECT_FALSE(c.has(mv("c1", "d2")));
-    EXPECT_TRUE(std::none_of(c.rules.begin(), c.rules.end(), [](FfmRule r) { return r == FfmRule::Box; }));
+    EXPECT_EQ(c.ruleOf(mv("c1", "d2")), FfmRule::Box);
+    EXPECT_TRUE(c.list.complete);
+    // With material even, waiting is no forcing move.
+    const Candidates even = candidatesOf("6bk/6pp/8/8/8/8/8/B1K5 w - - 0 1", FFM_LEVEL_CHECKS);
+    EXPECT_FALSE(even.has(mv("c1", "d2")));
 }
 
 TEST(FfmRules, ProposedKingStepTakesTheProposedApproachToTwoSquares) {

@@ -172,8 +172,7 @@ FfmList BuildFfmCandidates(TChessboard& b, uint8_t level, bool addCaptures, cons
             rule = FfmRule::RookMove;
         } else if (move.from == queenTaker) {
             rule = FfmRule::AfterQueenCapture;
-        } else if (n >= BOX_MIN_PLIES && whiteStronger && freeBefore > 0 &&
-                   CountFreeKingSquares(child) <= (taken ? 1 : 0)) {
+        } else if (n >= BOX_MIN_PLIES && whiteStronger && CountFreeKingSquares(child) <= (taken ? 1 : 0)) {
             rule = FfmRule::Box;
         } else if (move == proposed && man == WK && distance(move.from, blackKing) > KING_APPROACH_DISTANCE &&
                    distance(move.to, blackKing) == KING_APPROACH_DISTANCE) {

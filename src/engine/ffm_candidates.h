@@ -24,7 +24,7 @@ enum class FfmRule : uint8_t {
     AtLoneQueen,       // at a lone black queen: her capture or an attack on her
     RookMove,          // the white rooks' moves
     AfterQueenCapture, // the moves of the man that has just taken the black queen
-    Box,               // a stronger White takes the last free squares of the black king
+    Box,               // a stronger White leaves the black king no free square (one after a capture)
     ProposedKingStep,  // the proposed move: the white king coming to two squares of the black one
     QueenMove,         // with two white queens or more: their moves
     SeventhRankPawn,   // White's pawns on the seventh rank
