@@ -108,6 +108,12 @@ TEST(FindForcedMate, TheFormsSplitTheSet) {
     EXPECT_EQ(partly.root.ctx.m_uFfmFullWord, word);
     EXPECT_EQ(partly.root.ctx.m_shFfmOthersFromPlies, 5);
     EXPECT_EQ(partly.last().m_uHeuristics, word);
+    // A custom sequence of levels bets with the others whatever the form says.
+    AfterKey custom("8/8/8/4k3/8/8/1R6/R6K w - - 0 1", 11, FFM_LEVEL_CHECKS, mv("a1", "a5"), word);
+    custom.root.ctx.m_nFfmWithOthers = FFM_WITHOUT_OTHERS;
+    custom.root.ctx.m_bFfmCustom = 1;
+    FindForcedMate(custom.last());
+    EXPECT_EQ(custom.root.ctx.m_uFfmAloneWord, word);
 }
 
 TEST(FindForcedMate, QueenAndBishopAgainstAnEdgeKingBetOnSurroundingHim) {

@@ -34,8 +34,10 @@ ForcedMateOutcome FindForcedMate(TChessboard& afterRootMove, uint64_t nodeBudget
     ctx.m_uFfmFullParams = HeuristicFingerprintOf(afterRootMove, ctx);
     // "No": the run alone all through; "Partially": alone for the first half
     // of the line, then with the others.
+    // A custom sequence of levels always bets with the others.
     ctx.m_shFfmOthersFromPlies = 0;
-    if (ctx.m_nFfmWithOthers != FFM_WITH_OTHERS) {
+    const bool withOthers = ctx.m_nFfmWithOthers == FFM_WITH_OTHERS || ctx.m_bFfmCustom;
+    if (!withOthers) {
         afterRootMove.m_uHeuristics = SH_FINDFORCEDMATE;
         afterRootMove.m_uHeuristicParams = HeuristicFingerprintOf(afterRootMove, ctx);
         if (ctx.m_nFfmWithOthers == FFM_PARTIALLY_WITH_OTHERS)
