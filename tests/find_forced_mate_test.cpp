@@ -7,8 +7,6 @@
 #include "engine/find_mate.h"
 #include "engine/heuristic_bits.h"
 #include "engine/heuristics_catalogue.h"
-#include "registers/aggregated_register.h"
-#include "register_test_items.h"
 #include "test_line.h"
 #include "test_squares.h"
 
@@ -47,7 +45,7 @@ TEST(FindForcedMate, TwoRooksMateByTheirMovesAndChecks) {
     // The rook roller: every White move of the mate is a check.
     // Rb2-g2 cuts the king off; the rook moves and the checks do the rest.
     AfterKey after("8/8/8/7k/8/R7/1R6/2K5 w - - 0 1", 7, FFM_LEVEL_CHECKS, mv("b2", "g2"));
-    EXPECT_EQ(FindForcedMate(after.last()).result, RESULT_MATE);
+    EXPECT_EQ(FindForcedMate(after.last()), RESULT_MATE);
     // The run leaves the set and the thread as it found them.
     EXPECT_EQ(after.last().m_uHeuristics, SH_FINDFORCEDMATE);
     EXPECT_FALSE(after.root.ctx.m_bForcedMate);
@@ -56,10 +54,10 @@ TEST(FindForcedMate, TwoRooksMateByTheirMovesAndChecks) {
 TEST(FindForcedMate, AFailedRunIsDoubtfulAndNeverNoMate) {
     // No mate at all: a lone rook cannot mate in two.
     AfterKey none("8/8/8/4k3/8/8/8/R6K w - - 0 1", 5, FFM_LEVEL_MATE1, mv("a1", "a5"));
-    EXPECT_EQ(FindForcedMate(none.last()).result, RESULT_DOUBTFUL);
+    EXPECT_EQ(FindForcedMate(none.last()), RESULT_DOUBTFUL);
     // Nothing to try after any reply: still no refutation.
     AfterKey idle("7k/p7/8/8/8/8/P7/7K w - - 0 1", 5, FFM_LEVEL_MATE1, mv("h1", "g1"));
-    EXPECT_EQ(FindForcedMate(idle.last()).result, RESULT_DOUBTFUL);
+    EXPECT_EQ(FindForcedMate(idle.last()), RESULT_DOUBTFUL);
 }
 
 TEST(FindForcedMate, ANodeWithoutCandidatesIsDoubtfulWithReason512) {
@@ -130,33 +128,4 @@ TEST(FindForcedMate, QueenAndBishopAgainstAnEdgeKingBetOnSurroundingHim) {
     kept.root.ctx.m_nFfmWithOthers = FFM_WITH_OTHERS;
     FindForcedMate(kept.last());
     EXPECT_EQ(kept.root.ctx.m_uFfmFullWord, word);
-}
-
-TEST(FindForcedMate, ARunPastItsBudgetGivesUpAsDoubtful) {
-    AfterKey spent("8/8/8/7k/8/R7/1R6/2K5 w - - 0 1", 7, FFM_LEVEL_CHECKS, mv("b2", "g2"));
-    const ForcedMateOutcome outcome = FindForcedMate(spent.last(), 0);
-    EXPECT_TRUE(outcome.budgetSpent);
-    EXPECT_EQ(outcome.result, RESULT_DOUBTFUL);
-    // The limit is the run's own: the next run has none.
-    EXPECT_EQ(spent.root.ctx.m_uFfmNodeLimit, UINT64_MAX);
-    const ForcedMateOutcome again = FindForcedMate(spent.last());
-    EXPECT_FALSE(again.budgetSpent);
-    EXPECT_EQ(again.result, RESULT_MATE);
-}
-
-TEST(FindForcedMate, ASweepWithALargerBudgetForgetsTheRunsDoubts) {
-    AfterKey after("8/8/8/7k/8/R7/1R6/2K5 w - - 0 1", 7, FFM_LEVEL_CHECKS, mv("b2", "g2"),
-                   SH_FINDFORCEDMATE | SH_3MOVESTOMATE);
-    TProblemRegister reg(1024);
-    after.root.job.m_pRegister = &reg;
-    after.root.ctx.m_nFfmWithOthers = FFM_PARTIALLY_WITH_OTHERS;
-    FindForcedMate(after.last(), 0);
-    const TThreadContext& ctx = after.root.ctx;
-    // Doubts under both of the run's sets, and one under a set of another pass.
-    reg.StoreDoubtful(9, KingsItem(), ctx.m_uFfmAloneWord, ctx.m_uFfmAloneParams, false);
-    reg.StoreDoubtful(9, ItemWith("a1", WR), ctx.m_uFfmFullWord, ctx.m_uFfmFullParams, false);
-    reg.StoreDoubtful(9, ItemWith("a2", WR), SH_3MOVESTOMATE, 0, false);
-    ASSERT_EQ(reg.DoubtfulElementsIn(), 3u);
-    ForgetForcedMateDoubts(ctx);
-    EXPECT_EQ(reg.DoubtfulElementsIn(), 1u);
 }

@@ -59,11 +59,7 @@ struct TThreadContext : TSpecialHeuristicsParams {
     uint32_t m_uFfmAloneWord = 0;
     uint32_t m_uFfmFullWord = 0;
     uint32_t m_uFfmFullParams = 0;
-    uint32_t m_uFfmAloneParams = 0;
     uint16_t m_shFfmOthersFromPlies = 0;
-    // The solve's node count at which the run gives up as doubtful, and whether it did.
-    uint64_t m_uFfmNodeLimit = UINT64_MAX;
-    bool m_bFfmBudgetSpent = false;
     uint16_t m_shAdditionalMoves = 0;
     bool m_bQuickerMateFound = false;
     // Set by a White step that returns mate: whether its mating move took on

@@ -1,8 +1,6 @@
 #include "engine/find_forced_mate.h"
 
 #include "core/thread_context.h"
-#include "engine/solve_job.h"
-#include "registers/aggregated_register.h"
 #include "engine/find_mate.h"
 #include "engine/heuristic_bits.h"
 #include "engine/heuristics_catalogue.h"
@@ -20,9 +18,8 @@ bool queenAndBishopOnEdge(const TChessboard& b, const TThreadContext& ctx) {
 
 } // namespace
 
-ForcedMateOutcome FindForcedMate(TChessboard& afterRootMove, uint64_t nodeBudget) {
+int8_t FindForcedMate(TChessboard& afterRootMove) {
     TThreadContext& ctx = *afterRootMove.m_pThread;
-    const SolveJob& job = *ctx.m_pJob;
     const uint32_t word = afterRootMove.m_uHeuristics;
     const uint32_t params = afterRootMove.m_uHeuristicParams;
 
@@ -46,33 +43,17 @@ ForcedMateOutcome FindForcedMate(TChessboard& afterRootMove, uint64_t nodeBudget
         afterRootMove.m_uHeuristicParams = ctx.m_uFfmFullParams;
     }
     ctx.m_uFfmAloneWord = afterRootMove.m_uHeuristics;
-    ctx.m_uFfmAloneParams = afterRootMove.m_uHeuristicParams;
 
-    const uint64_t nodes = job.m_nNodes.load(std::memory_order_relaxed);
-    ctx.m_uFfmNodeLimit = nodeBudget > UINT64_MAX - nodes ? UINT64_MAX : nodes + nodeBudget;
-    ctx.m_bFfmBudgetSpent = false;
     ctx.m_bForcedMate = true;
-    ForcedMateOutcome outcome;
-    outcome.result = FindMateBlackStep(afterRootMove);
+    int8_t result = FindMateBlackStep(afterRootMove);
     ctx.m_bForcedMate = false;
-    outcome.budgetSpent = ctx.m_bFfmBudgetSpent;
-    ctx.m_uFfmNodeLimit = UINT64_MAX;
 
     afterRootMove.m_uHeuristics = word;
     afterRootMove.m_uHeuristicParams = params;
     // What the forcing moves did not prove stays open for the next pass.
-    const int8_t result = outcome.result;
     if (result == RESULT_NO_MATE || result == RESULT_FFM_DEPTH_END || result == RESULT_REFUTED_EARLY)
-        outcome.result = RESULT_DOUBTFUL;
-    return outcome;
-}
-
-void ForgetForcedMateDoubts(const TThreadContext& ctx) {
-    TProblemRegister* reg = ctx.m_pJob->m_pRegister;
-    if (!reg) return;
-    reg->RemoveDoubtful(ctx.m_uFfmAloneWord, ctx.m_uFfmAloneParams);
-    if (ctx.m_uFfmFullWord != ctx.m_uFfmAloneWord || ctx.m_uFfmFullParams != ctx.m_uFfmAloneParams)
-        reg->RemoveDoubtful(ctx.m_uFfmFullWord, ctx.m_uFfmFullParams);
+        result = RESULT_DOUBTFUL;
+    return result;
 }
 
 } // namespace zorvane

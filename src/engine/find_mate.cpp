@@ -87,13 +87,8 @@ template <class Config> int8_t Steps<Config>::whiteStep(TChessboard& b, bool bPr
     const int n = b.m_shPliesLeft;
     const int pliesDone = b.m_shPliesTotal - n;
 
+    // A forcing-moves run that started on its own lets the other bets in near the end of the line.
     if constexpr (Config::kForcedMate) {
-        // A run past its budget of nodes gives up: a doubt, to be searched again with more.
-        if (job.m_nNodes.load(std::memory_order_relaxed) > ctx.m_uFfmNodeLimit) {
-            ctx.m_bFfmBudgetSpent = true;
-            return RESULT_DOUBTFUL;
-        }
-        // A forcing-moves run that started on its own lets the other bets in near the end of the line.
         if (n <= ctx.m_shFfmOthersFromPlies && b.m_uHeuristics == ctx.m_uFfmAloneWord) {
             b.m_uHeuristics = ctx.m_uFfmFullWord;
             b.m_uHeuristicParams = ctx.m_uFfmFullParams;

@@ -234,11 +234,6 @@ int relaxOneStep(Run& run, TChessboard& root) {
     return relaxed;
 }
 
-// The first budget of a root move's forcing run, in the solve's node count,
-// and its growth from one sweep of the open moves to the next.
-constexpr uint64_t FFM_FIRST_ROOT_BUDGET = uint64_t{1} << 16;
-constexpr uint64_t FFM_BUDGET_GROWTH = 8;
-
 // The pass loop at one depth: passes 0 (the register screen), 1 (with the
 // heuristics, relaxed in passes 1b, 1c...) and 2 (without). Appends each proved
 // root move to `found`; 1 if at least one exists.
@@ -309,68 +304,48 @@ int passLoop(Run& run, TChessboard& root, int plies, std::vector<TMove>& found) 
         // the deciding pass, so that no doubt is left for pass 2 to redo.
         root.m_bPass = static_cast<uint8_t>(pass == 2 || root.m_uHeuristics == 0 ? 2 : 1);
         job.m_nRootMovesBegun.store(0);
-        // A forcing pass sweeps the open moves with a budget of nodes each, and
-        // again with a larger one those that ran out of it, so that a move
-        // whose run explodes does not hold up the key behind it.
-        const bool forcing =
-            pass > 0 && (root.m_uHeuristics & SH_FINDFORCEDMATE) && plies >= FFM_MIN_ROOT_PLIES;
-        uint64_t budget = forcing ? FFM_FIRST_ROOT_BUDGET : UINT64_MAX;
-        bool overBudget[MAX_MOVES] = {};
-        for (bool firstRound = true;; firstRound = false) {
-            bool retry = false;
-            for (int i = 0; i < count; ++i) {
-                if (status[i] >= 0 || (!firstRound && !overBudget[i])) continue;
-                // e. The command word, as at every move of the search.
-                int8_t commanded;
-                const Command command = PollCommand(job, ctx, plies, list, count, i, commanded);
-                if (command == Command::Return) {
+        for (int i = 0; i < count; ++i) {
+            if (status[i] >= 0) continue;
+            // e. The command word, as at every move of the search.
+            int8_t commanded;
+            const Command command = PollCommand(job, ctx, plies, list, count, i, commanded);
+            if (command == Command::Return) {
+                run.result.stopped = true;
+                return finish(found.size() > foundBefore ? 1 : 0);
+            }
+            if (command == Command::Jumped) {
+                --i;
+                continue;
+            }
+            ctx.m_aMoveIndex[plies] = static_cast<uint8_t>(i);
+            job.m_nRootMovesBegun.store(static_cast<uint8_t>(i + 1));
+            // f. The move.
+            CopyToChild(child, root);
+            TMove move = list[i];
+            if (!MakeWhiteMove(child, move)) {
+                status[i] = STATUS_REFUSED;
+                continue;
+            }
+            // g./h. The screen asks and searches nothing; later passes search.
+            int8_t answer;
+            if (pass == 0) {
+                answer = screenedMate(run, child, false) ? RESULT_MATE : RESULT_DOUBTFUL;
+            } else {
+                const bool forcing = (root.m_uHeuristics & SH_FINDFORCEDMATE) && plies >= FFM_MIN_ROOT_PLIES;
+                answer = forcing ? FindForcedMate(child) : FindMateBlackStep(child);
+                if (job.StopMeant(ctx.m_shThreadId)) {
                     run.result.stopped = true;
                     return finish(found.size() > foundBefore ? 1 : 0);
                 }
-                if (command == Command::Jumped) {
-                    --i;
-                    continue;
-                }
-                ctx.m_aMoveIndex[plies] = static_cast<uint8_t>(i);
-                job.m_nRootMovesBegun.store(static_cast<uint8_t>(i + 1));
-                // f. The move.
-                CopyToChild(child, root);
-                TMove move = list[i];
-                if (!MakeWhiteMove(child, move)) {
-                    status[i] = STATUS_REFUSED;
-                    continue;
-                }
-                // g./h. The screen asks and searches nothing; later passes search.
-                int8_t answer;
-                if (pass == 0) {
-                    answer = screenedMate(run, child, false) ? RESULT_MATE : RESULT_DOUBTFUL;
-                } else if (forcing) {
-                    const ForcedMateOutcome outcome = FindForcedMate(child, budget);
-                    answer = outcome.result;
-                    overBudget[i] = outcome.budgetSpent;
-                    retry |= outcome.budgetSpent;
-                } else {
-                    answer = FindMateBlackStep(child);
-                }
-                if (pass > 0) {
-                    if (job.StopMeant(ctx.m_shThreadId)) {
-                        run.result.stopped = true;
-                        return finish(found.size() > foundBefore ? 1 : 0);
-                    }
-                }
-                status[i] = answer == RESULT_MATE ? 1 : answer == RESULT_NO_MATE ? 0 : STATUS_OPEN;
-                if (status[i] == 1) {
-                    found.push_back(move);
-                    noteSolution(run, root, move, i + 1, plies, pass);
-                    if (pass > 0) ++run.searched;
-                    if (enoughSolutions(run, found.size())) return finish(1);
-                }
-                job.NoteLine(ctx, plies, plies - 1);
             }
-            if (!retry) break;
-            // What the spent runs left doubtful is searched again.
-            ForgetForcedMateDoubts(ctx);
-            budget = budget > UINT64_MAX / FFM_BUDGET_GROWTH ? UINT64_MAX : budget * FFM_BUDGET_GROWTH;
+            status[i] = answer == RESULT_MATE ? 1 : answer == RESULT_NO_MATE ? 0 : STATUS_OPEN;
+            if (status[i] == 1) {
+                found.push_back(move);
+                noteSolution(run, root, move, i + 1, plies, pass);
+                if (pass > 0) ++run.searched;
+                if (enoughSolutions(run, found.size())) return finish(1);
+            }
+            job.NoteLine(ctx, plies, plies - 1);
         }
     }
     return finish(found.size() > foundBefore ? 1 : 0);
