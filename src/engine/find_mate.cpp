@@ -158,6 +158,13 @@ template <class Config> int8_t Steps<Config>::whiteStep(TChessboard& b, bool bPr
             ctx.m_nDoubtfulReason = FFM_DOUBTFUL_REASON;
             return RESULT_DOUBTFUL;
         }
+        // The candidates in the order of the ordinary search: its guess at the mating move holds here too.
+        WhiteSortOutcome sorted;
+        count = SortWhiteMoves(b, moves, count, false, sorted);
+        if (sorted.mateFound) {
+            ctx.m_bRecaptured = sorted.mate.to == b.m_LastMove.to;
+            return RESULT_MATE;
+        }
     } else if (!incremental) {
         count = GenerateWhiteMovesOrEvasions(b, moves);
         if constexpr (Config::kOrdering) {
