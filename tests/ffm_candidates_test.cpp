@@ -398,6 +398,29 @@ TEST(FfmLevels, AHigherLevelListsEveryMoveOfALowerOne) {
     EXPECT_TRUE(grown);
 }
 
+TEST(FfmList, TheSearchsListHoldsTheSameMovesWithoutTheRules) {
+    // The search asks for no rules and skips the threat test of a move that a
+    // later rule takes anyway: the moves must be the same.
+    const char* const positions[] = {
+        "k7/8/3K4/8/8/8/8/7R w - - 0 1",           "5k2/5p2/8/4N1K1/8/8/8/3R4 w - - 0 1",
+        "6k1/5ppp/8/8/8/8/2Q5/6K1 w - - 0 1",      "1q4k1/5ppp/8/8/8/8/1R3PPP/1Q4K1 w - - 0 1",
+        "6k1/P4ppp/8/8/8/8/5PPP/Q2Q2K1 w - - 0 1",
+    };
+    for (const char* fen : positions) {
+        for (uint8_t level = FFM_LEVEL_CHECKS; level <= FFM_LEVEL_MAX; ++level) {
+            const Candidates labelled = candidatesOf(fen, level);
+            const auto root = std::make_unique<Root>(fen, PLENTY_OF_PLIES);
+            TMove out[MAX_MOVES];
+            const FfmList plain = BuildFfmCandidates(root->board, level, false, {}, out, nullptr);
+            EXPECT_EQ(plain.count, labelled.list.count) << fen << " level " << int{level};
+            EXPECT_EQ(plain.complete, labelled.list.complete) << fen << " level " << int{level};
+            for (int i = 0; i < plain.count; ++i)
+                EXPECT_TRUE(labelled.has(out[i]))
+                    << fen << " level " << int{level} << ": " << FormatLogMove(out[i]);
+        }
+    }
+}
+
 TEST(FfmLevels, AThreatOfMateInTwoWaitsForItsLevel) {
     // Kc6 threatens Kb6 and Rh8 mate: two moves, and none of them a check.
     const char* fen = "k7/8/3K4/8/8/8/8/7R w - - 0 1";

@@ -154,6 +154,13 @@ FfmList BuildFfmCandidates(TChessboard& b, uint8_t level, bool addCaptures, cons
         ++legal;
         const uint8_t man = b.m_aSquares[move.from];
         const uint8_t taken = b.m_aSquares[move.to];
+        // Rules that need no search, asked before the threat test in the
+        // search: the list holds the same moves, and only the test's caller
+        // wants to know which rule of the order takes each first.
+        const bool cheap = (queenSquare >= 0 && aimsAtQueen(child, move, queenSquare)) || man == WR ||
+                           move.from == queenTaker || (b.m_nWhiteQueens >= 2 && man == WQ) ||
+                           (man == WP && rowOf(move.from) == SEVENTH_ROW);
+        const bool askThreat = rules || !cheap;
         FfmRule rule{};
         if (child.m_cBlackChecker >= 0) {
             rule = FfmRule::Check;
@@ -162,7 +169,7 @@ FfmList BuildFfmCandidates(TChessboard& b, uint8_t level, bool addCaptures, cons
             rule = FfmRule::NearKing;
         } else if (whiteInCheck) {
             rule = FfmRule::Evasion;
-        } else if ((threat && ThreatensMate(child, threat, wideFits)) ||
+        } else if ((askThreat && threat && ThreatensMate(child, threat, wideFits)) ||
                    (capturesBesideKing && isBlack(taken) && (taken & KIND_MASK) != KIND_PAWN &&
                     distance(move.to, blackKing) <= 1)) {
             rule = FfmRule::Threat;

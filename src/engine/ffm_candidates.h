@@ -51,6 +51,9 @@ struct FfmList {
 // The candidates of `position` (White to move, at least 3 plies left) at
 // `level`, in the order of the rules, the proposed move first when it is among
 // them. `rules`, when given, receives the rule that took each listed move.
+// Without it the list holds the same moves, but a move that a later rule
+// takes without a search is not given the threat test, and is grouped under
+// that rule.
 FfmList BuildFfmCandidates(TChessboard& position, uint8_t level, bool addCaptures, const TMove& proposed,
                            TMove* out, FfmRule* rules = nullptr);
 
