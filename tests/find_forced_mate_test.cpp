@@ -129,3 +129,12 @@ TEST(FindForcedMate, QueenAndBishopAgainstAnEdgeKingBetOnSurroundingHim) {
     FindForcedMate(kept.last());
     EXPECT_EQ(kept.root.ctx.m_uFfmFullWord, word);
 }
+
+TEST(FindForcedMate, APassRunsForcingMovesFromFourPliesUnderItsBit) {
+    Root root("8/8/8/7k/8/R7/1R6/2K5 w - - 0 1", 7);
+    root.board.m_uHeuristics = SH_FINDFORCEDMATE | SH_3MOVESTOMATE;
+    EXPECT_TRUE(RunsForcedMate(root.board, FFM_MIN_ROOT_PLIES));
+    EXPECT_FALSE(RunsForcedMate(root.board, FFM_MIN_ROOT_PLIES - 1));
+    root.board.m_uHeuristics = SH_3MOVESTOMATE;
+    EXPECT_FALSE(RunsForcedMate(root.board, 7));
+}

@@ -18,6 +18,10 @@ bool queenAndBishopOnEdge(const TChessboard& b, const TThreadContext& ctx) {
 
 } // namespace
 
+bool RunsForcedMate(const TChessboard& root, int plies) {
+    return (root.m_uHeuristics & SH_FINDFORCEDMATE) && plies >= FFM_MIN_ROOT_PLIES;
+}
+
 int8_t FindForcedMate(TChessboard& afterRootMove) {
     TThreadContext& ctx = *afterRootMove.m_pThread;
     const uint32_t word = afterRootMove.m_uHeuristics;

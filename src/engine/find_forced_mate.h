@@ -12,6 +12,9 @@ namespace zorvane {
 // The root has this many plies or more for the pass to run forcing moves.
 constexpr int FFM_MIN_ROOT_PLIES = 4;
 
+// Whether a pass from `root` with `plies` left runs forcing moves below its root moves.
+bool RunsForcedMate(const TChessboard& root, int plies);
+
 // `afterRootMove`: Black to move after a White first move, in a pass whose set
 // holds SH_FINDFORCEDMATE. RESULT_MATE when the forcing moves prove the mate,
 // RESULT_DOUBTFUL otherwise, RESULT_REPETITION as the steps give it. The

@@ -195,7 +195,7 @@ void noteSolution(Run& run, const TChessboard& root, const TMove& move, int plac
     if (result.solutions.count(move)) return;
     result.solutions[move].plies = plies;
     result.solutions[move].pass = PassName(pass, run.relaxations);
-    if (pass == 1 && (root.m_uHeuristics & SH_FINDFORCEDMATE) && plies >= FFM_MIN_ROOT_PLIES)
+    if (pass == 1 && RunsForcedMate(root, plies))
         result.solutions[move].ffm = FfmLevelText(run.ctx.m_nFfmLevel);
     result.moves.push_back(move);
     result.texts.push_back(text);
@@ -331,8 +331,7 @@ int passLoop(Run& run, TChessboard& root, int plies, std::vector<TMove>& found) 
             if (pass == 0) {
                 answer = screenedMate(run, child, false) ? RESULT_MATE : RESULT_DOUBTFUL;
             } else {
-                const bool forcing = (root.m_uHeuristics & SH_FINDFORCEDMATE) && plies >= FFM_MIN_ROOT_PLIES;
-                answer = forcing ? FindForcedMate(child) : FindMateBlackStep(child);
+                answer = RunsForcedMate(root, plies) ? FindForcedMate(child) : FindMateBlackStep(child);
                 if (job.StopMeant(ctx.m_shThreadId)) {
                     run.result.stopped = true;
                     return finish(found.size() > foundBefore ? 1 : 0);
