@@ -154,13 +154,15 @@ FfmList BuildFfmCandidates(TChessboard& b, uint8_t level, bool addCaptures, cons
         ++legal;
         const uint8_t man = b.m_aSquares[move.from];
         const uint8_t taken = b.m_aSquares[move.to];
-        // Rules that need no search, asked before the threat test in the
-        // search: the list holds the same moves, and only the test's caller
-        // wants to know which rule of the order takes each first.
-        const bool cheap = (queenSquare >= 0 && aimsAtQueen(child, move, queenSquare)) || man == WR ||
-                           move.from == queenTaker || (b.m_nWhiteQueens >= 2 && man == WQ) ||
-                           (man == WP && rowOf(move.from) == SEVENTH_ROW);
-        const bool askThreat = rules || !cheap;
+        // The rules that need no search are read once. In the search they are
+        // asked before the threat test: the list holds the same moves, and only
+        // the test's caller wants to know which rule of the order takes each first.
+        const bool atQueen = queenSquare >= 0 && aimsAtQueen(child, move, queenSquare);
+        const bool rookMove = man == WR;
+        const bool takerMove = move.from == queenTaker;
+        const bool queenMove = b.m_nWhiteQueens >= 2 && man == WQ;
+        const bool seventhRankPawn = man == WP && rowOf(move.from) == SEVENTH_ROW;
+        const bool askThreat = rules || !(atQueen || rookMove || takerMove || queenMove || seventhRankPawn);
         FfmRule rule{};
         if (child.m_cBlackChecker >= 0) {
             rule = FfmRule::Check;
@@ -173,20 +175,20 @@ FfmList BuildFfmCandidates(TChessboard& b, uint8_t level, bool addCaptures, cons
                    (capturesBesideKing && isBlack(taken) && (taken & KIND_MASK) != KIND_PAWN &&
                     distance(move.to, blackKing) <= 1)) {
             rule = FfmRule::Threat;
-        } else if (queenSquare >= 0 && aimsAtQueen(child, move, queenSquare)) {
+        } else if (atQueen) {
             rule = FfmRule::AtLoneQueen;
-        } else if (man == WR) {
+        } else if (rookMove) {
             rule = FfmRule::RookMove;
-        } else if (move.from == queenTaker) {
+        } else if (takerMove) {
             rule = FfmRule::AfterQueenCapture;
         } else if (n >= BOX_MIN_PLIES && whiteStronger && CountFreeKingSquares(child) <= (taken ? 1 : 0)) {
             rule = FfmRule::Box;
         } else if (move == proposed && man == WK && distance(move.from, blackKing) > KING_APPROACH_DISTANCE &&
                    distance(move.to, blackKing) == KING_APPROACH_DISTANCE) {
             rule = FfmRule::ProposedKingStep;
-        } else if (b.m_nWhiteQueens >= 2 && man == WQ) {
+        } else if (queenMove) {
             rule = FfmRule::QueenMove;
-        } else if (man == WP && rowOf(move.from) == SEVENTH_ROW) {
+        } else if (seventhRankPawn) {
             rule = FfmRule::SeventhRankPawn;
         }
         ruleOf[i] = static_cast<uint8_t>(rule);

@@ -54,9 +54,9 @@ int8_t FindForcedMate(TChessboard& afterRootMove) {
 
     afterRootMove.m_uHeuristics = word;
     afterRootMove.m_uHeuristicParams = params;
-    // What the forcing moves did not prove stays open for the next pass.
-    if (result == RESULT_NO_MATE || result == RESULT_FFM_DEPTH_END || result == RESULT_REFUTED_EARLY)
-        result = RESULT_DOUBTFUL;
+    // What the forcing moves did not prove stays open for the next pass (the
+    // Black step has read the end of a level's depth as a doubt already).
+    if (result == RESULT_NO_MATE || result == RESULT_REFUTED_EARLY) result = RESULT_DOUBTFUL;
     return result;
 }
 
