@@ -93,10 +93,14 @@ class SolveWatch {
             const SolveProgress progress = m_solver.Progress();
             const int total = progress.rootMoves;
             const double seconds = std::chrono::duration<double>(now - start).count();
-            std::fprintf(stderr, "\rproblem %d: pass %s, %.1f%% of %d root moves, %llu nodes, %.0f s   ",
-                         m_problemId, PassName(progress.pass, progress.relaxations).c_str(),
-                         total ? 100.0 * std::max(progress.rootMovesBegun - 1, 0) / total : 0.0, total,
-                         static_cast<unsigned long long>(progress.nodes), seconds);
+            if (progress.buildingTree)
+                std::fprintf(stderr, "\rproblem %d: solution tree, %llu nodes, %.0f s                  ",
+                             m_problemId, static_cast<unsigned long long>(progress.nodes), seconds);
+            else
+                std::fprintf(stderr, "\rproblem %d: pass %s, %.1f%% of %d root moves, %llu nodes, %.0f s   ",
+                             m_problemId, PassName(progress.pass, progress.relaxations).c_str(),
+                             total ? 100.0 * std::max(progress.rootMovesBegun - 1, 0) / total : 0.0, total,
+                             static_cast<unsigned long long>(progress.nodes), seconds);
             std::fflush(stderr);
             m_printed = true;
             ++m_lines;

@@ -41,6 +41,8 @@ std::string whiteJson(const WhitePlay& play, const std::string& mark) {
     out += moveText(play.move);
     out += ",\"mark\":";
     out += JsonText(mark);
+    out += ",\"check\":";
+    out += flag(play.move.check);
     out += ",\"mateIn\":";
     out += std::to_string(play.mateIn);
     out += ",\"short\":";

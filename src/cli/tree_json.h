@@ -1,6 +1,6 @@
 #pragma once
 // The solution tree as JSON, for scripts:
-//   White move: {"move":"Qa1-g7","mark":"!","mateIn":2,"short":false,
+//   White move: {"move":"Qa1-g7","mark":"!","check":false,"mateIn":2,"short":false,
 //                "threat":[White moves],"zugzwang":false,"defences":[Black moves]}
 //   Black move: {"move":"Kb8-c8","check":false,"refutes":false,"allowsThreat":false,
 //                "replies":[White moves]}

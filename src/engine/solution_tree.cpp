@@ -44,7 +44,7 @@ class TreeBuilder {
         m_job.m_bHeuristics = false;
     }
 
-    SolutionTree build(const std::vector<ProvenKey>& keys) {
+    SolutionTree build(const std::vector<TMove>& keys) {
         SolutionTree tree;
         tree.moves = m_moves;
         tree.fullDepth = m_fullDepth;
@@ -99,16 +99,23 @@ class TreeBuilder {
     }
 
     // 1. The keys, each with the whole tree below it.
-    void addKeys(SolutionTree& tree, const std::vector<ProvenKey>& keys) {
+    void addKeys(SolutionTree& tree, const std::vector<TMove>& keys) {
         const int left = m_moves - 1;
-        for (const ProvenKey& key : keys) {
+        for (const TMove& key : keys) {
             if (stopped()) return;
             TChessboard& b = slot(2 * left + 1);
             CopyToChild(b, m_root);
-            TMove move = key.move;
+            TMove move = key;
             if (!MakeWhiteMove(b, move)) continue;
-            WhitePlay play = playOf(describeWhite(m_root, key.move));
-            play.mateIn = std::max((key.plies + 1) / 2, 1);
+            WhitePlay play = playOf(describeWhite(m_root, key));
+            // A key mates within the stipulation: only the shorter mates need a search.
+            play.mateIn = m_moves;
+            for (int k = 0; k < left; ++k)
+                if (losesWithin(b, k)) {
+                    play.mateIn = k + 1;
+                    break;
+                }
+            if (stopped()) return;
             play.shortMate = play.mateIn < m_moves;
             expand(play, b, left, 1, true);
             tree.keys.push_back(std::move(play));
@@ -228,20 +235,21 @@ class TreeBuilder {
     void shortestContinuation(BlackDefence& defence, TChessboard& w, int left,
                               const std::vector<TreeMove>& threat) {
         TChessboard& b = slot(2 * left - 1);
-        w.m_shPliesLeft = static_cast<uint16_t>(2 * left - 1);
-        for (const TreeMove& shown : threat) {
-            CopyToChild(b, w);
-            TMove move = shown.move;
-            if (!MakeWhiteMove(b, move)) continue;
-            if (const int mate = forcedMate(b, left - 1)) {
-                defence.allowsThreat = true;
-                defence.replies.push_back(continuation(w, shown.move, mate, left));
-                return;
-            }
-        }
         TMove moves[MAX_MOVES];
         w.m_shPliesLeft = static_cast<uint16_t>(2 * left - 1);
         const int count = GenerateWhiteMovesOrEvasions(w, moves);
+        // Only from the list: the defence may have taken the threatening man.
+        for (int i = 0; i < count; ++i) {
+            if (!isThreat(moves[i], threat)) continue;
+            CopyToChild(b, w);
+            TMove move = moves[i];
+            if (!MakeWhiteMove(b, move)) continue;
+            if (const int mate = forcedMate(b, left - 1)) {
+                defence.allowsThreat = true;
+                defence.replies.push_back(continuation(w, moves[i], mate, left));
+                return;
+            }
+        }
         for (int k = 0; k < left && !stopped(); ++k) {
             for (int i = 0; i < count; ++i) {
                 CopyToChild(b, w);
@@ -277,15 +285,14 @@ class TreeBuilder {
     }
 
     // 2. The tries: first moves that no more than the allowed Black moves refute.
-    void addTries(SolutionTree& tree, const std::vector<ProvenKey>& keys) {
+    void addTries(SolutionTree& tree, const std::vector<TMove>& keys) {
         const int left = m_moves - 1;
         TMove moves[MAX_MOVES];
         const int count = GenerateWhiteMovesOrEvasions(m_root, moves);
         TChessboard& b = slot(2 * left + 1);
         TChessboard& w = slot(2 * left);
         for (int i = 0; i < count && !stopped(); ++i) {
-            if (std::any_of(keys.begin(), keys.end(), [&](const ProvenKey& k) { return k.move == moves[i]; }))
-                continue;
+            if (std::find(keys.begin(), keys.end(), moves[i]) != keys.end()) continue;
             CopyToChild(b, m_root);
             TMove move = moves[i];
             if (!MakeWhiteMove(b, move)) continue;
@@ -334,7 +341,7 @@ class TreeBuilder {
 
 } // namespace
 
-SolutionTree BuildSolutionTree(const TChessboard& root, int moves, const std::vector<ProvenKey>& keys,
+SolutionTree BuildSolutionTree(const TChessboard& root, int moves, const std::vector<TMove>& keys,
                                const TreeOptions& options) {
     return TreeBuilder(root, moves, options).build(keys);
 }

@@ -69,17 +69,10 @@ struct SolutionTree {
     bool stopped = false; // what stands was computed; the rest was not
 };
 
-// A key as the solve proved it: the move and the plies of the depth at which
-// it was proven, an upper bound of its mate that is exact up to seven plies.
-struct ProvenKey {
-    TMove move;
-    int plies = 0;
-};
-
 // `root`: the problem's start position with White to move, its thread and
 // solve set, on which the keys of a direct mate in `moves` were proven. The
 // search runs without bets whatever the solve used.
-SolutionTree BuildSolutionTree(const TChessboard& root, int moves, const std::vector<ProvenKey>& keys,
+SolutionTree BuildSolutionTree(const TChessboard& root, int moves, const std::vector<TMove>& keys,
                                const TreeOptions& options);
 
 } // namespace zorvane

@@ -53,7 +53,7 @@ class TreeWriter {
             m_out += '!';
             addThreat(key, 1);
             m_out += '\n';
-            writeDefenceList(key.defences, 1);
+            writeDefenceList(key.defences, key.threat, 1);
         }
         for (const WhitePlay& attempt : tree.tries) {
             addWhite(1, attempt.move);
@@ -69,7 +69,7 @@ class TreeWriter {
         if (!tree.setPlay.empty()) {
             m_out += text(SET_PLAY_TEXT, m_language);
             m_out += '\n';
-            writeDefenceList(tree.setPlay, 1);
+            writeDefenceList(tree.setPlay, {}, 1);
         }
         if (tree.stopped) {
             m_out += WideToUtf8(AnalysisStoppedText(m_language));
@@ -111,8 +111,10 @@ class TreeWriter {
     }
 
     // The replies of Black's move number `number`: each real defence with
-    // its lines, then the moves that allow the threat, grouped by White's answer.
-    void writeDefenceList(const std::vector<BlackDefence>& defences, int number) {
+    // its lines, then the moves that allow the threat, grouped by the
+    // threat move that answers them.
+    void writeDefenceList(const std::vector<BlackDefence>& defences, const std::vector<TreeMove>& threat,
+                          int number) {
         const std::string indent(INDENT_PER_MOVE * number, ' ');
         for (const BlackDefence& defence : defences) {
             if (defence.allowsThreat) continue;
@@ -128,28 +130,36 @@ class TreeWriter {
                 addWhite(number + 1, reply.move);
                 addThreat(reply, number + 1);
                 m_out += '\n';
-                writeDefenceList(reply.defences, number + 1);
+                writeDefenceList(reply.defences, reply.threat, number + 1);
             }
         }
         std::vector<bool> written(defences.size(), false);
         for (size_t i = 0; i < defences.size(); ++i) {
-            if (!defences[i].allowsThreat || written[i] || defences[i].replies.empty()) continue;
-            const TreeMove& answer = defences[i].replies.front().move;
+            const TreeMove* answer = threatAnswer(defences[i], threat);
+            if (!defences[i].allowsThreat || written[i] || !answer) continue;
             m_out += indent;
             m_out += std::to_string(number);
             m_out += "...";
             for (size_t j = i; j < defences.size(); ++j) {
-                if (!defences[j].allowsThreat || written[j] || defences[j].replies.empty() ||
-                    !(defences[j].replies.front().move.move == answer.move))
+                const TreeMove* other = threatAnswer(defences[j], threat);
+                if (!defences[j].allowsThreat || written[j] || !other || !(other->move == answer->move))
                     continue;
                 if (j != i) m_out += ", ";
                 m_out += TreeMoveText(defences[j].move, m_language);
                 written[j] = true;
             }
             m_out += ' ';
-            addWhite(number + 1, answer);
+            addWhite(number + 1, *answer);
             m_out += '\n';
         }
+    }
+
+    // The first of White's answers to `defence` that is a threat move.
+    static const TreeMove* threatAnswer(const BlackDefence& defence, const std::vector<TreeMove>& threat) {
+        for (const WhitePlay& reply : defence.replies)
+            for (const TreeMove& move : threat)
+                if (reply.move.move == move.move) return &reply.move;
+        return nullptr;
     }
 
     int m_language;

@@ -401,10 +401,10 @@ void addThreats(Run& run, TChessboard& root) {
 // The whole solution below the keys, timed on its own.
 void addTree(Run& run, const TChessboard& root, int moves) {
     const auto start = Clock::now();
-    std::vector<ProvenKey> keys;
-    for (const TMove& key : run.result.moves) keys.push_back({key, run.result.solutions.at(key).plies});
-    run.result.tree = BuildSolutionTree(root, moves, keys, run.options.tree);
+    run.job.m_bBuildingTree.store(1);
+    run.result.tree = BuildSolutionTree(root, moves, run.result.moves, run.options.tree);
     run.result.treeMilliseconds = std::chrono::duration<double, std::milli>(Clock::now() - start).count();
+    run.job.m_bBuildingTree.store(0);
 }
 
 // Starts a run: the settings of the job, the clock, the counters, the display cleared.
