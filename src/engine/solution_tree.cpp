@@ -5,6 +5,7 @@
 #include "core/thread_context.h"
 #include "engine/find_mate.h"
 #include "engine/mate_in_one.h"
+#include "engine/move_ordering.h"
 #include "engine/solve_job.h"
 #include "engine/threats.h"
 
@@ -82,19 +83,26 @@ class TreeBuilder {
         return left + 1;
     }
 
-    static TreeMove describeWhite(const TChessboard& parent, TMove move) {
-        TreeMove shown{move, parent.m_aSquares[move.from], false, false, false};
+    // The move as generated: the marks of a sort are no part of it.
+    static TMove plain(const TMove& move) { return TMove{move.from, move.to, move.promotionKind(), 0}; }
+    static bool isCapture(const TChessboard& parent, const TMove& move) {
+        const bool pawnAside =
+            (parent.m_aSquares[move.from] & KIND_MASK) == KIND_PAWN && colOf(move.from) != colOf(move.to);
+        return parent.m_aSquares[move.to] != 0 || pawnAside;
+    }
+
+    static TreeMove describeWhite(const TChessboard& parent, const TMove& move) {
+        TreeMove shown{plain(move), parent.m_aSquares[move.from], isCapture(parent, move), false, false};
         TChessboard child;
         CopyToChild(child, parent);
-        if (!MakeWhiteMove(child, move)) return shown;
-        shown.move = move;
-        shown.capture = parent.m_aSquares[move.to] != 0 || move.enPassant;
+        TMove made = shown.move;
+        if (!MakeWhiteMove(child, made)) return shown;
         shown.check = child.m_cBlackChecker >= 0;
         shown.mate = shown.check && !BlackHasLegalMove(child);
         return shown;
     }
     static TreeMove describeBlack(const TChessboard& parent, const TChessboard& child, const TMove& move) {
-        return {move, parent.m_aSquares[move.from], parent.m_aSquares[move.to] != 0 || move.enPassant,
+        return {plain(move), parent.m_aSquares[move.from], isCapture(parent, move),
                 child.m_cWhiteChecker >= 0, false};
     }
 
@@ -299,7 +307,7 @@ class TreeBuilder {
             WhitePlay attempt = playOf(describeWhite(m_root, moves[i]));
             TMove replies[MAX_MOVES];
             b.m_shPliesLeft = static_cast<uint16_t>(2 * left);
-            const int replyCount = GenerateBlackMovesOrEvasions(b, replies);
+            const int replyCount = refutersFirst(b, replies);
             bool tooMany = false;
             for (int j = 0; j < replyCount && !tooMany && !stopped(); ++j) {
                 CopyToChild(w, b);
@@ -314,6 +322,19 @@ class TreeBuilder {
             }
             if (!tooMany && !stopped() && !attempt.defences.empty()) tree.tries.push_back(std::move(attempt));
         }
+    }
+
+    // Black's replies on `b`, those likeliest to refute first as the search
+    // orders them, so that a first move with many refutations is dropped
+    // soon. The sort may cut the list short: the rest follow in their order.
+    static int refutersFirst(const TChessboard& b, TMove* out) {
+        TMove generated[MAX_MOVES];
+        const int count = GenerateBlackMovesOrEvasions(b, generated);
+        std::copy(generated, generated + count, out);
+        int sorted = std::max(SortBlackMoves(b, out, count, TMove{}), 0);
+        for (int i = 0; i < count; ++i)
+            if (std::find(out, out + sorted, generated[i]) == out + sorted) out[sorted++] = generated[i];
+        return sorted;
     }
 
     // 3. Set play: Black moves first in the start position.
