@@ -83,8 +83,8 @@ TEST(SolutionTree, AWaitingKeyIsZugzwangAndDualsTakeALineEach) {
     EXPECT_EQ(linesOf(text).front(), "1.Ba4-c2! (zugzwang)");
     // The king takes the rook and the queen still mates; the rook's side step allows two mates.
     EXPECT_TRUE(hasLine(text, "   1...Kd5:e4 2.Qa7-d4#")) << text;
-    EXPECT_TRUE(hasLine(text, "   1...Rd3-e3 2.c3-c4#")) << text;
-    EXPECT_TRUE(hasLine(text, "   1...Rd3-e3 2.Qa7-d4#")) << text;
+    EXPECT_TRUE(hasLine(text, "   1...Rd3-e3 2.c3-c4# (dual)")) << text;
+    EXPECT_TRUE(hasLine(text, "   1...Rd3-e3 2.Qa7-d4# (dual)")) << text;
     EXPECT_TRUE(hasLine(text, "1.Qa7-d4+? but 1...Rd3:d4!")) << text;
     ASSERT_EQ(keys.tree.keys.size(), 1u);
     EXPECT_TRUE(keys.tree.keys[0].zugzwang);

@@ -17,6 +17,8 @@ constexpr int INDENT_PER_MOVE = 3;
 const LocalizedText BUT_TEXT{L"ale", L"but", L"але"};
 const LocalizedText ZUGZWANG_TEXT{L"zugzwang", L"zugzwang", L"цугцванг"};
 const LocalizedText SET_PLAY_TEXT{L"gra pozorna:", L"set play:", L"позірна гра:"};
+const LocalizedText DUAL_TEXT{L" (dual)", L" (dual)", L" (дуаль)"};
+const LocalizedText SHORT_MATE_TEXT{L" (krótszy mat)", L" (short mate)", L" (коротший мат)"};
 
 std::string letterOf(uint8_t figure, int languageId) {
     switch (figure & KIND_MASK) {
@@ -129,6 +131,8 @@ class TreeWriter {
                 m_out += ' ';
                 addWhite(number + 1, reply.move);
                 addThreat(reply, number + 1);
+                if (defence.replies.size() > 1) m_out += text(DUAL_TEXT, m_language);
+                if (reply.shortMate) m_out += text(SHORT_MATE_TEXT, m_language);
                 m_out += '\n';
                 writeDefenceList(reply.defences, reply.threat, number + 1);
             }

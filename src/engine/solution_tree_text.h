@@ -9,7 +9,8 @@
 // Keys end in "!", tries in "?" with their refutations; White's threat
 // stands in brackets behind a key or continuation. A Black move of move
 // number k is indented by 3k blanks and followed by White's answer on the
-// same line; a defence with several answers (a dual) takes one line for each.
+// same line; a defence with several answers takes one line for each, marked
+// " (dual)", and a mate before the last move is marked " (short mate)".
 // Black moves that let the threat through share one line. Set play follows
 // the tries under its own heading. UTF-8, with the figure letters of the
 // language (K Q R B N; K H W G S; Кр Ф Т С К).
