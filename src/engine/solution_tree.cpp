@@ -123,7 +123,7 @@ class TreeBuilder {
                     play.mateIn = k + 1;
                     break;
                 }
-            if (stopped()) return;
+            // A stop keeps the key, proven by the solve, with what was built below it.
             play.shortMate = play.mateIn < m_moves;
             expand(play, b, left, 1, true);
             tree.keys.push_back(std::move(play));
