@@ -110,7 +110,6 @@ class TreeBuilder {
     void addKeys(SolutionTree& tree, const std::vector<TMove>& keys) {
         const int left = m_moves - 1;
         for (const TMove& key : keys) {
-            if (stopped()) return;
             TChessboard& b = slot(2 * left + 1);
             CopyToChild(b, m_root);
             TMove move = key;
@@ -118,7 +117,7 @@ class TreeBuilder {
             WhitePlay play = playOf(describeWhite(m_root, key));
             // A key mates within the stipulation: only the shorter mates need a search.
             play.mateIn = m_moves;
-            for (int k = 0; k < left; ++k)
+            for (int k = 0; k < left && !stopped(); ++k)
                 if (losesWithin(b, k)) {
                     play.mateIn = k + 1;
                     break;
