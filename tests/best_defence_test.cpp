@@ -14,6 +14,7 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <memory>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -43,6 +44,33 @@ constexpr const char* ONLY_MOVE_REFUTES = "7k/8/5K2/8/8/8/8/6R1";
 constexpr const char* MIRRORED_KING = "4k3/8/4K3/8/8/8/8/R7";
 // A full board: no defence task ends here within the test's time.
 constexpr const char* CROWDED = "r1bqk2r/pppp1ppp/2n2n2/2b1p3/2B1P3/2NP1N2/PPP2PPP/R1BQK2R";
+
+// Knight e2 takes the rook: no mate can follow.
+constexpr const char* ROOK_TAKEN = "7k/5K2/8/8/8/8/4n3/6R1";
+
+// A position of `fen` wired to a thread context and a job, `plies` left.
+struct Engine {
+    TChessProblem problem;
+    SolveJob job{problem};
+    std::unique_ptr<TThreadContext> context = std::make_unique<TThreadContext>();
+    TChessboard board = EmptyChessboard();
+
+    Engine() { context->m_pJob = &job; }
+    TChessboard& Position(const char* fen, int plies) {
+        board = EmptyChessboard();
+        EXPECT_TRUE(ReadFen(fen, board)) << fen;
+        board.m_pProblem = &problem;
+        board.m_pThread = context.get();
+        board.m_shPliesLeft = board.m_shPliesTotal = static_cast<uint16_t>(plies);
+        board.m_bPass = 2;
+        job.m_shRepetitionLimit = static_cast<uint16_t>(plies);
+        return board;
+    }
+};
+
+TMove moveOf(const TChessboard& position, const char* text) {
+    return ParseMoveOnBoard(position, text);
+}
 
 struct Defence {
     TChessProblem problem;
@@ -213,6 +241,72 @@ TEST(BestDefence, EnglishTextsOfTheWords) {
         EXPECT_NE(DefenceWordText(w, LANGUAGE_POLISH), DefenceWordText(w, LANGUAGE_ENGLISH));
         EXPECT_NE(DefenceWordText(w, LANGUAGE_UKRAINIAN), DefenceWordText(w, LANGUAGE_ENGLISH));
     }
+}
+
+TEST(BestDefenceSteps, OnlyDefenceIsTheOneMoveThatAvoidsTheQuickMates) {
+    Engine e;
+    TMove move;
+    TChessboard& one = e.Position(ONE_REFUTATION, 2);
+    ASSERT_TRUE(FindOnlyDefence(one, move));
+    EXPECT_EQ(move, moveOf(one, "Nd1-f2"));
+    EXPECT_FALSE(FindOnlyDefence(e.Position(TWO_REFUTATIONS, 2), move));
+    EXPECT_FALSE(FindOnlyDefence(e.Position(EVERY_MOVE_LOSES, 2), move));
+    // With four plies the mates in two kill Ng2 and Nf3 as well: no move is left.
+    EXPECT_FALSE(FindOnlyDefence(e.Position(TWO_REFUTATIONS, 4), move));
+}
+
+TEST(BestDefenceSteps, MateOfDepthAnswersForEveryBlackMove) {
+    Engine e;
+    EXPECT_TRUE(FindMateOfDepth(e.Position(EVERY_MOVE_LOSES, 4), 1));
+    EXPECT_FALSE(FindMateOfDepth(e.Position(TWO_REFUTATIONS, 4), 1));
+    EXPECT_TRUE(FindMateOfDepth(e.Position(TWO_REFUTATIONS, 4), 3));
+    EXPECT_FALSE(FindMateOfDepth(e.Position(ROOK_TAKEN, 4), 3));
+}
+
+TEST(BestDefenceSteps, EliminationKeepsTheLastMoveStanding) {
+    Engine e;
+    bool uncertain = true;
+    TChessboard& loses = e.Position(EVERY_MOVE_LOSES, 2);
+    EXPECT_EQ(FindDefenceByElimination(loses, uncertain), moveOf(loses, "Kh8-h7"));
+    EXPECT_FALSE(uncertain);
+    // Two moves escape the mate in one, and nothing deeper is tried with two plies.
+    TChessboard& two = e.Position(TWO_REFUTATIONS, 2);
+    EXPECT_EQ(FindDefenceByElimination(two, uncertain), moveOf(two, "Ne1-g2"));
+    EXPECT_TRUE(uncertain);
+    EXPECT_TRUE(FindDefenceByElimination(e.Position(STALEMATE, 2), uncertain).isNull());
+}
+
+TEST(BestDefenceSteps, QuickLookFindsTheRefutationOrTheLongestDefences) {
+    Engine e;
+    std::vector<DefenceMove> list;
+    EXPECT_EQ(FindRefutationsQuickly(e.Position(ROOK_TAKEN, 12), list, false), RESULT_NO_MATE);
+    ASSERT_EQ(list.size(), 1u);
+    EXPECT_EQ(list[0].text, "Ne2:g1");
+    // Both king moves allow the same mate in two.
+    EXPECT_EQ(FindRefutationsQuickly(e.Position(MIRRORED_KING, 12), list, false), RESULT_MATE);
+    ASSERT_EQ(list.size(), 2u);
+    EXPECT_EQ(list[0].text, "Ke8-d8");
+    EXPECT_EQ(list[1].text, "Ke8-f8");
+    // Two plies are too few for it.
+    EXPECT_EQ(FindRefutationsQuickly(e.Position(ROOK_TAKEN, 2), list, false), DEFENCE_RESULT_UNKNOWN);
+    EXPECT_TRUE(list.empty());
+}
+
+TEST(BestDefenceSteps, ASolutionIsForcedWhenEveryLineHasOneMate) {
+    Engine e;
+    // After Nf3 the key Rh1+ leaves Nh2 or Nh4, each taken with mate.
+    TChessboard& afterKnight = e.Position("7k/5K2/8/8/8/5n2/8/6R1", 3);
+    EXPECT_TRUE(IsSolutionForced(afterKnight, moveOf(afterKnight, "Rg1-h1"), 3));
+    // Rg2 threatens nothing at once: some replies have no mate in one behind them.
+    EXPECT_FALSE(IsSolutionForced(afterKnight, moveOf(afterKnight, "Rg1-g2"), 3));
+}
+
+TEST(BestDefence, LongStipulationTakesTheQuickLooksRefutation) {
+    Defence d;
+    const DefenceOutcome outcome = d.Run(ROOK_TAKEN, 6, true);
+    EXPECT_EQ(textOf(outcome), "Mate in the requested stipulation was refuted with: Ne2:g1");
+    ASSERT_EQ(outcome.result.refutations.size(), 1u);
+    EXPECT_EQ(outcome.result.m_cResult, RESULT_NO_MATE);
 }
 
 // A line played by hand: each move from the position before it, for the
