@@ -4,6 +4,7 @@
 #include "core/make_move.h"
 #include "core/movegen.h"
 #include "core/thread_context.h"
+#include "engine/defence_moves.h"
 #include "engine/defence_texts.h"
 #include "engine/find_mate.h"
 #include "engine/heuristic_relaxation.h"
@@ -15,13 +16,12 @@
 #include "registers/aggregated_register.h"
 
 #include <algorithm>
-#include <climits>
-#include <functional>
-#include <map>
 #include <memory>
 #include <stdexcept>
 
 namespace zorvane {
+
+using namespace defence_detail;
 
 namespace {
 
@@ -31,146 +31,12 @@ constexpr int QUICK_LOOK_MIN_PLIES = 12;
 constexpr int MEASURED_MATE_MAX_PLIES = 8;
 // The depths at which the actual mate is measured.
 constexpr int MEASURED_MATE_DEPTHS[] = {1, 3, 5, 7};
-// A single solution of a mate this long or longer is tested for being forced.
-constexpr int FORCED_SOLUTION_MIN_PLIES = 5;
-// The last resort tests mates up to this many plies.
-constexpr int ELIMINATION_MAX_PLIES = 13;
 // The task's result goes into the register from this many plies on.
 constexpr int REGISTER_STORE_MIN_PLIES = 13;
 // Bets pay nothing in a search this short (as in a solve).
 constexpr int HEURISTICS_MIN_PLIES = 4;
 // A position repeats one of the line after this many reversible plies.
 constexpr int REPETITION_PLIES = 4;
-const char* const THREAD_STOPPED_TEXT = "Thread stopped";
-
-SolveJob& jobOf(const TChessboard& position) {
-    return *position.m_pThread->m_pJob;
-}
-
-bool stopMeant(const TChessboard& position) {
-    return jobOf(position).m_nCommand.load(std::memory_order_acquire) >= COMMAND_STOP;
-}
-
-// Where the children of `position` are built.
-TChessboard& childSlot(const TChessboard& position) {
-    return position.m_pThread->m_aBoards[position.m_shPliesLeft];
-}
-
-std::string moveText(const TChessboard& position, const TMove& move) {
-    const bool capture = position.m_aSquares[move.to] != 0 || move.enPassant;
-    return FormatMove(move, position.m_aSquares[move.from], capture);
-}
-
-int makeBlack(const TChessboard& position, const TMove& move, TChessboard& child) {
-    CopyToChild(child, position);
-    TMove made = move;
-    return MakeBlackMove(child, made, false);
-}
-
-// The legal black moves of `position`, as the maker noted them.
-int legalBlackMoves(TChessboard& position, TMove* out) {
-    TMove moves[MAX_MOVES];
-    const int count = GenerateBlackMovesOrEvasions(position, moves);
-    TChessboard& child = childSlot(position);
-    int legal = 0;
-    for (int i = 0; i < count; ++i) {
-        CopyToChild(child, position);
-        if (MakeBlackMove(child, moves[i], false) != BLACK_MOVE_ILLEGAL) out[legal++] = moves[i];
-    }
-    return legal;
-}
-
-// White to move: a mate within `plies`, proven by the search that bets on nothing.
-bool mateWithin(const TChessboard& position, int plies) {
-    if (plies < 1) return false;
-    TChessboard probe = position;
-    probe.m_shPliesLeft = static_cast<uint16_t>(plies);
-    probe.m_uHeuristics = 0;
-    probe.m_uHeuristicParams = 0;
-    probe.m_bPass = 2;
-    if (plies == 1) return FindMateInOne(probe);
-    return FindMate(probe, true) == RESULT_MATE;
-}
-
-// Black to move: every reply is answered by a mate within the plies left
-// (White has exactly one at each of his turns).
-bool singleMateEverywhere(const TChessboard& position);
-
-// White to move: exactly one move mates within the plies left; it goes to `only`.
-bool singleMatingMove(const TChessboard& position, TMove& only) {
-    TMove moves[MAX_MOVES];
-    const int count = GenerateWhiteMovesOrEvasions(position, moves);
-    int mating = 0;
-    for (int i = 0; i < count; ++i) {
-        TChessboard child;
-        CopyToChild(child, position);
-        TMove move = moves[i];
-        if (!MakeWhiteMove(child, move)) continue;
-        // With no plies left the Black step is the test of mate itself.
-        if (FindMateBlackStep(child) != RESULT_MATE) continue;
-        if (++mating > 1 || stopMeant(position)) return false;
-        only = move;
-    }
-    return mating == 1;
-}
-
-bool singleMateEverywhere(const TChessboard& position) {
-    if (position.m_shPliesLeft == 0) return true;
-    TMove replies[MAX_MOVES];
-    const int count = GenerateBlackMovesOrEvasions(position, replies);
-    for (int i = 0; i < count; ++i) {
-        TChessboard reply;
-        const int made = makeBlack(position, replies[i], reply);
-        if (made == BLACK_MOVE_ILLEGAL) continue;
-        if (made == BLACK_MOVE_BEATS_WHITE) return false;
-        TMove only;
-        if (!singleMatingMove(reply, only)) return false;
-        TChessboard next;
-        CopyToChild(next, reply);
-        if (!MakeWhiteMove(next, only) || !singleMateEverywhere(next)) return false;
-    }
-    return true;
-}
-
-// The job's settings that a solve run inside the task changes for its own run.
-struct JobSettings {
-    bool heuristics;
-    bool ordering;
-    uint16_t repetitionLimit;
-    TProblemRegister* reg;
-    explicit JobSettings(const SolveJob& job)
-        : heuristics(job.m_bHeuristics), ordering(job.m_bMoveOrdering),
-          repetitionLimit(job.m_shRepetitionLimit), reg(job.m_pRegister) {}
-    void restore(SolveJob& job) const {
-        job.m_bHeuristics = heuristics;
-        job.m_bMoveOrdering = ordering;
-        job.m_shRepetitionLimit = repetitionLimit;
-        job.m_pRegister = reg;
-        job.m_bSolving.store(1);
-    }
-};
-
-// White to move after a black move: the keys that mate within `depth`, by
-// the ordinary solve for all solutions, on a context of its own.
-SolveResult solveAll(const TChessboard& afterBlack, int depth) {
-    SolveJob& job = jobOf(afterBlack);
-    const JobSettings kept(job);
-    SolveOptions options;
-    options.allSolutions = true;
-    options.quickMode = job.m_bSafeMode == 0;
-    options.moveOrdering = job.m_bMoveOrdering;
-    options.useRegister = job.m_pRegister != nullptr;
-    SolveDriver driver;
-    SolveResult solved;
-    try {
-        solved = driver.SolveFromPosition(job, afterBlack, depth, options);
-    } catch (...) {
-        kept.restore(job);
-        throw;
-    }
-    kept.restore(job);
-    return solved;
-}
 
 // The task's own temporary register in the problem's place while the task runs.
 class RegisterSwap {
@@ -300,465 +166,289 @@ std::wstring widen(const std::string& text) {
     return std::wstring(text.begin(), text.end());
 }
 
-} // namespace
+// One run of the task: the position on the task's own context, and what the
+// steps find out in turn.
+class DefenceTask {
+  public:
+    DefenceTask(SolveJob& job, const DefenceRequest& request)
+        : m_job(job), m_request(request), m_plies(request.plies), m_language(request.options.languageId),
+          m_context(std::make_unique<TThreadContext>()), m_ctx(*m_context) {}
 
-bool FindMateOfDepth(const TChessboard& position, int plies) {
-    TChessboard probe = position;
-    probe.m_shPliesLeft = static_cast<uint16_t>(plies + 1);
-    probe.m_uHeuristics = 0;
-    probe.m_uHeuristicParams = 0;
-    probe.m_bPass = 2;
-    return FindMateBlackStep(probe) == RESULT_MATE;
-}
+    DefenceOutcome run();
 
-bool FindOnlyDefence(TChessboard& position, TMove& move) {
-    const int plies = position.m_shPliesLeft;
-    TMove moves[MAX_MOVES];
-    const int count = legalBlackMoves(position, moves);
-    TChessboard& child = childSlot(position);
-    int alive = 0;
-    for (int i = 0; i < count; ++i) {
-        const int made = makeBlack(position, moves[i], child);
-        if (made == BLACK_MOVE_ILLEGAL) continue;
-        // Cheap tests first: a move is dead after the first mate found.
-        const bool dead = made != BLACK_MOVE_BEATS_WHITE &&
-                          (mateWithin(child, 1) || (plies > 3 && mateWithin(child, 3)) ||
-                           (plies > 5 && mateWithin(child, 5)) || (plies > 7 && mateWithin(child, 7)));
-        if (stopMeant(position)) return false;
-        if (dead) continue;
-        if (++alive > 1) return false;
-        move = moves[i];
-    }
-    return alive == 1;
-}
+  private:
+    void setUp();
+    void findOnlyReply();
+    bool lineRepeats();
+    void askRegister();
+    void search();
+    void chooseMove();
+    void storeResult();
+    void composeText();
+    bool stopped() const { return stopMeant(m_position); }
 
-int FindRefutationsQuickly(TChessboard& position, std::vector<DefenceMove>& list, bool bThorough) {
-    list.clear();
-    const int plies = position.m_shPliesLeft;
-    const int whitePlies = plies - 1;
-    if (plies <= 2) return DEFENCE_RESULT_UNKNOWN;
-    // 1. An en passant capture or a castling right that the squares do not
-    // show would make the register's answers about the children wrong.
-    if (!RegisterEligible(position)) return DEFENCE_RESULT_UNKNOWN;
-    const SolveJob& job = jobOf(position);
-    TMove moves[MAX_MOVES];
-    const int count = legalBlackMoves(position, moves);
-    std::vector<int> length(static_cast<size_t>(count), -1);
-    TChessboard& child = childSlot(position);
-    bool refuted = false;
-    // 2./3. First pass: what the register knows, then mates in one, two and three.
-    for (int i = 0; i < count; ++i) {
-        const int made = makeBlack(position, moves[i], child);
-        if (made == BLACK_MOVE_BEATS_WHITE) length[i] = 0;
-        if (made != BLACK_MOVE_MADE) continue;
-        bool excluded[8] = {};
-        if (job.m_pRegister && RegisterEligible(child)) {
-            const TChessboardRegisterItem item = TChessboardRegisterItem::FromBoard(child);
-            if (job.m_pRegister->Lookup(static_cast<uint16_t>(whitePlies), item) == 0) {
-                length[i] = 0;
-                continue;
-            }
-            for (const int k : {3, 5, 7})
-                excluded[k] = job.m_pRegister->Lookup(static_cast<uint16_t>(k), item) == 0;
-        }
-        for (const int k : {1, 3, 5}) {
-            if (k > whitePlies) break;
-            if (!excluded[k] && mateWithin(child, k)) {
-                length[i] = k;
-                break;
-            }
-        }
-        if (stopMeant(position)) return DEFENCE_RESULT_UNKNOWN;
-    }
-    // 3./4. Second pass: the rest by the full search, shortened while it still mates.
-    for (int i = 0; i < count; ++i) {
-        if (length[i] < 0) {
-            makeBlack(position, moves[i], child);
-            int depth = whitePlies;
-            if (mateWithin(child, depth)) {
-                while (depth - 2 > 5 && mateWithin(child, depth - 2)) depth -= 2;
-                length[i] = depth;
-            } else {
-                length[i] = 0;
-            }
-            if (stopMeant(position)) return DEFENCE_RESULT_UNKNOWN;
-        }
-        if (length[i] == 0) {
-            refuted = true;
-            list.push_back({moves[i], moveText(position, moves[i])});
-            // The plain command needs one refutation; the thorough one names them all.
-            if (!bThorough) break;
-        }
-    }
-    if (refuted) return RESULT_NO_MATE;
-    // 5. Third pass: the longest group, each move checked once more for a shorter mate.
-    std::map<int, std::vector<int>, std::greater<>> groups;
-    for (int i = 0; i < count; ++i) groups[length[i]].push_back(i);
-    if (!groups.empty()) {
-        const auto& [longest, members] = *groups.begin();
-        for (const int i : members) {
-            makeBlack(position, moves[i], child);
-            if (mateWithin(child, longest - 2)) continue;
-            list.push_back({moves[i], moveText(position, moves[i])});
-        }
-    }
-    if (stopMeant(position)) {
-        list.clear();
-        return DEFENCE_RESULT_UNKNOWN;
-    }
-    // 6.
-    return list.empty() ? DEFENCE_RESULT_UNKNOWN : RESULT_MATE;
-}
+    SolveJob& m_job;
+    const DefenceRequest& m_request;
+    const int m_plies;
+    const int m_language;
+    std::unique_ptr<TThreadContext> m_context;
+    TThreadContext& m_ctx;
+    // The position, and a copy of White's position above it (a relaxation of
+    // the heuristics writes its set there); the line further up is the caller's.
+    TChessboard m_position = EmptyChessboard();
+    TChessboard m_parent = EmptyChessboard();
+    DefenceOutcome m_outcome;
+    TDefenceResult& m_result = m_outcome.result;
+    TMove m_legal[MAX_MOVES];
+    int m_legalCount = 0;
+    TMove m_onlyMove;
+    bool m_onlyReplyFound = false; // by step 3 or 4, whatever step 5 decided
+    bool m_registerAnswered = false;
+    bool m_searched = false;
+    std::vector<DefenceMove> m_solutions; // the longest defences of the quick look
+    TMove m_chosen;
+    std::vector<DefenceMove> m_equivalents;
+};
 
-bool IsSolutionForced(const TChessboard& afterBlack, const TMove& key, int depth) {
-    TChessboard root = afterBlack;
-    root.m_shPliesLeft = static_cast<uint16_t>(depth);
-    root.m_uHeuristics = 0;
-    root.m_uHeuristicParams = 0;
-    root.m_bPass = 2;
-    TChessboard afterKey;
-    CopyToChild(afterKey, root);
-    TMove move = key;
-    return MakeWhiteMove(afterKey, move) && singleMateEverywhere(afterKey) && !stopMeant(afterBlack);
-}
-
-bool FindLongestDefence(TChessboard& position, TMove& move, int depth, const TMove& expected,
-                        std::vector<DefenceMove>& list) {
-    const int plies = position.m_shPliesLeft;
-    move = TMove{};
-    list.clear();
-    TMove moves[MAX_MOVES];
-    const int count = legalBlackMoves(position, moves);
-    TChessboard& child = childSlot(position);
-    for (int k = 1; k < depth || (depth == 1 && k == 1); k += 2) {
-        int best = INT_MAX;
-        std::vector<DefenceMove> found;
-        std::vector<bool> marks;
-        bool passEnded = false;
-        move = TMove{};
-        for (int i = 0; i < count && !passEnded; ++i) {
-            if (stopMeant(position)) throw std::runtime_error(THREAD_STOPPED_TEXT);
-            // 1.
-            const int made = makeBlack(position, moves[i], child);
-            if (made == BLACK_MOVE_ILLEGAL) continue;
-            if (made == BLACK_MOVE_BEATS_WHITE) {
-                found.clear();
-                passEnded = true;
-                break;
-            }
-            // 2. Short mates kill a move; the later passes forgive more of them.
-            if ((plies > 1 && mateWithin(child, 1)) || (k <= 3 && depth > 3 && mateWithin(child, 3)) ||
-                (k <= 5 && depth >= 6 && mateWithin(child, 5)))
-                continue;
-            // 3.
-            const SolveResult solved = solveAll(child, depth);
-            if (stopMeant(position)) throw std::runtime_error(THREAD_STOPPED_TEXT);
-            if (solved.moves.empty()) {
-                found.clear();
-                passEnded = true;
-                break;
-            }
-            // 4. A single key that forces every line counts as none.
-            int solutions = static_cast<int>(solved.moves.size());
-            if (solutions == 1 && depth >= FORCED_SOLUTION_MIN_PLIES &&
-                IsSolutionForced(child, solved.moves[0], depth))
-                solutions = 0;
-            // 5. Fewest solutions wins.
-            if (solutions < best) {
-                best = solutions;
-                found.clear();
-                marks.clear();
-            }
-            if (solutions == best) {
-                found.push_back({moves[i], moveText(position, moves[i])});
-                marks.push_back(!expected.isNull() && moves[i] == expected);
-                move = found.front().move;
-                list = found;
-            }
-        }
-        if (passEnded || found.empty()) {
-            move = TMove{};
-            list.clear();
-            continue;
-        }
-        // The expected move goes first among equals.
-        std::vector<DefenceMove> ordered;
-        std::vector<bool> orderedMarks;
-        for (const bool wanted : {true, false})
-            for (size_t i = 0; i < found.size(); ++i)
-                if (marks[i] == wanted) {
-                    ordered.push_back(found[i]);
-                    orderedMarks.push_back(wanted);
-                }
-        // A promotion to a lesser man gives way to the same move promoting to a queen.
-        const TMove first = ordered.front().move;
-        if (first.promotionKind() && first.promotionKind() != KIND_QUEEN) {
-            for (size_t i = 1; i < ordered.size(); ++i) {
-                const TMove other = ordered[i].move;
-                if (other.from == first.from && other.to == first.to && other.promotionKind() == KIND_QUEEN &&
-                    orderedMarks[i] == orderedMarks[0]) {
-                    std::swap(ordered[0], ordered[i]);
-                    break;
-                }
-            }
-        }
-        list = ordered;
-        move = list.front().move;
-        return true;
+void DefenceTask::setUp() {
+    m_ctx.m_pJob = &m_job;
+    m_job.m_bDeniedCastling = 0;
+    m_position = *m_request.position;
+    m_position.m_pProblem = &m_job.problem;
+    m_position.m_pThread = &m_ctx;
+    if (m_position.m_pParent) {
+        m_parent = *m_position.m_pParent;
+        m_parent.m_pProblem = &m_job.problem;
+        m_parent.m_pThread = &m_ctx;
+        m_position.m_pParent = &m_parent;
     }
-    move = TMove{};
-    list.clear();
-    return false;
-}
-
-TMove FindDefenceByElimination(TChessboard& position, bool& uncertain) {
-    uncertain = false;
-    TMove moves[MAX_MOVES];
-    const int count = legalBlackMoves(position, moves);
-    if (count == 0) return TMove{};
-    if (count == 1) return moves[0];
-    std::vector<TMove> left(moves, moves + count);
-    TChessboard& child = childSlot(position);
-    const int bound = std::min(ELIMINATION_MAX_PLIES, position.m_shPliesLeft - 1);
-    for (int k = 1; k <= bound && left.size() > 1; k += 2) {
-        for (auto it = left.begin(); it != left.end() && left.size() > 1;) {
-            const int made = makeBlack(position, *it, child);
-            // A move after which no mate can follow is the answer at once.
-            if (made != BLACK_MOVE_MADE) return *it;
-            if (mateWithin(child, k))
-                it = left.erase(it);
-            else
-                ++it;
-        }
-        if (stopMeant(position)) break;
-    }
-    uncertain = left.size() > 1;
-    return left.front();
-}
-
-DefenceOutcome FindBestDefence(SolveJob& job, const DefenceRequest& request) {
-    if (!request.position || request.plies < 2 || (request.plies & 1))
-        throw std::invalid_argument("the best defence needs Black to move with an even number of plies left");
-    const int plies = request.plies;
-    const SolveOptions& options = request.options;
-    const int language = options.languageId;
-    DefenceOutcome outcome;
-    TDefenceResult& result = outcome.result;
-
-    auto context = std::make_unique<TThreadContext>();
-    TThreadContext& ctx = *context;
-    ctx.m_pJob = &job;
-    job.m_bDeniedCastling = 0;
-    // The line above is the caller's; White's position just above is copied,
-    // since a relaxation of the heuristics writes its set there.
-    TChessboard position = *request.position;
-    TChessboard parent = EmptyChessboard();
-    position.m_pProblem = &job.problem;
-    position.m_pThread = &ctx;
-    if (position.m_pParent) {
-        parent = *position.m_pParent;
-        parent.m_pProblem = &job.problem;
-        parent.m_pThread = &ctx;
-        position.m_pParent = &parent;
-    }
-    const TChessboard* top = &position;
+    const TChessboard* top = &m_position;
     while (top->m_pParent) top = top->m_pParent;
-    ctx.m_pRoot = top;
+    m_ctx.m_pRoot = top;
     // The moves of a position that cannot stand mean nothing: it is tested first.
-    position.m_shPliesLeft = position.m_shPliesTotal = static_cast<uint16_t>(plies);
-    SetupChessboard(position, false);
-    if (position.m_cWhiteChecker >= 0) throw ChessException(WHITE_KING_CHECKED_TEXT);
+    m_position.m_shPliesLeft = m_position.m_shPliesTotal = static_cast<uint16_t>(m_plies);
+    SetupChessboard(m_position, false);
+    if (m_position.m_cWhiteChecker >= 0) throw ChessException(WHITE_KING_CHECKED_TEXT);
+    const SolveOptions& options = m_request.options;
+    m_job.m_bSafeMode = SafeModeFor(m_job.problem, options.quickMode) ? 1 : 0;
+    m_job.m_bMoveOrdering = options.moveOrdering;
+    m_job.m_bHeuristics = false;
+    m_job.m_shRepetitionLimit = static_cast<uint16_t>(m_plies);
+    m_job.m_nNodes.store(0);
+    m_ctx.m_nSuspended.store(0);
+    if (m_position.m_bPass == 0) m_position.m_bPass = 1;
+}
 
-    job.m_bSafeMode = SafeModeFor(job.problem, options.quickMode) ? 1 : 0;
-    job.m_bMoveOrdering = options.moveOrdering;
-    job.m_bHeuristics = false;
-    job.m_shRepetitionLimit = static_cast<uint16_t>(plies);
-    job.m_nNodes.store(0);
-    job.m_bSolving.store(1);
+void DefenceTask::findOnlyReply() {
+    // 3. One legal move.
+    m_legalCount = legalBlackMoves(m_position, m_legal);
+    if (m_legalCount == 1) {
+        m_result.m_bOnlyReply = true;
+        m_onlyMove = m_legal[0];
+    } else if (m_legalCount > 1 && FindOnlyDefence(m_position, m_onlyMove)) {
+        // 4. One move that avoids a quick mate.
+        m_result.m_bOnlyReply = m_result.m_bFastMateOnly = true;
+    }
+    m_onlyReplyFound = m_result.m_bOnlyReply;
+    // 5. The thorough command wants to know what stands behind an only reply:
+    // a known mate settles it, anything else leaves it to the search.
+    if (m_result.m_bOnlyReply && m_request.thorough) {
+        TChessboard& child = childSlot(m_position);
+        if (makeBlack(m_position, m_onlyMove, child) == BLACK_MOVE_MADE &&
+            registerAnswer(m_job, child, m_plies - 1) == RESULT_MATE)
+            m_result.m_cResult = RESULT_MATE;
+        else
+            m_result.m_bOnlyReply = false;
+    }
+}
+
+bool DefenceTask::lineRepeats() {
+    // The position four plies back must lie inside the stipulation.
+    if (m_plies + REPETITION_PLIES > m_job.problem.plies || !repeatsLine(m_position)) return false;
+    m_outcome.repetition = true;
+    m_outcome.text = PositionRepetitionWord(m_language);
+    m_outcome.boxes.push_back({InformationTitle(m_language), LineRepetitionBoxText(m_language)});
+    return true;
+}
+
+void DefenceTask::askRegister() {
+    if (m_result.m_cResult != DEFENCE_RESULT_UNKNOWN || m_result.m_bOnlyReply) return;
+    const int8_t known = registerAnswer(m_job, m_position, m_plies);
+    if (known != RESULT_MATE && known != RESULT_NO_MATE) return;
+    m_result.m_bFromRegister = m_registerAnswered = true;
+    m_result.m_cResult = known;
+}
+
+void DefenceTask::search() {
+    if (m_result.m_cResult != DEFENCE_RESULT_UNKNOWN || m_result.m_bOnlyReply ||
+        m_result.m_wRegisterDepth != REGISTER_DEPTH_UNKNOWN)
+        return;
+    m_searched = true;
+    // 9. Under heuristics while they decide something.
+    const uint32_t word =
+        chooseWord(m_job, m_ctx, m_position, m_position.m_pParent ? &m_parent : nullptr, m_request.options);
+    const uint32_t savedWord = m_position.m_uHeuristics;
+    m_result.m_cResult = searchUnderHeuristics(m_job, m_ctx, m_position, word);
+    // 10. Still undecided: one run that bets on nothing.
+    if (m_result.m_cResult < 0 && !stopped()) {
+        m_position.m_bPass = 2;
+        m_position.m_uHeuristics = 0;
+        m_position.m_uHeuristicParams = 0;
+        m_ctx.ClearPlyArrays();
+        const int8_t answer = FindMateBlackStep(m_position);
+        m_result.m_cResult = answer == RESULT_REPETITION ? int{RESULT_NO_MATE} : int{answer};
+        m_position.m_bPass = 1;
+    }
+    m_position.m_uHeuristics = savedWord;
+    m_position.m_uHeuristicParams = 0;
+    // The refutation that ended the search, proven once more.
+    TMove refutation;
+    if (!stopped() && m_result.m_cResult == RESULT_NO_MATE && m_result.refutations.empty() &&
+        refutationOfSearch(m_position, m_legal, m_legalCount, refutation))
+        m_result.refutations.push_back({refutation, moveText(m_position, refutation)});
+}
+
+void DefenceTask::chooseMove() {
+    if (m_onlyReplyFound) {
+        m_chosen = m_onlyMove;
+        return;
+    }
+    const bool mate = m_result.m_cResult == RESULT_MATE;
+    if (!m_result.refutations.empty()) {
+        m_chosen = m_result.refutations.front().move;
+        if (m_result.m_cResult == RESULT_NO_MATE) m_equivalents = m_result.refutations;
+        if (!(mate && m_plies <= MEASURED_MATE_MAX_PLIES)) return;
+    }
+    if (!m_chosen.isNull()) return;
+    if (m_solutions.size() == 1) {
+        m_chosen = m_solutions.front().move;
+    } else if (mate) {
+        // The depth of the actual mate, measured where it is cheap.
+        int depth = m_plies - 1;
+        for (const int measured : MEASURED_MATE_DEPTHS) {
+            if (measured >= m_plies - 1) break;
+            if (FindMateOfDepth(m_position, measured)) {
+                depth = measured;
+                break;
+            }
+        }
+        const TMove expected = m_solutions.empty() ? TMove{} : m_solutions.front().move;
+        try {
+            FindLongestDefence(m_position, m_chosen, depth, expected, m_equivalents);
+        } catch (const std::runtime_error&) {
+            // Stopped: the best move so far is still worth playing.
+            m_outcome.stopped = true;
+        }
+    }
+    if (m_chosen.isNull() && !m_outcome.stopped) {
+        bool uncertain = false;
+        m_chosen = FindDefenceByElimination(m_position, uncertain);
+        if (uncertain)
+            m_outcome.boxes.push_back({InformationTitle(m_language), NoRegisterDataBoxText(m_language)});
+    }
+}
+
+void DefenceTask::storeResult() {
+    if (m_registerAnswered || m_plies < REGISTER_STORE_MIN_PLIES || m_outcome.stopped || !m_job.m_pRegister ||
+        !RegisterEligible(m_position))
+        return;
+    if (m_result.m_cResult == RESULT_MATE || m_result.m_cResult == RESULT_NO_MATE)
+        m_job.m_pRegister->Store(static_cast<uint16_t>(m_plies),
+                                 TChessboardRegisterItem::FromBoard(m_position),
+                                 m_result.m_cResult == RESULT_MATE);
+}
+
+void DefenceTask::composeText() {
+    if (m_chosen.isNull()) {
+        if (m_outcome.stopped) {
+            m_outcome.text = AnalysisStoppedText(m_language);
+        } else {
+            m_outcome.text = NoValidMoveText(m_language);
+            m_outcome.boxes.push_back({InformationTitle(m_language), NoValidMoveText(m_language)});
+        }
+        return;
+    }
+    m_result.equivalentMoves = m_equivalents;
+    m_outcome.move = m_chosen;
+    m_outcome.moveText = moveText(m_position, m_chosen);
+    const bool refuted = m_result.m_wRegisterDepth != REGISTER_DEPTH_UNKNOWN
+                             ? m_result.m_wRegisterDepth == 0 || m_result.m_wRegisterDepth > m_plies
+                             : m_result.m_cResult == RESULT_NO_MATE;
+    std::wstring text = DefenceWordText(wordFor(m_result, m_legalCount == 1, refuted), m_language) +
+                        widen(m_outcome.moveText);
+    if (m_result.m_bFromRegister) text += FromRegisterSuffix(m_language);
+    if (m_equivalents.size() > 1) {
+        text += EquivalentMovesLabel(m_language);
+        for (size_t i = 0; i < m_equivalents.size(); ++i)
+            text += (i ? L", " : L"") + widen(m_equivalents[i].text);
+    }
+    TChessboard after;
+    if (makeBlack(m_position, m_chosen, after) != BLACK_MOVE_ILLEGAL && repeatsLine(after)) {
+        text += L"\n" + PositionRepetitionWord(m_language);
+        m_outcome.boxes.push_back({InformationTitle(m_language), ChosenMoveRepetitionBoxText(m_language)});
+    }
+    if (m_outcome.stopped) text += StoppedByUserSuffix(m_language);
+    m_outcome.text = text;
+}
+
+DefenceOutcome DefenceTask::run() {
+    setUp();
+    m_job.m_bSolving.store(1);
     struct SolvingFlag {
         SolveJob& job;
         ~SolvingFlag() {
             job.m_bHeuristics = false;
             job.m_bSolving.store(0);
         }
-    } solvingFlag{job};
-
-    // 1. The registers; nothing holds the thread.
-    const RegisterSwap registers(job, plies, options);
-    ctx.m_nSuspended.store(0);
-    if (position.m_bPass == 0) position.m_bPass = 1;
-    const bool thorough = request.thorough;
-    std::vector<DefenceMove> solutions;
-
+    } solvingFlag{m_job};
+    // 1. The task's own registers in place of the problem's, until the end.
+    const RegisterSwap registers(m_job, m_plies, m_request.options);
     // 2. The fast look, in long stipulations only.
-    if (plies >= QUICK_LOOK_MIN_PLIES) {
+    if (m_plies >= QUICK_LOOK_MIN_PLIES) {
         std::vector<DefenceMove> quick;
-        result.m_cResult = FindRefutationsQuickly(position, quick, thorough);
-        if (result.m_cResult == RESULT_NO_MATE) result.refutations = quick;
-        if (result.m_cResult == RESULT_MATE) solutions = quick;
+        m_result.m_cResult = FindRefutationsQuickly(m_position, quick, m_request.thorough);
+        if (m_result.m_cResult == RESULT_NO_MATE) m_result.refutations = quick;
+        if (m_result.m_cResult == RESULT_MATE) m_solutions = quick;
     }
-
-    // 3. One legal move.
-    TMove legal[MAX_MOVES];
-    const int legalCount = legalBlackMoves(position, legal);
-    const bool singleLegal = legalCount == 1;
-    TMove onlyMove;
-    if (singleLegal) {
-        result.m_bOnlyReply = true;
-        onlyMove = legal[0];
-    } else if (legalCount > 1 && FindOnlyDefence(position, onlyMove)) {
-        // 4. One move that avoids a quick mate.
-        result.m_bOnlyReply = result.m_bFastMateOnly = true;
-    }
-    const bool onlyReplyFound = result.m_bOnlyReply;
-
-    // 5. The thorough command wants to know what stands behind an only reply.
-    if (result.m_bOnlyReply && thorough) {
-        TChessboard& child = childSlot(position);
-        if (makeBlack(position, onlyMove, child) == BLACK_MOVE_MADE &&
-            registerAnswer(job, child, plies - 1) == RESULT_MATE)
-            result.m_cResult = RESULT_MATE;
-        else
-            result.m_bOnlyReply = false;
-    }
-
+    // 3.-5. A single reply, or a single escape from the quick mates.
+    findOnlyReply();
+    // 6. No table of the program knows the position: m_wRegisterDepth stays unknown.
     // 7. A position that repeats one of the line is not analysed.
-    if (plies + REPETITION_PLIES <= job.problem.plies && repeatsLine(position)) {
-        outcome.repetition = true;
-        outcome.text = PositionRepetitionWord(language);
-        outcome.boxes.push_back({InformationTitle(language), LineRepetitionBoxText(language)});
-        return outcome;
-    }
-
+    if (lineRepeats()) return m_outcome;
     // 8. The register may know the position itself.
-    bool registerAnswered = false;
-    if (result.m_cResult == DEFENCE_RESULT_UNKNOWN && !result.m_bOnlyReply) {
-        const int8_t known = registerAnswer(job, position, plies);
-        if (known == RESULT_MATE || known == RESULT_NO_MATE) {
-            result.m_bFromRegister = registerAnswered = true;
-            result.m_cResult = known;
-        }
-    }
-
-    // 9. The full search, under heuristics while they decide something.
-    bool searched = false;
-    if (result.m_cResult == DEFENCE_RESULT_UNKNOWN && !result.m_bOnlyReply &&
-        result.m_wRegisterDepth == REGISTER_DEPTH_UNKNOWN) {
-        searched = true;
-        const uint32_t word = chooseWord(job, ctx, position, position.m_pParent ? &parent : nullptr, options);
-        const uint32_t savedWord = position.m_uHeuristics;
-        result.m_cResult = searchUnderHeuristics(job, ctx, position, word);
-        // 10. Still undecided: one run that bets on nothing.
-        if (result.m_cResult < 0 && !stopMeant(position)) {
-            position.m_bPass = 2;
-            position.m_uHeuristics = 0;
-            position.m_uHeuristicParams = 0;
-            ctx.ClearPlyArrays();
-            const int8_t answer = FindMateBlackStep(position);
-            result.m_cResult = answer == RESULT_REPETITION ? int{RESULT_NO_MATE} : int{answer};
-            position.m_bPass = 1;
-        }
-        position.m_uHeuristics = savedWord;
-        position.m_uHeuristicParams = 0;
-    }
-    // 11.
-    if (negativeResult(result.m_cResult) && !result.m_bOnlyReply &&
-        result.m_wRegisterDepth == REGISTER_DEPTH_UNKNOWN)
-        result.m_cResult = RESULT_NO_MATE;
-
+    askRegister();
+    // 9./10. The full search.
+    search();
+    // 11. What stays undecided counts as no mate.
+    if (negativeResult(m_result.m_cResult) && !m_result.m_bOnlyReply &&
+        m_result.m_wRegisterDepth == REGISTER_DEPTH_UNKNOWN)
+        m_result.m_cResult = RESULT_NO_MATE;
     // 12. A stop leaves no answer, unless a move is in hand already.
-    outcome.stopped = stopMeant(position);
-    TMove chosen;
-    std::vector<DefenceMove> equivalents;
-    if (outcome.stopped) {
-        if (onlyReplyFound) {
-            result.m_bOnlyReply = true;
-            chosen = onlyMove;
+    m_outcome.stopped = stopped();
+    if (m_outcome.stopped) {
+        if (m_onlyReplyFound) {
+            m_result.m_bOnlyReply = true;
+            m_chosen = m_onlyMove;
         }
-        if (searched) result.m_cResult = DEFENCE_RESULT_UNKNOWN;
-    } else if (onlyReplyFound) {
-        chosen = onlyMove;
+        if (m_searched) m_result.m_cResult = DEFENCE_RESULT_UNKNOWN;
     } else {
-        // The search's refutation, proven once more.
-        TMove refutation;
-        if (searched && result.m_cResult == RESULT_NO_MATE && result.refutations.empty() &&
-            refutationOfSearch(position, legal, legalCount, refutation))
-            result.refutations.push_back({refutation, moveText(position, refutation)});
         // 13. The best move.
-        const bool mate = result.m_cResult == RESULT_MATE;
-        if ((mate && plies <= MEASURED_MATE_MAX_PLIES) || result.refutations.empty()) {
-            if (!result.refutations.empty()) {
-                chosen = result.refutations.front().move;
-            } else if (solutions.size() == 1) {
-                chosen = solutions.front().move;
-            } else if (mate) {
-                int depth = plies - 1;
-                for (const int measured : MEASURED_MATE_DEPTHS) {
-                    if (measured >= plies - 1) break;
-                    if (FindMateOfDepth(position, measured)) {
-                        depth = measured;
-                        break;
-                    }
-                }
-                const TMove expected = solutions.empty() ? TMove{} : solutions.front().move;
-                try {
-                    FindLongestDefence(position, chosen, depth, expected, equivalents);
-                } catch (const std::runtime_error&) {
-                    // Stopped: the best move so far is still worth playing.
-                    outcome.stopped = true;
-                }
-            }
-            if (chosen.isNull() && !outcome.stopped) {
-                bool uncertain = false;
-                chosen = FindDefenceByElimination(position, uncertain);
-                if (uncertain)
-                    outcome.boxes.push_back({InformationTitle(language), NoRegisterDataBoxText(language)});
-            }
-        } else {
-            chosen = result.refutations.front().move;
-        }
-        if (result.m_cResult == RESULT_NO_MATE && !result.refutations.empty())
-            equivalents = result.refutations;
+        chooseMove();
     }
-
     // 14. The register remembers a decided long task.
-    if (!registerAnswered && plies >= REGISTER_STORE_MIN_PLIES && !outcome.stopped && job.m_pRegister &&
-        RegisterEligible(position) && (result.m_cResult == RESULT_MATE || result.m_cResult == RESULT_NO_MATE))
-        job.m_pRegister->Store(static_cast<uint16_t>(plies), TChessboardRegisterItem::FromBoard(position),
-                               result.m_cResult == RESULT_MATE);
-
+    storeResult();
     // 15. The text.
-    if (chosen.isNull()) {
-        if (outcome.stopped) {
-            outcome.text = AnalysisStoppedText(language);
-        } else {
-            outcome.text = NoValidMoveText(language);
-            outcome.boxes.push_back({InformationTitle(language), NoValidMoveText(language)});
-        }
-        return outcome;
-    }
-    result.equivalentMoves = equivalents;
-    outcome.move = chosen;
-    outcome.moveText = moveText(position, chosen);
-    const bool refuted = result.m_wRegisterDepth != REGISTER_DEPTH_UNKNOWN
-                             ? result.m_wRegisterDepth == 0 || result.m_wRegisterDepth > plies
-                             : result.m_cResult == RESULT_NO_MATE;
-    std::wstring text =
-        DefenceWordText(wordFor(result, singleLegal, refuted), language) + widen(outcome.moveText);
-    if (result.m_bFromRegister) text += FromRegisterSuffix(language);
-    if (equivalents.size() > 1) {
-        text += EquivalentMovesLabel(language);
-        for (size_t i = 0; i < equivalents.size(); ++i)
-            text += (i ? L", " : L"") + widen(equivalents[i].text);
-    }
-    TChessboard after;
-    if (makeBlack(position, chosen, after) != BLACK_MOVE_ILLEGAL && repeatsLine(after)) {
-        text += L"\n" + PositionRepetitionWord(language);
-        outcome.boxes.push_back({InformationTitle(language), ChosenMoveRepetitionBoxText(language)});
-    }
-    if (outcome.stopped) text += StoppedByUserSuffix(language);
-    outcome.text = text;
-    return outcome;
+    composeText();
+    return m_outcome;
+}
+
+} // namespace
+
+DefenceOutcome FindBestDefence(SolveJob& job, const DefenceRequest& request) {
+    if (!request.position || request.plies < 2 || (request.plies & 1))
+        throw std::invalid_argument("the best defence needs Black to move with an even number of plies left");
+    DefenceTask task(job, request);
+    return task.run();
 }
 
 } // namespace zorvane
