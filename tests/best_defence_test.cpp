@@ -445,4 +445,18 @@ TEST(SolverDefence, StopEndsALongTask) {
     EXPECT_TRUE(outcome.move.isNull());
 }
 
+TEST(SolverDefence, TheAnalysedLineOfADefenceStartsWithBlacksMove) {
+    TChessboard root = EmptyChessboard();
+    ASSERT_TRUE(ReadFen(TWO_REFUTATIONS, root));
+    root.m_shPliesLeft = root.m_shPliesTotal = 4;
+    AnalysedLine line;
+    line.steps[0] = {moveOf(root, "Ne1-f3"), 1, 7};
+    TChessboard afterKnight;
+    TMove knight = moveOf(root, "Ne1-f3");
+    ASSERT_TRUE(PlayMove(root, afterKnight, knight));
+    line.steps[1] = {moveOf(afterKnight, "Rg1-h1"), 0, 14};
+    line.length = 2;
+    EXPECT_EQ(AnalysedLineText(root, line), "1...Nf3 (2/7) 2.Rh1 (1/14)");
+}
+
 } // namespace

@@ -37,9 +37,11 @@ std::string AnalysedLineText(const TChessboard& root, const AnalysedLine& line) 
         const AnalysedMove& step = line.steps[i];
         TMove move = step.move;
         if (!PlayMove(boards[i], boards[i + 1], move)) break;
-        const bool white = (i & 1) == 0;
+        // A line from a position with Black to move (a best defence) starts with Black's move.
+        const int ply = root.whiteToMove() ? i : i + 1;
+        const bool white = (ply & 1) == 0;
         if (i) text += ' ';
-        text += std::to_string(i / 2 + 1) + (white ? "." : "...") + FormatShortMove(boards[i + 1]) + " (" +
+        text += std::to_string(ply / 2 + 1) + (white ? "." : "...") + FormatShortMove(boards[i + 1]) + " (" +
                 std::to_string(step.index + 1) + "/" + std::to_string(step.count) + ")";
     }
     return text;

@@ -103,7 +103,8 @@ class Solver {
 };
 
 // "1.Qd4 (3/25) 1...Kf5 (2/8) 2.Rb3 (1/12)": the line played from `root`,
-// each move with its place in its list (from 1). A move the board refuses (a
+// each move with its place in its list (from 1); "1...Kf5 (2/8) 2.Rb3 (1/12)"
+// from a root with Black to move. A move the board refuses (a
 // note caught between two passes) ends the text there.
 std::string AnalysedLineText(const TChessboard& root, const AnalysedLine& line);
 
