@@ -91,6 +91,23 @@ class BestDefenceWindowTest : public QObject {
         QCOMPARE(s.window->statusText(), QStringLiteral("No valid move found"));
         QCOMPARE(s.window->problems().Current()->playedPositions.size(), size_t{1});
     }
+
+    void stopEndsALongDefenceWithItsText() {
+        SolvingSession s;
+        startLong(s); // the opening position as a #9
+        auto* view = s.window->findChild<BoardView*>();
+        QVERIFY(view);
+        emit view->moveRequested(12, 28); // e2-e4: Black to move, White mates in eight more
+        QVERIFY(s.enabled(CommandId::SolveBlackDefence));
+        s.window->DispatchCommand(CommandId::SolveBlackDefence);
+        QVERIFY(s.window->runningSolves().contains(1));
+        QTest::qWait(300);
+        QVERIFY(s.window->runningSolves().contains(1));
+        s.window->DispatchCommand(CommandId::SolveStop);
+        QVERIFY(!s.window->runningSolves().contains(1));
+        QCOMPARE(s.window->statusText(), QStringLiteral("Analysis stopped by user"));
+        QCOMPARE(s.window->problems().Current()->playedPositions.size(), size_t{1});
+    }
 };
 
 QTEST_MAIN(BestDefenceWindowTest)
