@@ -374,6 +374,28 @@ TEST(BestDefence, ChosenMoveThatRepeatsAPositionIsMarked) {
     EXPECT_EQ(outcome.boxes[0].text, ChosenMoveRepetitionBoxText(LANGUAGE_ENGLISH));
 }
 
+TEST(BestDefence, PositionOfALineIsSearchedUnderTheHeuristicsOfWhitesPositionAbove) {
+    Line line("4k3/8/8/4K3/8/8/8/R7", 7);
+    const TChessboard& afterKing = line.Play("Ke5-e6");
+    TChessProblem problem;
+    problem.startPosition = line.boards[0];
+    SetStipulation(problem, 4);
+    SolveJob job(problem);
+    DefenceRequest request;
+    request.position = &afterKing;
+    request.plies = 6;
+    const DefenceOutcome outcome = FindBestDefence(job, request);
+    EXPECT_EQ(
+        outcome.text,
+        L"Not found any defence against mate. The best looks: Ke8-d8\nEquivalent moves: Ke8-d8, Ke8-f8");
+    EXPECT_EQ(outcome.result.m_cResult, RESULT_MATE);
+    EXPECT_EQ(outcome.heuristics, "SH_AREKINGSNEAR, SH_3MOVESTOMATE");
+    EXPECT_FALSE(job.m_bHeuristics);
+    // Without the line above there is no set to start with.
+    Defence alone;
+    EXPECT_EQ(alone.Run("4k3/8/4K3/8/8/8/8/R7", 3).heuristics, "");
+}
+
 TEST(BestDefence, WhiteKingInCheckIsRefused) {
     Defence d;
     try {

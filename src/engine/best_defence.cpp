@@ -288,6 +288,7 @@ void DefenceTask::search() {
     const uint32_t word =
         chooseWord(m_job, m_ctx, m_position, m_position.m_pParent ? &m_parent : nullptr, m_request.options);
     const uint32_t savedWord = m_position.m_uHeuristics;
+    if (word) m_outcome.heuristics = GetSpecialHeuristicsText(m_parent, m_ctx, m_job.m_solveWideHeuristics);
     m_result.m_cResult = searchUnderHeuristics(m_job, m_ctx, m_position, word);
     // 10. Still undecided: one run that bets on nothing.
     if (m_result.m_cResult < 0 && !stopped()) {

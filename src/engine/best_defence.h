@@ -67,6 +67,7 @@ struct DefenceOutcome {
     std::string moveText; // long notation; empty without a move
     std::wstring text;
     std::vector<DefenceBox> boxes;
+    std::string heuristics;  // the set the full search started with, as text; empty for none
     bool stopped = false;    // the user stopped the task
     bool repetition = false; // the position repeats one of the line: nothing was searched
 };
