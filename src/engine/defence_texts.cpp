@@ -77,9 +77,10 @@ std::wstring InformationTitle(int languageId) {
 
 std::wstring NoRegisterDataBoxText(int languageId) {
     return in(
-        {L"Brak danych w rejestrze tymczasowym.\n\nPrzedstawiona obrona czarnych może być nieprawidłowa.",
+        {L"Brak danych w rejestrze tymczasowym.\n\nObrona czarnych, która zostanie przedstawiona, może być "
+         L"nieprawidłowa.",
          L"No data in temporary register.\n\nDefence by black that will be presented may be incorrect.",
-         L"Немає даних у тимчасовому реєстрі.\n\nПоказаний захист чорних може бути неправильним."},
+         L"Немає даних у тимчасовому реєстрі.\n\nЗахист чорних, який буде показано, може бути неправильним."},
         languageId);
 }
 
