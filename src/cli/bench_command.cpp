@@ -71,18 +71,24 @@ int runLongBench(const BenchOptions& options) {
 
 int runBench(const BenchOptions& options) {
     uint64_t totalNodes = 0;
-    double totalMs = 0;
+    double totalMs = 0, totalTreeMs = 0;
     try {
         const auto print = [&](const BenchmarkProblem& p) {
             std::string keys;
             for (size_t i = 0; i < p.keys.size(); ++i)
                 keys += (i ? ", " : "") + p.keys[i] + " (#" + std::to_string(p.keyPositions[i]) +
                         " in the root list)";
-            std::printf("%4d #%d %12llu nodes %9.0f ms  %s\n", p.number, p.moves,
-                        static_cast<unsigned long long>(p.nodes), p.milliseconds, keys.c_str());
+            if (options.settings.tree)
+                std::printf("%4d #%d %12llu nodes %9.2f ms  tree %9.2f ms  %s\n", p.number, p.moves,
+                            static_cast<unsigned long long>(p.nodes), p.milliseconds, p.treeMilliseconds,
+                            keys.c_str());
+            else
+                std::printf("%4d #%d %12llu nodes %9.0f ms  %s\n", p.number, p.moves,
+                            static_cast<unsigned long long>(p.nodes), p.milliseconds, keys.c_str());
             std::fflush(stdout);
             totalNodes += p.nodes;
             totalMs += p.milliseconds;
+            totalTreeMs += p.treeMilliseconds;
         };
         if (options.files.empty()) RunSolveBenchmark(options.corpus, options.settings, print);
         for (const std::string& file : options.files) RunFileBenchmark(file, options.settings, print);
@@ -92,6 +98,7 @@ int runBench(const BenchOptions& options) {
     }
     std::printf("Total time: %.0f ms\nNodes searched: %llu\n", totalMs,
                 static_cast<unsigned long long>(totalNodes));
+    if (options.settings.tree) std::printf("Total time of the trees: %.0f ms\n", totalTreeMs);
     return 0;
 }
 
@@ -109,6 +116,8 @@ Runner AddBenchCommand(CLI::App& app) {
                     "Search without the temporary register");
     bench->add_flag("--first", options->settings.firstSolution,
                     "Stop each problem at its first key (the signature counts every key)");
+    bench->add_flag("--tree", options->settings.tree,
+                    "Build each problem's solution tree after its keys and time it apart (nodes: the keys')");
     bench->add_flag("--heuristics", options->settings.heuristics,
                     "Solve with the automatic set of special heuristics (the signature solves without)");
     bench->add_flag(

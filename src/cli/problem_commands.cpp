@@ -1,8 +1,13 @@
 // zorvane-cli check, format and solve: whole problem files from scripts.
 #include "cli/commands.h"
+#include "cli/json_text.h"
+#include "cli/tree_json.h"
 #include "cli/number_option.h"
 #include "core/chess_exception.h"
+#include "core/localized_text.h"
+#include "engine/mate_search.h"
 #include "engine/solver.h"
+#include "engine/solution_tree_text.h"
 #include "engine/solve_texts.h"
 #include "problems/problem_file.h"
 #include "problems/text_encoding.h"
@@ -31,10 +36,20 @@ struct FileOptions {
     bool first = false;        // stop at the first key: quick, but proves no soundness
     bool allSolutions = false; // every key: the default, named for scripts that say so
     bool stopOnDual = false;
-    bool noHeuristics = false; // bet on nothing: the search of every pass is the last pass's
-    bool showPasses = false;   // print the passes each problem would run, and solve nothing
-    int repeat = 1;            // solves of each problem; the later ones start from a warm register
+    bool noHeuristics = false;   // bet on nothing: the search of every pass is the last pass's
+    bool showPasses = false;     // print the passes each problem would run, and solve nothing
+    int repeat = 1;              // solves of each problem; the later ones start from a warm register
+    bool tree = false;           // the whole solution after the keys
+    int treeDepth = 0;           // White moves of the tree shown in full; 0 for the default
+    int maxRefutations = 1;      // of a try
+    std::string language = "en"; // the figure letters of the tree
 };
+
+int languageIdOf(const std::string& name) {
+    if (name == "pl") return LANGUAGE_POLISH;
+    if (name == "uk") return LANGUAGE_UKRAINIAN;
+    return LANGUAGE_ENGLISH;
+}
 
 constexpr auto PROGRESS_INTERVAL = std::chrono::seconds(1);
 
@@ -78,10 +93,14 @@ class SolveWatch {
             const SolveProgress progress = m_solver.Progress();
             const int total = progress.rootMoves;
             const double seconds = std::chrono::duration<double>(now - start).count();
-            std::fprintf(stderr, "\rproblem %d: pass %s, %.1f%% of %d root moves, %llu nodes, %.0f s   ",
-                         m_problemId, PassName(progress.pass, progress.relaxations).c_str(),
-                         total ? 100.0 * std::max(progress.rootMovesBegun - 1, 0) / total : 0.0, total,
-                         static_cast<unsigned long long>(progress.nodes), seconds);
+            if (progress.buildingTree)
+                std::fprintf(stderr, "\rproblem %d: solution tree, %llu nodes, %.0f s                  ",
+                             m_problemId, static_cast<unsigned long long>(progress.nodes), seconds);
+            else
+                std::fprintf(stderr, "\rproblem %d: pass %s, %.1f%% of %d root moves, %llu nodes, %.0f s   ",
+                             m_problemId, PassName(progress.pass, progress.relaxations).c_str(),
+                             total ? 100.0 * std::max(progress.rootMovesBegun - 1, 0) / total : 0.0, total,
+                             static_cast<unsigned long long>(progress.nodes), seconds);
             std::fflush(stderr);
             m_printed = true;
             ++m_lines;
@@ -133,30 +152,6 @@ int runFormat(const FileOptions& options) {
     }
     std::printf("%zu problems written to %s\n", problems.size(), target.c_str());
     return 0;
-}
-
-// A JSON string: quotes, backslashes and control bytes escaped.
-std::string jsonText(const std::string& text) {
-    std::string out = "\"";
-    for (const char c : text) {
-        if (c == '"' || c == '\\') {
-            out += '\\';
-            out += c;
-        } else if (static_cast<unsigned char>(c) < 0x20) {
-            char escaped[8];
-            std::snprintf(escaped, sizeof escaped, "\\u%04x", c);
-            out += escaped;
-        } else {
-            out += c;
-        }
-    }
-    return out + "\"";
-}
-
-std::string jsonList(const std::vector<std::string>& items) {
-    std::string text = "[";
-    for (size_t i = 0; i < items.size(); ++i) text += (i ? "," : "") + jsonText(items[i]);
-    return text + "]";
 }
 
 std::string joined(const std::vector<std::string>& items) {
@@ -297,33 +292,42 @@ struct SolveReport {
     const SolveResult& result;
     Verdict verdict;
     const std::vector<std::string>& expected;
+    bool withTree = false;
+    int languageId = LANGUAGE_ENGLISH;
 };
 
 void printJson(const SolveReport& report) {
     const SolveResult& result = report.result;
     std::string threats = "{";
     for (size_t i = 0; i < result.moves.size(); ++i)
-        threats += (i ? "," : "") + jsonText(result.texts[i]) + ":" + jsonList(threatsOf(result, i));
+        threats += (i ? "," : "") + JsonText(result.texts[i]) + ":" + JsonList(threatsOf(result, i));
     threats += "}";
     std::string passes = "{";
     for (size_t i = 0; i < result.moves.size(); ++i)
-        passes += (i ? "," : "") + jsonText(result.texts[i]) + ":" + jsonText(passOf(result, i));
+        passes += (i ? "," : "") + JsonText(result.texts[i]) + ":" + JsonText(passOf(result, i));
     passes += "}";
     std::string ffm = "{";
     for (size_t i = 0; i < result.moves.size(); ++i)
-        ffm += (i ? "," : "") + jsonText(result.texts[i]) + ":" +
-               (ffmOf(result, i).empty() ? std::string("null") : jsonText(ffmOf(result, i)));
+        ffm += (i ? "," : "") + JsonText(result.texts[i]) + ":" +
+               (ffmOf(result, i).empty() ? std::string("null") : JsonText(ffmOf(result, i)));
     ffm += "}";
     const bool hasAnswer = (report.problem.flags & HasAnswer) != 0;
+    char treeTime[32];
+    std::snprintf(treeTime, sizeof treeTime, "%.0f", result.treeMilliseconds);
+    const std::string tree =
+        report.withTree
+            ? ",\"tree\":" + TreeJson(result.tree) + ",\"setPlay\":" + SetPlayJson(result.tree) +
+                  ",\"tree_stopped\":" + (result.tree.stopped ? "true" : "false") + ",\"tree_ms\":" + treeTime
+            : std::string();
     std::printf(
         "{\"id\":%d,\"stipulation\":%s,\"heuristics\":%s,\"keys\":%s,\"threats\":%s,\"pass\":%s,\"ffm\":%s,"
         "\"expected\":%s,"
         "\"verdict\":\"%s\","
-        "\"time_ms\":%.0f,\"nodes\":%llu}\n",
-        report.problem.id, jsonText(stipulationOf(report.problem)).c_str(),
-        jsonText(result.heuristics).c_str(), jsonList(result.texts).c_str(), threats.c_str(), passes.c_str(),
-        ffm.c_str(), hasAnswer ? jsonList(report.expected).c_str() : "null", verdictName(report.verdict),
-        result.milliseconds, static_cast<unsigned long long>(result.nodes));
+        "\"time_ms\":%.0f,\"nodes\":%llu%s}\n",
+        report.problem.id, JsonText(stipulationOf(report.problem)).c_str(),
+        JsonText(result.heuristics).c_str(), JsonList(result.texts).c_str(), threats.c_str(), passes.c_str(),
+        ffm.c_str(), hasAnswer ? JsonList(report.expected).c_str() : "null", verdictName(report.verdict),
+        result.milliseconds, static_cast<unsigned long long>(result.nodes), tree.c_str());
 }
 
 // The whole report: a head line, then each key on a line of its own with its
@@ -365,6 +369,14 @@ std::string indented(const std::string& text) {
     return out;
 }
 
+// The solution tree under a problem's report, indented as the keys, and the time it took.
+void printTree(const SolveReport& report) {
+    if (!report.withTree || report.result.moves.empty()) return;
+    std::string text = SolutionTreeText(report.result.tree, report.languageId);
+    if (!text.empty() && text.back() == '\n') text.pop_back();
+    std::printf("    %s\n    [tree %.0f ms]\n", indented(text).c_str(), report.result.treeMilliseconds);
+}
+
 // One line a problem, to read a collection at a glance.
 void printBrief(const SolveReport& report) {
     const SolveResult& result = report.result;
@@ -403,6 +415,10 @@ int runSolve(const FileOptions& options) {
     SolveRequest request;
     request.options.allSolutions = !options.first;
     request.options.heuristics = !options.noHeuristics;
+    request.options.tree.build = options.tree;
+    request.options.tree.depth = options.treeDepth;
+    request.options.tree.maxRefutations = options.maxRefutations;
+    request.options.languageId = languageIdOf(options.language);
     if (options.showPasses) return showPasses(problems, options.problem, request.options);
     Tally tally;
     double totalMs = 0;
@@ -431,7 +447,8 @@ int runSolve(const FileOptions& options) {
             }
             tally.add(verdict);
             totalMs += result.milliseconds;
-            const SolveReport report{*problem, result, verdict, expected};
+            const SolveReport report{*problem, result,       verdict,
+                                     expected, options.tree, languageIdOf(options.language)};
             if (options.json)
                 printJson(report);
             else if (verdict == Verdict::Skipped)
@@ -441,6 +458,7 @@ int runSolve(const FileOptions& options) {
                 printBrief(report);
             else
                 printFull(report);
+            if (!options.json && verdict != Verdict::Skipped) printTree(report);
             std::fflush(stdout);
             if (verdict == Verdict::Skipped) break;
         }
@@ -492,6 +510,14 @@ Runner AddSolveCommand(CLI::App& app) {
                     "Solve without special heuristics (one pass, no bets), to compare with the default");
     AddWholeNumber(solve, "--repeat", options->repeat, 1, 100,
                    "Solve each problem this many times; later solves use the warm register");
+    solve->add_flag("--tree", options->tree,
+                    "After the keys, the whole solution: threats, variations, tries and set play");
+    AddWholeNumber(solve, "--tree-depth", options->treeDepth, 1, MAX_STIPULATION_MOVES,
+                   "White moves of the tree shown in full (default: all of a #2 or #3, else 2)");
+    AddWholeNumber(solve, "--max-refutations", options->maxRefutations, 1, MAX_MOVES,
+                   "A first move refuted by at most this many Black moves is a try (default 1)");
+    solve->add_option("--language", options->language, "Figure letters of the tree: en, pl or uk")
+        ->check(CLI::IsMember({"en", "pl", "uk"}));
     return [options] { return runSolve(*options); };
 }
 

@@ -252,7 +252,11 @@ bool MatesAtOnce(const TChessboard& position, TChessboard& child, TMove& move) {
     return MakeWhiteMove(child, move) && child.m_cBlackChecker >= 0 && !BlackHasLegalMove(child);
 }
 
-bool FindMateInOne(TChessboard& b, TMove* mateMove) {
+namespace {
+
+// Each White move that mates at once goes to `onMate`, man by man from a1,
+// until `onMate` says enough. Whether it said so is the answer.
+template <class OnMate> bool forEachMateInOne(TChessboard& b, OnMate&& onMate) {
     TChessboard& child = b.m_pThread->m_aBoards[b.m_shPliesLeft];
     const BoardSets sets = BoardSets::Of(b);
     MateFilter filter(b, sets);
@@ -268,8 +272,7 @@ bool FindMateInOne(TChessboard& b, TMove* mateMove) {
             if (!MakeWhiteMove(child, move) || child.m_cBlackChecker < 0 || BlackManAnswersCheck(child))
                 return false;
         }
-        if (mateMove) *mateMove = move;
-        return true;
+        return onMate(move);
     };
     if (b.m_cWhiteChecker >= 0) {
         const int count = GenerateWhiteEvasions(b, moves);
@@ -295,6 +298,24 @@ bool FindMateInOne(TChessboard& b, TMove* mateMove) {
             if (mates(moves[i], listed, taken)) return true;
     }
     return false;
+}
+
+} // namespace
+
+bool FindMateInOne(TChessboard& b, TMove* mateMove) {
+    return forEachMateInOne(b, [mateMove](const TMove& move) {
+        if (mateMove) *mateMove = move;
+        return true;
+    });
+}
+
+int AllMatesInOne(TChessboard& b, TMove* out) {
+    int count = 0;
+    forEachMateInOne(b, [&](const TMove& move) {
+        out[count++] = move;
+        return false;
+    });
+    return count;
 }
 
 } // namespace zorvane

@@ -11,5 +11,7 @@ bool MatesAtOnce(const TChessboard& position, TChessboard& child, TMove& move);
 // the moves, man by man from a1, goes to `mateMove`. The position needs
 // m_pThread for its scratch board.
 bool FindMateInOne(TChessboard& position, TMove* mateMove = nullptr);
+// Every mate at once, in the same order, into `out` (room for MAX_MOVES); the count.
+int AllMatesInOne(TChessboard& position, TMove* out);
 
 } // namespace zorvane

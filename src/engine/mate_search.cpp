@@ -31,8 +31,8 @@ MateKeys MateProof::solve(const TChessboard& root, int moves, bool allSolutions)
     request.options.allSolutions = allSolutions;
     Solver solver;
     const SolveResult solved = solver.Solve(m_problem, request);
-    return {solved.moves, solved.texts,        solved.keyPositions, solved.rootMoves,
-            solved.nodes, solved.milliseconds, solved.stopped};
+    return {solved.moves,        solved.texts,   solved.keyPositions, solved.rootMoves,       solved.nodes,
+            solved.milliseconds, solved.stopped, solved.tree,         solved.treeMilliseconds};
 }
 
 } // namespace zorvane

@@ -23,6 +23,9 @@ struct MateKeys {
     uint64_t nodes = 0;
     double milliseconds = 0;
     bool stopped = false;
+    // With a tree asked for (WithTree): the whole solution and the time it took.
+    SolutionTree tree;
+    double treeMilliseconds = 0;
 };
 
 class MateProof {
@@ -43,6 +46,8 @@ class MateProof {
     MateKeys FindKeys(const TChessboard& root, int moves);
     // The same run stopped at the first key: what a solve in first-solution mode gives.
     MateKeys FindFirstKey(const TChessboard& root, int moves);
+    // The runs after this one build the solution tree after the keys.
+    void WithTree(const TreeOptions& tree) { m_options.tree = tree; }
 
   private:
     MateKeys solve(const TChessboard& root, int moves, bool allSolutions);

@@ -35,8 +35,8 @@ BenchmarkProblem solveOne(MateProof& proof, const TChessProblem& problem, bool f
     const int moves = problem.stipulationMoves();
     const MateKeys keys = firstSolution ? proof.FindFirstKey(problem.startPosition, moves)
                                         : proof.FindKeys(problem.startPosition, moves);
-    return {problem.id,        moves,          keys.texts, keys.keys,        problem.expectedAnswers,
-            keys.keyPositions, keys.rootMoves, keys.nodes, keys.milliseconds};
+    return {problem.id,        moves,          keys.texts, keys.keys,         problem.expectedAnswers,
+            keys.keyPositions, keys.rootMoves, keys.nodes, keys.milliseconds, keys.treeMilliseconds};
 }
 
 // The first key of `problem` within the cap; the solve is stopped at the cap.
@@ -115,6 +115,7 @@ RunSolveBenchmark(const std::string& corpusPath, const BenchmarkSettings& settin
     const ProblemMap corpus = loadProblems(corpusPath);
     std::vector<BenchmarkProblem> results;
     MateProof proof(false, settings.useRegister, settings.ordering, settings.heuristics);
+    if (settings.tree) proof.WithTree({true});
     for (const int number : SolveBenchmarkNumbers()) {
         const auto found = corpus.find(number);
         if (found == corpus.end() || found->second->type != PROBLEM_DIRECT_MATE)
@@ -134,6 +135,7 @@ std::vector<BenchmarkProblem> RunFileBenchmark(const std::string& path, const Be
         if (problem->type != PROBLEM_DIRECT_MATE) continue;
         // Each problem with a register of its own, as a solve of a file has.
         MateProof proof(false, settings.useRegister, settings.ordering, settings.heuristics);
+        if (settings.tree) proof.WithTree({true});
         results.push_back(solveOne(proof, *problem, settings.firstSolution));
         if (onSolved) onSolved(results.back());
     }

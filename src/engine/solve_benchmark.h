@@ -23,6 +23,7 @@ struct BenchmarkProblem {
     int rootMoves = 0;
     uint64_t nodes = 0;
     double milliseconds = 0;
+    double treeMilliseconds = 0; // the solution tree after the keys, when asked for
 };
 
 // What the search may use, to measure what each part gains.
@@ -31,6 +32,7 @@ struct BenchmarkSettings {
     bool useRegister = true;
     bool heuristics = false;    // the signature is the search's without bets
     bool firstSolution = false; // stop each problem at its first key, as a user's solve does
+    bool tree = false;          // build the solution tree after the keys, timed on its own
 };
 
 // Corpus numbers of the benchmark problems, in the order they are solved.

@@ -398,6 +398,15 @@ void addThreats(Run& run, TChessboard& root) {
     }
 }
 
+// The whole solution below the keys, timed on its own.
+void addTree(Run& run, const TChessboard& root, int moves) {
+    const auto start = Clock::now();
+    run.job.m_bBuildingTree.store(1);
+    run.result.tree = BuildSolutionTree(root, moves, run.result.moves, run.options.tree);
+    run.result.treeMilliseconds = std::chrono::duration<double, std::milli>(Clock::now() - start).count();
+    run.job.m_bBuildingTree.store(0);
+}
+
 // Starts a run: the settings of the job, the clock, the counters, the display cleared.
 Run beginRun(SolveJob& job, TThreadContext& ctx, const SolveOptions& options, SolveResult& result) {
     const TChessProblem& problem = job.problem;
@@ -516,6 +525,7 @@ SolveResult SolveDriver::SolveProblem(SolveJob& job, const SolveOptions& options
     passLoop(run, root, plies, found);
     endRun(run);
     if (!result.stopped) addThreats(run, root);
+    if (!result.stopped && options.tree.build) addTree(run, root, (plies + 1) / 2);
     result.text = problemResultText(run, (plies + 1) / 2);
     return result;
 }

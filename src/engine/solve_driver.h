@@ -11,6 +11,7 @@
 // thread for a SolveJob; the front ends reach them through the Solver.
 #include "core/chessboard.h"
 #include "core/move.h"
+#include "engine/solution_tree.h"
 #include "engine/solve_job.h"
 #include "problems/chess_problem.h"
 
@@ -47,6 +48,8 @@ struct SolveOptions {
     StartConditions start;             // of the start position (SolveProblem only)
     uint64_t registerMemoryLimit = REGISTER_MEMORY_LIMIT; // bytes; a store beyond it is dropped
     int languageId = 1;
+    // The whole solution after the keys (SolveProblem only).
+    TreeOptions tree;
     // Where each relaxation of the heuristics is logged; empty for no log.
     std::filesystem::path relaxationLog;
 };
@@ -84,6 +87,9 @@ struct SolveResult {
     std::wstring text;         // the result text for the user
     // The problem's expected first moves, each marked (EXPECTED_MOVE_MET) that the root list put first.
     std::vector<TMove> expectedSortWhiteMoves;
+    // Built when asked for, after the keys; its time is not in `milliseconds`.
+    SolutionTree tree;
+    double treeMilliseconds = 0;
 };
 
 class SolveDriver {

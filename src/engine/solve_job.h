@@ -66,6 +66,7 @@ struct SolveProgress {
     int relaxations = 0;    // of the heuristics so far: with pass 1 it names 1b, 1c... (PassName)
     uint64_t nodes = 0;
     bool safeMode = false;
+    bool buildingTree = false; // after the keys, the whole solution
     // The problem's temporary register, when the run has one: positions held
     // and the memory they take.
     bool hasRegister = false;
@@ -144,6 +145,8 @@ struct SolveJob {
     std::atomic<uint8_t> m_nRootMovesBegun{0};
     std::atomic<uint8_t> m_nPass{0};
     std::atomic<uint8_t> m_nRelaxations{0};
+    // The keys are in; the solution tree below them is being built.
+    std::atomic<uint8_t> m_bBuildingTree{0};
 
     void LockCommand() {
         while (m_bCommandLock.exchange(1, std::memory_order_acquire)) std::this_thread::yield();
@@ -192,6 +195,7 @@ struct SolveJob {
         progress.relaxations = m_nRelaxations.load(std::memory_order_relaxed);
         progress.nodes = m_nNodes.load(std::memory_order_relaxed);
         progress.safeMode = m_bSafeMode.load(std::memory_order_relaxed) != 0;
+        progress.buildingTree = m_bBuildingTree.load(std::memory_order_relaxed) != 0;
         return progress;
     }
 

@@ -5,13 +5,15 @@
 #include "core/thread_context.h"
 #include "engine/find_mate.h"
 
+#include <algorithm>
+
 namespace zorvane {
 
 namespace {
 
 // The White moves of `position` that mate within its plies left.
-std::vector<std::string> matingMoves(TChessboard& position) {
-    std::vector<std::string> found;
+std::vector<TMove> matingMoves(TChessboard& position) {
+    std::vector<TMove> found;
     TMove moves[MAX_MOVES];
     const int count = GenerateWhiteMovesOrEvasions(position, moves);
     TChessboard& child = position.m_pThread->m_aBoards[position.m_shPliesLeft];
@@ -19,29 +21,36 @@ std::vector<std::string> matingMoves(TChessboard& position) {
         CopyToChild(child, position);
         TMove move = moves[i];
         // With no plies left the Black step is the test of mate itself.
-        if (MakeWhiteMove(child, move) && FindMateBlackStep(child) == RESULT_MATE) {
-            const bool capture = position.m_aSquares[move.to] != 0 || move.enPassant;
-            found.push_back(FormatMove(move, position.m_aSquares[move.from], capture));
-        }
+        if (MakeWhiteMove(child, move) && FindMateBlackStep(child) == RESULT_MATE) found.push_back(move);
     }
     return found;
 }
 
 } // namespace
 
-std::vector<std::string> FindThreats(const TChessboard& afterKey, int whiteMovesLeft) {
-    if (afterKey.m_cBlackChecker >= 0 || whiteMovesLeft < 1) return {};
+Threat FindThreat(const TChessboard& afterWhite, int maxMoves) {
+    if (afterWhite.m_cBlackChecker >= 0) return {};
     // Black passes: the same men, White to move, no en passant to inherit.
-    TChessboard& passed = afterKey.m_pThread->m_aBoards[afterKey.m_shPliesLeft];
-    CopyToChild(passed, afterKey);
+    TChessboard& passed = afterWhite.m_pThread->m_aBoards[afterWhite.m_shPliesLeft];
+    CopyToChild(passed, afterWhite);
     passed.m_LastMove = TMove{};
     passed.m_bPass = 2;
-    for (int moves = 1; moves <= std::min(whiteMovesLeft, 2); ++moves) {
+    for (int moves = 1; moves <= maxMoves; ++moves) {
         passed.m_shPliesLeft = passed.m_shPliesTotal = static_cast<uint16_t>(2 * moves - 1);
-        std::vector<std::string> threats = matingMoves(passed);
-        if (!threats.empty()) return threats;
+        std::vector<TMove> list = matingMoves(passed);
+        if (!list.empty()) return {moves, std::move(list)};
     }
     return {};
+}
+
+std::vector<std::string> FindThreats(const TChessboard& afterKey, int whiteMovesLeft) {
+    const Threat threat = FindThreat(afterKey, std::min(whiteMovesLeft, 2));
+    std::vector<std::string> texts;
+    for (const TMove& move : threat.list) {
+        const bool capture = afterKey.m_aSquares[move.to] != 0 || move.enPassant;
+        texts.push_back(FormatMove(move, afterKey.m_aSquares[move.from], capture));
+    }
+    return texts;
 }
 
 } // namespace zorvane
