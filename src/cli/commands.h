@@ -10,6 +10,7 @@ namespace zorvane::cli {
 using Runner = std::function<int()>;
 
 Runner AddMateCommand(CLI::App& app);
+Runner AddDefendCommand(CLI::App& app);
 Runner AddBenchCommand(CLI::App& app);
 Runner AddCheckCommand(CLI::App& app);
 Runner AddFormatCommand(CLI::App& app);

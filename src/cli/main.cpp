@@ -10,7 +10,7 @@ int main(int argc, char** argv) {
     const std::map<std::string, zorvane::cli::Runner> commands = {
         {"solve", zorvane::cli::AddSolveCommand(app)},   {"check", zorvane::cli::AddCheckCommand(app)},
         {"format", zorvane::cli::AddFormatCommand(app)}, {"mate", zorvane::cli::AddMateCommand(app)},
-        {"bench", zorvane::cli::AddBenchCommand(app)},
+        {"bench", zorvane::cli::AddBenchCommand(app)},   {"defend", zorvane::cli::AddDefendCommand(app)},
     };
     try {
         app.parse(argc, argv);

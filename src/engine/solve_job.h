@@ -15,6 +15,7 @@
 #include <atomic>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -92,6 +93,9 @@ struct SolveJob {
     TChessProblem& problem;
     // The problem's register, borrowed for the run; none: the search runs without one.
     TProblemRegister* m_pRegister = nullptr;
+    // A register the run made for itself (Black's best defence), kept alive
+    // with the job so that nothing that read it during the run is left dangling.
+    std::shared_ptr<TProblemRegister> m_pOwnRegister;
     // The same register for the progress display on other threads: published
     // once the run has set it up.
     std::atomic<const TProblemRegister*> m_pShownRegister{nullptr};

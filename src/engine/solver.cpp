@@ -37,9 +37,11 @@ std::string AnalysedLineText(const TChessboard& root, const AnalysedLine& line) 
         const AnalysedMove& step = line.steps[i];
         TMove move = step.move;
         if (!PlayMove(boards[i], boards[i + 1], move)) break;
-        const bool white = (i & 1) == 0;
+        // A line from a position with Black to move (a best defence) starts with Black's move.
+        const int ply = root.whiteToMove() ? i : i + 1;
+        const bool white = (ply & 1) == 0;
         if (i) text += ' ';
-        text += std::to_string(i / 2 + 1) + (white ? "." : "...") + FormatShortMove(boards[i + 1]) + " (" +
+        text += std::to_string(ply / 2 + 1) + (white ? "." : "...") + FormatShortMove(boards[i + 1]) + " (" +
                 std::to_string(step.index + 1) + "/" + std::to_string(step.count) + ")";
     }
     return text;
@@ -59,6 +61,7 @@ Solver::~Solver() {
 
 void Solver::Start(TChessProblem& problem, const SolveRequest& request, SolveCallbacks callbacks) {
     if (m_started) throw std::logic_error("a solve runs already; wait for it first");
+    m_defenceRun = false;
     m_job = std::make_unique<SolveJob>(problem);
     m_job->callbacks = std::move(callbacks);
     m_result = SolveResult{};
@@ -92,6 +95,7 @@ void Solver::Resume() {
 
 SolveResult Solver::Wait() {
     if (!m_started) throw std::logic_error("no solve was started");
+    if (m_defenceRun) throw std::logic_error("the run is a best defence; wait for it with WaitDefence");
     m_thread.Join();
     m_started = false;
     if (m_error) std::rethrow_exception(m_error);
@@ -101,6 +105,41 @@ SolveResult Solver::Wait() {
 SolveResult Solver::Solve(TChessProblem& problem, const SolveRequest& request, SolveCallbacks callbacks) {
     Start(problem, request, std::move(callbacks));
     return Wait();
+}
+
+void Solver::StartDefence(TChessProblem& problem, const DefenceRequest& request,
+                          std::function<void()> onFinished) {
+    if (m_started) throw std::logic_error("a solve runs already; wait for it first");
+    if (!request.position) throw std::invalid_argument("a best defence needs a position");
+    m_defenceRun = true;
+    m_job = std::make_unique<SolveJob>(problem);
+    m_job->callbacks.onFinished = std::move(onFinished);
+    m_defence = DefenceOutcome{};
+    m_error = nullptr;
+    m_lineRoot = *request.position;
+    m_started = true;
+    m_thread.Start(SolveStackBytes(request.plies), [this, request] {
+        try {
+            m_defence = FindBestDefence(*m_job, request);
+        } catch (...) {
+            m_error = std::current_exception();
+        }
+        if (m_job->callbacks.onFinished) m_job->callbacks.onFinished();
+    });
+}
+
+DefenceOutcome Solver::WaitDefence() {
+    if (!m_started) throw std::logic_error("no best defence was started");
+    if (!m_defenceRun) throw std::logic_error("the run is a solve; wait for it with Wait");
+    m_thread.Join();
+    m_started = false;
+    if (m_error) std::rethrow_exception(m_error);
+    return m_defence;
+}
+
+DefenceOutcome Solver::Defend(TChessProblem& problem, const DefenceRequest& request) {
+    StartDefence(problem, request);
+    return WaitDefence();
 }
 
 SolveProgress Solver::Progress() const {

@@ -5,6 +5,7 @@
 // a search context of its own. A solve runs on a thread of its own with the
 // stack its stipulation needs; the state of the run lives in its SolveJob.
 #include "core/chessboard.h"
+#include "engine/best_defence.h"
 #include "engine/solve_driver.h"
 #include "engine/solve_job.h"
 #include "platform/sized_thread.h"
@@ -13,6 +14,7 @@
 #include <atomic>
 #include <cstdint>
 #include <exception>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -57,6 +59,21 @@ class Solver {
     SolveResult Wait();
     // Start and Wait in one, for callers that block anyway.
     SolveResult Solve(TChessProblem& problem, const SolveRequest& request, SolveCallbacks callbacks = {});
+
+    // Black's best defence at `request.position` (Black to move, `plies`
+    // even), on a thread of its own sized as a solve's. Stop, Pause, Resume,
+    // Running and Progress serve it as they serve a solve; a stop gives the
+    // move in hand, if any, with " (stopped by user)". `onFinished` (if set)
+    // is called on that thread at its very end. Throws std::logic_error while
+    // an earlier run has not been waited for.
+    void StartDefence(TChessProblem& problem, const DefenceRequest& request,
+                      std::function<void()> onFinished = {});
+    // The answer, once the thread has ended; throws as Wait does. A run
+    // started by Start is waited for by Wait, one started by StartDefence by
+    // WaitDefence (the other one throws std::logic_error).
+    DefenceOutcome WaitDefence();
+    // StartDefence and WaitDefence in one.
+    DefenceOutcome Defend(TChessProblem& problem, const DefenceRequest& request);
     // The counters of the running solve, or of the last one, with the
     // register's figures and the line being analysed as text.
     SolveProgress Progress() const;
@@ -79,12 +96,15 @@ class Solver {
     SolveDriver m_driver;
     SizedThread m_thread;
     SolveResult m_result;
+    DefenceOutcome m_defence;
+    bool m_defenceRun = false; // the run started is a best defence
     std::exception_ptr m_error;
     bool m_started = false;
 };
 
 // "1.Qd4 (3/25) 1...Kf5 (2/8) 2.Rb3 (1/12)": the line played from `root`,
-// each move with its place in its list (from 1). A move the board refuses (a
+// each move with its place in its list (from 1); "1...Kf5 (2/8) 2.Rb3 (1/12)"
+// from a root with Black to move. A move the board refuses (a
 // note caught between two passes) ends the text there.
 std::string AnalysedLineText(const TChessboard& root, const AnalysedLine& line);
 

@@ -148,7 +148,7 @@ SolveRoad SolveRoadOf(const TChessProblem& problem, const TChessboard* shown, in
 }
 
 bool IsSolveRoadBuilt(SolveRoad road) {
-    return road == SolveRoad::Main || road == SolveRoad::FromPosition;
+    return road == SolveRoad::Main || road == SolveRoad::FromPosition || road == SolveRoad::BestDefence;
 }
 
 TVariantMap VariantsPlayableFrom(const TVariantMap& variants, const TChessboard& start) {

@@ -337,7 +337,9 @@ void MainWindow::UpdateMenuState() {
         state.solvePaused = m_running.isPaused(problem->id);
         int plies = 0;
         const TChessboard* from = nullptr;
-        state.startRoadBuilt = IsSolveRoadBuilt(SolveRoadOf(*problem, m_board->shownPosition(), plies, from));
+        const SolveRoad road = SolveRoadOf(*problem, m_board->shownPosition(), plies, from);
+        state.startRoadBuilt = IsSolveRoadBuilt(road);
+        state.defenceRoad = road == SolveRoad::BestDefence;
     }
     state.solvingConnected = static_cast<bool>(onSolveCommand);
     state.descriptionLink =

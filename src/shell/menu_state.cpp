@@ -37,7 +37,6 @@ constexpr CommandId WAIT_REGISTER_FILES[] = {
 };
 constexpr CommandId WAIT_ENGINE_THREADS[] = {SkipCurrentMove, ProgressSkipToNext, ProgressSwapWithNext,
                                              ProgressMoveToLast};
-constexpr CommandId WAIT_DEFENCE[] = {SolveBlackDefence, SolveBlackDefenceThorough};
 constexpr CommandId WAIT_MAIN_VARIANT[] = {SolveShowMainVariant};
 constexpr CommandId WAIT_HEURISTICS[] = {SolveWithHeuristics, SolveAllWithHeuristics};
 constexpr CommandId WAIT_REGRESSION[] = {RegressionTest, QuickRegressionTest};
@@ -75,9 +74,6 @@ const WaitGroup WAIT_GROUPS[] = {
     {WAIT_ENGINE_THREADS, {L"Niedostępne: czeka na wątki silnika (ręczne sterowanie analizą)",
                            L"Not available yet: waits for the engine's threads (manual control of the analysis)",
                            L"Ще недоступно: чекає на потоки рушія (ручне керування аналізом)"}},
-    {WAIT_DEFENCE, {L"Niedostępne: czeka na szukanie najlepszej obrony czarnych",
-                    L"Not available yet: waits for the search of Black's best defence",
-                    L"Ще недоступно: чекає на пошук найкращого захисту чорних"}},
     {WAIT_MAIN_VARIANT, {L"Niedostępne: czeka na pokazywanie całego wariantu głównego",
                          L"Not available yet: waits for showing the whole main variant",
                          L"Ще недоступно: чекає на показ усього основного варіанту"}},
@@ -146,6 +142,9 @@ bool solveCommandEnabled(CommandId id, const MenuState& state) {
         return state.solveOnCurrent;
     case SolveResume:
         return state.solveOnCurrent && state.solvePaused;
+    case SolveBlackDefence:
+    case SolveBlackDefenceThorough:
+        return !state.solveOnCurrent && state.defenceRoad;
     default:
         // The start commands, where the board shows a position that a built solve takes.
         return !state.solveOnCurrent && state.startRoadBuilt;

@@ -18,9 +18,11 @@ struct MenuState {
     bool solveOnCurrent = false;   // the current problem's number is in the running set
     bool solvePaused = false;      // that run is paused
     bool solvingConnected = false; // the solve driver is wired to the window
-    // A start command on the board shown runs a solve that is built: not Black's
-    // best defence (Black to move), nor the analysis of a position without stipulation.
+    // A start command on the board shown runs a solve that is built: not the
+    // analysis of a position without stipulation.
     bool startRoadBuilt = true;
+    // The board shows a position of the line with Black to move: the best defence's commands.
+    bool defenceRoad = false;
     bool historyBack = false;
     bool historyForward = false;
     bool canUndo = false; // position setting has a change to undo

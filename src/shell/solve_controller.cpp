@@ -131,6 +131,9 @@ struct SolveController::Run {
     SolveRoad road = SolveRoad::Main;
     Solver solver;
     SolveResult result;
+    // A best defence: the answer, and the place in the problem's line of the position it answers.
+    DefenceOutcome defence;
+    const TChessboard* position = nullptr;
     std::string error;
     bool unexpected = false; // an error other than the position's own
     bool failed = false;     // the run ended by an error, told or not
@@ -217,7 +220,10 @@ SolveController::~SolveController() {
     for (auto& [id, run] : m_runs) run->solver.Stop();
     for (auto& [id, run] : m_runs) {
         try {
-            run->solver.Wait();
+            if (run->road == SolveRoad::BestDefence)
+                run->solver.WaitDefence();
+            else
+                run->solver.Wait();
         } catch (const std::exception&) {
             // The window is going: an error of a run nobody waits for is not shown.
         }
@@ -253,27 +259,48 @@ void SolveController::dispatch(CommandId id) {
     case CommandId::SolveResume:
         ResumeSolving();
         return;
+    case CommandId::SolveBlackDefence:
+        StartDefence(false);
+        return;
+    case CommandId::SolveBlackDefenceThorough:
+        StartDefence(true);
+        return;
     default:
         return;
     }
 }
 
-void SolveController::StartSolving(bool allSolutions) {
+TChessProblem* SolveController::problemToStart() {
     TChessProblem* problem = m_window.problems().Current();
-    if (!problem) return;
+    if (!problem) return nullptr;
     // 1. One run per problem.
     if (m_window.runningSolves().contains(problem->id)) {
         tell(m_window.title(MessageTitle::Information),
              translate({L"Poszukiwanie mata bieżącego problemu w toku.",
                         L"Search for solution of the current problem is pending",
                         L"Пошук розв'язку поточної задачі триває"}));
-        return;
+        return nullptr;
     }
     // 2. Position setting is left first; a refusal cancels the start.
     if (m_board.isSettingMode()) {
         m_board.dispatch(CommandId::PositionSettingMode);
-        if (m_board.isSettingMode()) return;
+        if (m_board.isSettingMode()) return nullptr;
     }
+    return problem;
+}
+
+void SolveController::StartDefence(bool thorough) {
+    TChessProblem* problem = problemToStart();
+    if (!problem) return;
+    int plies = 0;
+    const TChessboard* position = nullptr;
+    if (SolveRoadOf(*problem, m_board.shownPosition(), plies, position) != SolveRoad::BestDefence) return;
+    start(*problem, SolveRoad::BestDefence, plies, position, thorough);
+}
+
+void SolveController::StartSolving(bool allSolutions) {
+    TChessProblem* problem = problemToStart();
+    if (!problem) return;
     // 3. The thread by what the board shows.
     int plies = 0;
     const TChessboard* position = nullptr;
@@ -330,6 +357,15 @@ void SolveController::start(TChessProblem& problem, SolveRoad road, int plies, c
         QMetaObject::invokeMethod(
             this, [this, id] { finish(id); }, Qt::QueuedConnection);
     };
+    if (road == SolveRoad::BestDefence) {
+        DefenceRequest defence;
+        defence.position = raw->position = position;
+        defence.plies = plies;
+        defence.thorough = allSolutions;
+        defence.options = request.options;
+        raw->solver.StartDefence(problem, defence, std::move(callbacks.onFinished));
+        return;
+    }
     raw->solver.Start(problem, request, std::move(callbacks));
 }
 
@@ -339,7 +375,10 @@ void SolveController::finish(int32_t id) {
     std::unique_ptr<Run> run = std::move(found->second);
     m_runs.erase(found);
     try {
-        run->result = run->solver.Wait();
+        if (run->road == SolveRoad::BestDefence)
+            run->defence = run->solver.WaitDefence();
+        else
+            run->result = run->solver.Wait();
     } catch (const ChessException& e) {
         // The set-up or the task check: the user is shown the text itself.
         run->error = e.what();
@@ -362,7 +401,8 @@ void SolveController::finish(int32_t id) {
     // The program is closing: the log is told, the user no more.
     if (m_quiet) {
         if (!run->failed)
-            WriteLog(run->result.stopped ? "Engine stopped: %s" : "Engine has completed: %s",
+            WriteLog(run->result.stopped || run->defence.stopped ? "Engine stopped: %s"
+                                                                 : "Engine has completed: %s",
                      problemTitle(problem).toStdString());
         emit solveFinished(id);
         return;
@@ -373,6 +413,11 @@ void SolveController::finish(int32_t id) {
         m_window.prompts().message(
             translate({L"Wystąpił błąd", L"An error has occurred", L"Сталася помилка"}), text,
             PromptIcon::Error);
+        emit solveFinished(id);
+        return;
+    }
+    if (run->road == SolveRoad::BestDefence) {
+        finishDefence(*run, current);
         emit solveFinished(id);
         return;
     }
@@ -405,6 +450,33 @@ void SolveController::finish(int32_t id) {
             : translate({L"Wynik poszukiwania mata", L"Result of analysis", L"Результат аналізу"});
     m_window.prompts().message(title, text, PromptIcon::Information);
     emit solveFinished(id);
+}
+
+void SolveController::finishDefence(Run& run, bool current) {
+    TChessProblem& problem = *run.problem;
+    const DefenceOutcome& outcome = run.defence;
+    WriteLog(outcome.stopped ? "Engine stopped: %s" : "Engine has completed: %s",
+             problemTitle(problem).toStdString());
+    for (const DefenceBox& box : outcome.boxes)
+        m_window.prompts().message(wide(box.title), wide(box.text), PromptIcon::Information);
+    // The move joins the line behind the position it answers; the board shows it.
+    if (!outcome.move.isNull()) {
+        const auto& chain = problem.playedPositions;
+        for (size_t i = 0; i < chain.size(); ++i) {
+            if (&chain[i] != run.position) continue;
+            PlayOnChain(problem, i + 1, outcome.move);
+            if (current) m_board.setProblem(&problem);
+            break;
+        }
+    }
+    m_lastResults[run.id] = wide(outcome.text);
+    if (current)
+        m_window.showStatus(wide(outcome.text));
+    else
+        m_window.prompts().message(
+            translate({L"Wynik poszukiwania mata", L"Result of analysis", L"Результат аналізу"}),
+            BackgroundRunHead(m_window.language(), run.road, 0, run.id) + "\n\n" + wide(outcome.text),
+            PromptIcon::Information);
 }
 
 void SolveController::showRunStatus(int32_t id, const QString& text) {

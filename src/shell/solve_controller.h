@@ -67,11 +67,16 @@ class SolveController : public QObject {
     void startButtonClicked(bool rightButton, bool ctrl);
 
     // The solve commands: start (and F5), all solutions, stop, pause, pause one
-    // thread, resume. Black's best defence, the whole main variant and the
-    // heuristics dialog are not built yet: the menus keep them greyed, and they
-    // do nothing here.
+    // thread, resume, and Black's best defence, plain and thorough. The whole
+    // main variant and the heuristics dialog are not built yet: the menus keep
+    // them greyed, and they do nothing here.
     void dispatch(CommandId id);
+    // From a position of the line with Black to move, the start commands run
+    // Black's best defence: the thorough one for all solutions.
     void StartSolving(bool allSolutions);
+    // Black's best defence at the board shown, Black to move; nothing elsewhere.
+    // Its move is played on the board, and its text goes to the status line.
+    void StartDefence(bool thorough);
     void StopSolving();
     // `quietly` (when the program closes): the runs end without their result boxes.
     void StopAllSolving(bool quietly = false);
@@ -98,6 +103,10 @@ class SolveController : public QObject {
     void start(TChessProblem& problem, SolveRoad road, int plies, const TChessboard* position,
                bool allSolutions);
     void finish(int32_t id);
+    // The end of a best defence: its boxes, its move onto the problem's line, its text.
+    void finishDefence(Run& run, bool current);
+    // The checks before a run of the current problem: none runs yet, and position setting is left.
+    TChessProblem* problemToStart();
     void stop(Run& run);
     void tell(const QString& title, const QString& text);
     // A status text of the run `id` ("Initial position type check...", "Stop

@@ -437,7 +437,8 @@ class MainWindowTest : public QObject {
         QVERIFY(!s.enabled(CommandId::SolveStop));
         s.window->DispatchCommand(CommandId::SolveStartKey);
         s.window->DispatchCommand(CommandId::SolveAllSolutionsKey);
-        // The best defence and the whole main variant stay greyed: their engines are not built.
+        // The whole main variant stays greyed (its engine is not built), and the
+        // best defence at the start position, where Black is not to move.
         QVERIFY(!s.enabled(CommandId::SolveShowMainVariant));
         QVERIFY(!s.enabled(CommandId::SolveBlackDefence));
         s.window->DispatchCommand(CommandId::SolveShowMainVariantKey);

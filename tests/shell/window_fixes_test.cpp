@@ -86,6 +86,7 @@ class WindowFixesTest : public QObject {
         QVERIFY(s.enabled(CommandId::SolveStart));
         QVERIFY(s.enabled(CommandId::SolveAllSolutions));
         using enum CommandId;
+        // At the start position the best defence has nothing to answer either.
         for (CommandId id : {SolveBlackDefence, SolveBlackDefenceThorough, SolveShowMainVariant,
                              SolveWithHeuristics, SolveAllWithHeuristics, SolveShowMainVariantKey})
             QVERIFY2(!s.enabled(id), qPrintable(QString::number(CommandNumber(id))));
@@ -108,7 +109,7 @@ class WindowFixesTest : public QObject {
         QCOMPARE(s.window->runningSolves().count(), 0);
     }
 
-    void theStartIsGreyedWithBlackToMoveOnTheBoard() {
+    void theStartRunsBlacksBestDefenceWithBlackToMoveOnTheBoard() {
         SolvingSession s;
         startOnSample(s);
         s.attach();
@@ -116,18 +117,21 @@ class WindowFixesTest : public QObject {
         s.window->DispatchCommand(CommandId::ProblemNext); // problem 3, the #3 with the rook
         auto* view = s.window->findChild<BoardView*>();
         QVERIFY(view);
-        emit view->moveRequested(9, 17); // Rb2-b3: Black's best defence would be next
-        s.window->UpdateMenuState();
-        QVERIFY(!s.enabled(CommandId::SolveStart));
-        QVERIFY(!s.enabled(CommandId::SolveAllSolutions));
-        QTest::keyClick(s.window.get(), Qt::Key_F5);
-        s.window->DispatchCommand(CommandId::SolveStart);
-        QCOMPARE(s.window->runningSolves().count(), 0);
-        for (const QString& box : s.prompts.boxes)
-            QVERIFY2(!box.contains(QStringLiteral("not available")), qPrintable(box));
-        emit view->moveRequested(0, 8); // Ka1-a2: White to move again, a #2 from there
+        emit view->moveRequested(9, 17); // Rb2-b3: Black's best defence is next
         s.window->UpdateMenuState();
         QVERIFY(s.enabled(CommandId::SolveStart));
+        QVERIFY(s.enabled(CommandId::SolveAllSolutions));
+        QSignalSpy finished(s.solving.get(), &SolveController::solveFinished);
+        QTest::keyClick(s.window.get(), Qt::Key_F5);
+        QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 10000);
+        for (const QString& box : s.prompts.boxes)
+            QVERIFY2(!box.contains(QStringLiteral("not available")), qPrintable(box));
+        // Ka1-a2 is Black's one move: it is played, and White is to move again, a #2 from there.
+        QCOMPARE(s.window->statusText(), QStringLiteral("The only reply: Ka1-a2"));
+        QCOMPARE(s.window->problems().Current()->playedPositions.size(), size_t{2});
+        s.window->UpdateMenuState();
+        QVERIFY(s.enabled(CommandId::SolveStart));
+        QVERIFY(!s.enabled(CommandId::SolveBlackDefence));
     }
 
     void theStartIsGreyedForAPositionWithoutStipulation() {

@@ -153,9 +153,10 @@ class WindowItemsTest : public QObject {
                 QVERIFY2(action->statusTip().startsWith(QStringLiteral("Not available yet: ")),
                          qPrintable(QString::number(static_cast<int>(id))));
         }
-        // Built now: the FEN check and the description's commands.
+        // Built now: the FEN check, the description's commands and Black's best defence.
         for (CommandId id : {CommandId::CheckFenCodesFromFile, CommandId::DescriptionEdit,
-                             CommandId::DescriptionOpenLink, CommandId::DescriptionCopyAddress})
+                             CommandId::DescriptionOpenLink, CommandId::DescriptionCopyAddress,
+                             CommandId::SolveBlackDefence, CommandId::SolveBlackDefenceThorough})
             QVERIFY(!IsNotBuiltYet(id));
     }
 

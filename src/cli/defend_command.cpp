@@ -1,0 +1,102 @@
+// zorvane-cli defend --fen PLACEMENT --moves N: Black's best defence against
+// a direct mate in N moves, Black to move.
+#include "cli/commands.h"
+#include "cli/number_option.h"
+#include "core/chess_exception.h"
+#include "core/fen.h"
+#include "engine/mate_search.h"
+#include "engine/solver.h"
+
+#include <cstdio>
+#include <memory>
+#include <string>
+
+namespace zorvane::cli {
+
+namespace {
+
+struct DefendOptions {
+    std::string fen;
+    int moves = 0;
+    bool thorough = false;
+    bool safeMode = false;
+};
+
+// The status line's text as UTF-8: the English texts are ASCII, the moves too.
+std::string narrow(const std::wstring& text) {
+    std::string out;
+    for (const wchar_t c : text) out += c < 0x80 ? static_cast<char>(c) : '?';
+    return out;
+}
+
+int runDefend(const DefendOptions& options) {
+    TChessboard board = EmptyChessboard();
+    const size_t first = options.fen.find_first_not_of(' ');
+    const std::string placement = first == std::string::npos
+                                      ? std::string()
+                                      : options.fen.substr(first, options.fen.find(' ', first) - first);
+    if (options.fen.find('{') != std::string::npos || !ReadFenPlacement(placement, board.m_aSquares)) {
+        std::fprintf(stderr, "Improper FEN code.\n");
+        return 2;
+    }
+    FenNotes notes;
+    TChessboard scratch = EmptyChessboard();
+    ReadFen(options.fen, scratch, &notes);
+    if (notes.sideToMove == 'w') {
+        std::fprintf(stderr, "The FEN gives White the move; the best defence starts with Black (\"b\").\n");
+        return 2;
+    }
+    // The position stands alone: Black to move with 2N plies left, every
+    // castling the board allows, no en passant capture.
+    const int plies = 2 * options.moves;
+    board.m_shPliesLeft = board.m_shPliesTotal = static_cast<uint16_t>(plies);
+    try {
+        SetupChessboard(board, true);
+    } catch (const ChessException& e) {
+        std::fprintf(stderr, "%s\n", e.what());
+        return 2;
+    }
+    TChessProblem problem;
+    problem.startPosition = board;
+    SetStipulation(problem, options.moves);
+    DefenceRequest request;
+    request.position = &problem.startPosition;
+    request.plies = plies;
+    request.thorough = options.thorough;
+    request.options.quickMode = !options.safeMode;
+    DefenceOutcome outcome;
+    try {
+        outcome = Solver().Defend(problem, request);
+    } catch (const ChessException& e) {
+        std::fprintf(stderr, "%s\n", e.what());
+        return 2;
+    }
+    for (const DefenceBox& box : outcome.boxes)
+        std::printf("[%s] %s\n", narrow(box.title).c_str(), narrow(box.text).c_str());
+    std::printf("%s\n", narrow(outcome.text).c_str());
+    return 0;
+}
+
+} // namespace
+
+Runner AddDefendCommand(CLI::App& app) {
+    auto options = std::make_shared<DefendOptions>();
+    CLI::App* defend = app.add_subcommand(
+        "defend", "Find Black's best defence against a direct mate in N moves, Black to move");
+    defend
+        ->add_option(
+            "--fen", options->fen,
+            "The position as FEN: the placement alone, or a full FEN with Black to move (\"b\"); every "
+            "castling the board allows")
+        ->required();
+    AddWholeNumber(defend, "--moves", options->moves, 1, MAX_STIPULATION_MOVES,
+                   "White's moves left: the mate in N moves to defend against")
+        ->required();
+    defend->add_flag("--thorough", options->thorough,
+                     "The more thorough search: an only reply is searched behind as well");
+    defend->add_flag("--safe-mode", options->safeMode,
+                     "Search repeated positions again instead of pruning them");
+    return [options] { return runDefend(*options); };
+}
+
+} // namespace zorvane::cli
