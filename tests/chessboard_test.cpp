@@ -13,13 +13,6 @@
 namespace zorvane {
 namespace {
 
-TChessboard boardWith(std::initializer_list<std::pair<const char*, uint8_t>> men) {
-    TChessboard b = EmptyChessboard();
-    b.m_shPliesLeft = 1;
-    for (const auto& [square, piece] : men) b.m_aSquares[sq(square)] = piece;
-    return b;
-}
-
 // The message of the strict set-up, or "" when it succeeds.
 std::string setupMessage(TChessboard b) {
     try {

@@ -13,13 +13,6 @@
 namespace zorvane {
 namespace {
 
-TChessboard boardWith(std::initializer_list<std::pair<const char*, uint8_t>> men) {
-    TChessboard b = EmptyChessboard();
-    b.m_shPliesLeft = 1;
-    for (const auto& [square, piece] : men) PutMan(b, sq(square), piece);
-    return b;
-}
-
 uint64_t setOf(std::initializer_list<const char*> names) {
     uint64_t set = 0;
     for (const char* name : names) set |= uint64_t{1} << sq(name);

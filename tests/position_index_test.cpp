@@ -15,13 +15,6 @@
 namespace zorvane {
 namespace {
 
-TChessboard boardWith(std::initializer_list<std::pair<const char*, uint8_t>> men) {
-    TChessboard b = EmptyChessboard();
-    b.m_shPliesLeft = 1;
-    for (const auto& [square, piece] : men) PutMan(b, sq(square), piece);
-    return b;
-}
-
 uint64_t indexOf(const char* type, const TChessboard& board) {
     return IndexOfPosition(MakeTableLayout(type, false, false), board);
 }

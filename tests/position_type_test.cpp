@@ -14,13 +14,6 @@
 namespace zorvane {
 namespace {
 
-TChessboard boardWith(std::initializer_list<std::pair<const char*, uint8_t>> men) {
-    TChessboard b = EmptyChessboard();
-    b.m_shPliesLeft = 1;
-    for (const auto& [square, piece] : men) PutMan(b, sq(square), piece);
-    return b;
-}
-
 template <class Call> std::string errorOf(Call call) {
     try {
         call();

@@ -1,11 +1,13 @@
 // zorvane-cli defend --fen PLACEMENT --moves N: Black's best defence against
 // a direct mate in N moves, Black to move.
 #include "cli/commands.h"
+#include "cli/fen_option.h"
 #include "cli/number_option.h"
 #include "core/chess_exception.h"
 #include "core/fen.h"
 #include "engine/mate_search.h"
 #include "engine/solver.h"
+#include "problems/text_encoding.h"
 
 #include <cstdio>
 #include <memory>
@@ -22,40 +24,13 @@ struct DefendOptions {
     bool safeMode = false;
 };
 
-// The status line's text as UTF-8: the English texts are ASCII, the moves too.
-std::string narrow(const std::wstring& text) {
-    std::string out;
-    for (const wchar_t c : text) out += c < 0x80 ? static_cast<char>(c) : '?';
-    return out;
-}
-
 int runDefend(const DefendOptions& options) {
-    TChessboard board = EmptyChessboard();
-    const size_t first = options.fen.find_first_not_of(' ');
-    const std::string placement = first == std::string::npos
-                                      ? std::string()
-                                      : options.fen.substr(first, options.fen.find(' ', first) - first);
-    if (options.fen.find('{') != std::string::npos || !ReadFenPlacement(placement, board.m_aSquares)) {
-        std::fprintf(stderr, "Improper FEN code.\n");
-        return 2;
-    }
-    FenNotes notes;
-    TChessboard scratch = EmptyChessboard();
-    ReadFen(options.fen, scratch, &notes);
-    if (notes.sideToMove == 'w') {
-        std::fprintf(stderr, "The FEN gives White the move; the best defence starts with Black (\"b\").\n");
-        return 2;
-    }
     // The position stands alone: Black to move with 2N plies left, every
     // castling the board allows, no en passant capture.
     const int plies = 2 * options.moves;
-    board.m_shPliesLeft = board.m_shPliesTotal = static_cast<uint16_t>(plies);
-    try {
-        SetupChessboard(board, true);
-    } catch (const ChessException& e) {
-        std::fprintf(stderr, "%s\n", e.what());
-        return 2;
-    }
+    const std::optional<FenPosition> read = ReadFenOption(options.fen, plies);
+    if (!read) return 2;
+    const TChessboard& board = read->board;
     TChessProblem problem;
     problem.startPosition = board;
     SetStipulation(problem, options.moves);
@@ -72,8 +47,8 @@ int runDefend(const DefendOptions& options) {
         return 2;
     }
     for (const DefenceBox& box : outcome.boxes)
-        std::printf("[%s] %s\n", narrow(box.title).c_str(), narrow(box.text).c_str());
-    std::printf("%s\n", narrow(outcome.text).c_str());
+        std::printf("[%s] %s\n", WideToUtf8(box.title).c_str(), WideToUtf8(box.text).c_str());
+    std::printf("%s\n", WideToUtf8(outcome.text).c_str());
     return 0;
 }
 

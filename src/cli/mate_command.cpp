@@ -1,5 +1,6 @@
 // zorvane-cli mate --fen PLACEMENT --moves N: the keys of a direct mate.
 #include "cli/commands.h"
+#include "cli/fen_option.h"
 #include "cli/number_option.h"
 #include "core/chess_exception.h"
 #include "core/fen.h"
@@ -21,30 +22,10 @@ struct MateOptions {
 };
 
 int runMate(const MateOptions& options) {
-    TChessboard board = EmptyChessboard();
-    const size_t first = options.fen.find_first_not_of(' ');
-    const std::string placement = first == std::string::npos
-                                      ? std::string()
-                                      : options.fen.substr(first, options.fen.find(' ', first) - first);
-    if (options.fen.find('{') != std::string::npos || !ReadFenPlacement(placement, board.m_aSquares)) {
-        std::fprintf(stderr, "Improper FEN code.\n");
-        return 2;
-    }
-    try {
-        // The set-up's own message says what is wrong with the men.
-        SetupChessboard(board, true);
-    } catch (const ChessException& e) {
-        std::fprintf(stderr, "%s\n", e.what());
-        return 2;
-    }
-    // The fields beyond the placement; the men are read and checked above.
-    FenNotes notes;
-    TChessboard scratch = EmptyChessboard();
-    ReadFen(options.fen, scratch, &notes);
-    if (notes.sideToMove == 'b') {
-        std::fprintf(stderr, "The FEN gives Black the move; a direct mate starts with White (\"w\").\n");
-        return 2;
-    }
+    const std::optional<FenPosition> read = ReadFenOption(options.fen, 2 * options.moves - 1);
+    if (!read) return 2;
+    const TChessboard& board = read->board;
+    const FenNotes& notes = read->notes;
     if (notes.enPassantNamed && notes.enPassantSquare < 0) {
         std::fprintf(stderr, "Improper FEN code.\n");
         return 2;
