@@ -34,6 +34,10 @@ class WindowServices;
 // The longest stipulation whose window solve builds the whole tree: a longer
 // problem's tree costs many times its keys, and the panel lists the keys alone.
 constexpr int PANEL_TREE_MAX_MOVES = 4;
+// Whether the window's solve of `problem` from its start position asks for the tree.
+inline bool WindowBuildsTree(const TChessProblem& problem) {
+    return problem.stipulationMoves() <= PANEL_TREE_MAX_MOVES;
+}
 
 // One line of the panel: its text, the moves from the start position down to
 // the line's last move (empty for a heading, and for set play, which begins

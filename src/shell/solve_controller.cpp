@@ -304,8 +304,7 @@ void SolveController::start(TChessProblem& problem, SolveRoad road, int plies, c
     }
     request.options = SolveOptionsFor(options, allSolutions);
     // The panel shows the whole solution of a short problem, the keys alone of a longer one.
-    request.options.tree.build =
-        road == SolveRoad::Main && problem.stipulationMoves() <= PANEL_TREE_MAX_MOVES;
+    request.options.tree.build = road == SolveRoad::Main && WindowBuildsTree(problem);
     if (m_panel) m_panel->clearResult(problem.id);
     // 4. A register of an earlier solve goes first when the option says so;
     // the solve clears it, the status says so meanwhile.

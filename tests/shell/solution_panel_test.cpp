@@ -3,6 +3,7 @@
 // set play; a click on a line plays it on the board; a long problem lists its
 // keys alone; the labels follow the language.
 #include "core/piece.h"
+#include "problems/notation.h"
 #include "shell/board_controller.h"
 #include "shell/solution_panel.h"
 #include "solving_session.h"
@@ -176,6 +177,34 @@ class SolutionPanelTest : public QObject {
         s.window->DispatchCommand(CommandId::ProblemPrevious);
         panel->refresh();
         QCOMPARE(topTexts(panel->lines()).front(), QStringLiteral("1.Kf6-g6! (zugzwang)"));
+    }
+
+    void aStopDuringTheTreeKeepsTheKeysAndThePartBuilt() {
+        SolvingSession s;
+        startOnLoyd(s);
+        const TChessProblem& problem = *s.window->problems().Current();
+        const TChessboard& start = problem.startPosition;
+        // The tree got as far as the key and one defence; a second key was proven but not reached.
+        SolveResult result;
+        result.moves = {ParseMoveOnBoard(start, "Re2-f2"), ParseMoveOnBoard(start, "Bh1:g2")};
+        result.tree.moves = 2;
+        result.tree.stopped = true;
+        WhitePlay key;
+        key.move = {result.moves[0], WR, false, false, false};
+        BlackDefence defence;
+        TChessboard afterKey;
+        TMove keyMove = result.moves[0];
+        QVERIFY(PlayMove(start, afterKey, keyMove));
+        defence.move = {ParseMoveOnBoard(afterKey, "Nb7-a5"), BN, false, false, false};
+        key.defences.push_back(defence);
+        result.tree.keys.push_back(key);
+        s.solving->solutionPanel()->setResult(problem, QStringLiteral("stopped"), result, true);
+        QTreeWidget* tree = s.solving->solutionPanel()->lines();
+        QCOMPARE(topTexts(tree), (QStringList{"1.Re2-f2!", "1.Bh1:g2!", "Analysis stopped by user"}));
+        QCOMPARE(childTexts(tree->topLevelItem(0)), QStringList{"1...Nb7-a5"});
+        clickLine(tree, tree->topLevelItem(0)->child(0));
+        QCOMPARE(s.window->problems().Current()->playedPositions.size(), size_t{2});
+        QCOMPARE(s.window->board().shownPosition()->m_aSquares[32], BN); // a5
     }
 
     void aStoppedSolveTellsItInThePanel() {
