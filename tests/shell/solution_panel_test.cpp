@@ -179,6 +179,35 @@ class SolutionPanelTest : public QObject {
         QCOMPARE(topTexts(panel->lines()).front(), QStringLiteral("1.Kf6-g6! (zugzwang)"));
     }
 
+    void aLineThatDoesNotFitPlaysNothing() {
+        SolvingSession s;
+        startOnLoyd(s);
+        solveCurrent(s);
+        SolutionPanel* panel = s.solving->solutionPanel();
+        TChessProblem* problem = s.window->problems().Current();
+        const TMove key = ParseMoveOnBoard(problem->startPosition, "Re2-f2");
+        problem->playedPositions.clear();
+        s.window->showCurrentProblem();
+        // The rook has left e2: the second move does not fit, and the first is not played either.
+        panel->playLine({key, key});
+        QVERIFY(problem->playedPositions.empty());
+        panel->playLine({key});
+        QCOMPARE(problem->playedPositions.size(), size_t{1});
+    }
+
+    void aProblemSetUpAnewLosesItsLines() {
+        SolvingSession s;
+        startOnLoyd(s);
+        solveCurrent(s);
+        SolutionPanel* panel = s.solving->solutionPanel();
+        QCOMPARE(panel->lines()->topLevelItemCount(), 3);
+        // The pawn on g5 goes: the lines were found for another position.
+        s.window->problems().Current()->startPosition.m_aSquares[38] = 0;
+        panel->refresh();
+        QCOMPARE(panel->lines()->topLevelItemCount(), 0);
+        QVERIFY(panel->resultText().isEmpty());
+    }
+
     void aStopDuringTheTreeKeepsTheKeysAndThePartBuilt() {
         SolvingSession s;
         startOnLoyd(s);
@@ -212,6 +241,10 @@ class SolutionPanelTest : public QObject {
         startLong(s);
         s.window->DispatchCommand(CommandId::SolveStart);
         QTest::qWait(200);
+        // The solve owns the position: a line does not play meanwhile.
+        TChessProblem* problem = s.window->problems().Current();
+        s.solving->solutionPanel()->playLine({ParseMoveOnBoard(problem->startPosition, "e2-e4")});
+        QVERIFY(problem->playedPositions.empty());
         s.window->DispatchCommand(CommandId::SolveStop);
         QVERIFY(s.prompts.boxes.isEmpty());
         QVERIFY2(s.solving->solutionPanel()->resultText().startsWith(
