@@ -26,6 +26,8 @@ constexpr LocalizedText TRIES_HEADING{L"Próby", L"Tries", L"Спроби"};
 constexpr LocalizedText SET_PLAY_HEADING{L"Gra pozorna", L"Set play", L"Позірна гра"};
 constexpr LocalizedText ZUGZWANG{L"zugzwang", L"zugzwang", L"цугцванг"};
 constexpr LocalizedText BUT{L"ale", L"but", L"але"};
+constexpr LocalizedText DUAL{L" (dual)", L" (dual)", L" (дуаль)"};
+constexpr LocalizedText SHORT_MATE{L" (krótszy mat)", L" (short mate)", L" (коротший мат)"};
 // The item's place in the list of the moves of the lines on screen.
 constexpr int LINE_ROLE = Qt::UserRole;
 constexpr int RESULT_TEXT_LINES = 8;
@@ -110,6 +112,8 @@ class LineWriter {
                 line.moves.push_back(reply.move.move);
                 line.text = black(number, defence.move) + " " + white(number + 1, reply.move) +
                             threatOf(reply, number + 1);
+                if (defence.replies.size() > 1) line.text += Translate(m_language, DUAL);
+                if (reply.shortMate) line.text += Translate(m_language, SHORT_MATE);
                 line.children = defenceLines(reply.defences, reply.threat, number + 1, line.moves);
                 out.push_back(std::move(line));
             }

@@ -92,6 +92,9 @@ class SolutionPanelTest : public QObject {
         const QStringList setPlay = childTexts(tree->topLevelItem(2));
         QVERIFY(setPlay.contains(QStringLiteral("1...Rg2-f2 2.Qf6:f2#")));
         QVERIFY(setPlay.contains(QStringLiteral("1...Nb7-d6+ 2.Qf6:d6#")));
+        // Two mates after one move: a dual, marked on each line.
+        QVERIFY(setPlay.contains(QStringLiteral("1...Rg2:g5 2.Re2-c2# (dual)")));
+        QVERIFY(setPlay.contains(QStringLiteral("1...Rg2:g5 2.Qf6-f2# (dual)")));
 
         // 2. The defence line puts the board after its three moves.
         QTreeWidgetItem* defence = lineNamed(tree, QStringLiteral("1...Rg2:f2 2.Qf6:f2#"));
