@@ -10,6 +10,7 @@
 #include "problems/problem_file.h"
 #include "shell/main_window.h"
 #include "shell/prompts.h"
+#include "shell/solution_panel.h"
 #include "shell/solve_controller.h"
 
 #include <QApplication>
@@ -96,6 +97,8 @@ Timing solveAlone(const std::filesystem::path& file) {
         Solver solver;
         SolveRequest request;
         request.options = SolveOptionsFor(options, true);
+        // The window builds the tree of a short problem for its panel: so does this side.
+        request.options.tree.build = WindowBuildsTree(*problem);
         const auto start = std::chrono::steady_clock::now();
         solver.Solve(*problem, request);
         timing.seconds += secondsSince(start);

@@ -11,6 +11,7 @@
 #include "shell/board_rules.h"
 #include "shell/main_window.h"
 #include "shell/process_control.h"
+#include "shell/solution_panel.h"
 #include "shell/window_services.h"
 
 #include <QCoreApplication>
@@ -166,6 +167,8 @@ void SolveController::attachTo(MainWindow& window) {
     });
     connect(this, &SolveController::solveFinished, &window, [&window] { window.UpdateMenuState(); });
     window.UpdateMenuState();
+    m_panel = new SolutionPanel(m_window, m_board, &window);
+    m_panel->attachTo(window);
     if (auto* bar = window.findChild<QToolBar*>()) {
         auto* button = new QToolButton(bar);
         button->setObjectName(QStringLiteral("startButton"));
@@ -327,6 +330,9 @@ void SolveController::start(TChessProblem& problem, SolveRoad road, int plies, c
         request.plies = plies;
     }
     request.options = SolveOptionsFor(options, allSolutions);
+    // The panel shows the whole solution of a short problem, the keys alone of a longer one.
+    request.options.tree.build = road == SolveRoad::Main && WindowBuildsTree(problem);
+    if (m_panel) m_panel->clearResult(problem.id);
     // 4. A register of an earlier solve goes first when the option says so;
     // the solve clears it, the status says so meanwhile.
     if (options.ClearRegisterOnStartSolving && Solver::RegisterPositions(problem) > 0) {
@@ -440,10 +446,18 @@ void SolveController::finish(int32_t id) {
                 translate({L"Pozycji w rejestrze tymczasowym: ", L"Positions in temporary register: ",
                            L"Позицій у тимчасовому реєстрі: "}) +
                 counterText(Solver::RegisterPositions(problem));
+    m_lastResults[id] = wide(result.text);
+    // The panel holds every problem's outcome; a problem on screen needs no box besides.
+    if (m_panel) {
+        m_panel->setResult(problem, text, result, run->road == SolveRoad::Main);
+        if (current) {
+            emit solveFinished(id);
+            return;
+        }
+    }
     if (!current) {
         text = BackgroundRunHead(m_window.language(), run->road, result.moves.size(), id) + "\n\n" + text;
     }
-    m_lastResults[id] = wide(result.text);
     const QString title =
         run->road == SolveRoad::Main
             ? translate({L"Wynik poszukiwania mata", L"Mate search result", L"Результат пошуку мату"})

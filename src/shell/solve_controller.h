@@ -3,7 +3,8 @@
 // its own on the problem's record; the window watches it through its timer,
 // may pause or stop it, and shows the outcome when the thread posts it back.
 // Several problems can be solved at once, and navigating away leaves a solve
-// running: its end is told in a box with the problem's number.
+// running: its end is told in a box with the problem's number. The current
+// problem's outcome goes to the solution panel beside the board, without a box.
 //
 // While a run is on, the record is not edited: the menus grey every command
 // that changes it, and the board refuses moves and position setting.
@@ -32,6 +33,7 @@ namespace zorvane {
 
 class BoardController;
 class MainWindow;
+class SolutionPanel;
 class WindowServices;
 
 // Runs that may go on at the same time with threads of their own; a run
@@ -93,6 +95,8 @@ class SolveController : public QObject {
 
     // The text of the last finished run of the current problem, for the panel.
     QString lastResultText() const;
+    // The panel of the solutions, made by attachTo; nullptr before.
+    SolutionPanel* solutionPanel() const { return m_panel; }
 
   signals:
     // A run ended and its outcome has been shown.
@@ -125,6 +129,7 @@ class SolveController : public QObject {
     int32_t m_runStatusId = 0;
     QString m_runStatus;
     QToolButton* m_startButton = nullptr;
+    SolutionPanel* m_panel = nullptr; // the window's child
     int m_solvePool = SOLVE_POOL_SIZE;
 };
 

@@ -1,10 +1,11 @@
-// Solving from the window: F5 on a problem, the result box, the register's
+// Solving from the window: F5 on a problem, the result in the panel, the register's
 // memory limit, stop, pause, starting twice, and closing with a solve running.
 #include "options/memory_limit.h"
 #include "registers/aggregated_register.h"
 #include "shell/board_controller.h"
 #include "shell/board_view.h"
 #include "shell/process_control.h"
+#include "shell/solution_panel.h"
 #include "shell/solve_controller.h"
 #include "solving_session.h"
 
@@ -12,6 +13,7 @@
 #include <QRegularExpression>
 #include <QSignalSpy>
 #include <QToolButton>
+#include <QTreeWidget>
 
 #include <chrono>
 
@@ -32,9 +34,10 @@ class SolveControllerTest : public QObject {
         QSignalSpy finished(s.solving.get(), &SolveController::solveFinished);
         QTest::keyClick(s.window.get(), Qt::Key_F5);
         QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 10000);
-        QVERIFY(!s.prompts.boxes.isEmpty());
-        QVERIFY2(s.prompts.boxes.last().startsWith(QStringLiteral("Mate search result|Kf6-g6 (")),
-                 qPrintable(s.prompts.boxes.last()));
+        // The result goes to the panel beside the board, without a box.
+        QVERIFY2(s.prompts.boxes.isEmpty(), qPrintable(s.prompts.boxes.join('\n')));
+        QVERIFY2(s.solving->solutionPanel()->resultText().startsWith(QStringLiteral("Kf6-g6 (")),
+                 qPrintable(s.solving->solutionPanel()->resultText()));
         QCOMPARE(s.window->runningSolves().count(), 0);
         // The key is played on the board.
         QCOMPARE(s.window->problems().Current()->playedPositions.size(), size_t{1});
@@ -108,9 +111,9 @@ class SolveControllerTest : public QObject {
         s.window->DispatchCommand(CommandId::SolveStop);
         QVERIFY(!s.window->runningSolves().contains(1));
         QVERIFY(std::chrono::steady_clock::now() - stopAt < std::chrono::seconds(1));
-        QVERIFY2(s.prompts.boxes.last().startsWith(QStringLiteral(
-                     "Mate search result|Analysis stopped by user\nPositions in temporary register: ")),
-                 qPrintable(s.prompts.boxes.last()));
+        QVERIFY2(s.solving->solutionPanel()->resultText().startsWith(
+                     QStringLiteral("Analysis stopped by user\nPositions in temporary register: ")),
+                 qPrintable(s.solving->solutionPanel()->resultText()));
     }
 
     void startingTwiceGivesTheBoxAndTheFirstRunGoesOn() {
@@ -172,10 +175,11 @@ class SolveControllerTest : public QObject {
         QSignalSpy finished(s.solving.get(), &SolveController::solveFinished);
         s.window->DispatchCommand(CommandId::SolveStart);
         QTRY_COMPARE_WITH_TIMEOUT(finished.count(), 1, 10000);
-        QVERIFY2(s.prompts.boxes.last().startsWith(QStringLiteral("Result of analysis|")),
-                 qPrintable(s.prompts.boxes.last()));
-        QVERIFY2(s.prompts.boxes.last().contains(QStringLiteral(" >> #2")),
-                 qPrintable(s.prompts.boxes.last()));
+        QVERIFY2(s.prompts.boxes.isEmpty(), qPrintable(s.prompts.boxes.join('\n')));
+        const QString result = s.solving->solutionPanel()->resultText();
+        QVERIFY2(result.contains(QStringLiteral(" >> #2")), qPrintable(result));
+        // Keys of a later position are no lines from the start: the panel lists none.
+        QCOMPARE(s.solving->solutionPanel()->lines()->topLevelItemCount(), 0);
     }
 
     void aTaskErrorIsShownWithItsText() {
