@@ -47,6 +47,9 @@ constexpr uint8_t BLACK_SETTLED = 255;
 constexpr int MAX_LESSER_MATE = 253;
 
 constexpr uint64_t GRAIN = 2048;
+// The cells of one position: every order of its runs of like men (up to four
+// alike), twice when its mirror image in the diagonal has cells of its own.
+constexpr int MAX_CELLS = 2 * 24;
 constexpr auto PAUSE_STEP = std::chrono::milliseconds(100);
 
 using Clock = std::chrono::steady_clock;
@@ -91,6 +94,14 @@ class Generator {
           m_nSize(TableSize(m_layout)), m_nKey(PosTypeKey(type)), m_lesserProbe(lesserProbe),
           m_settings(settings), m_cells(new uint8_t[m_nSize]), m_black(new uint8_t[m_nSize]),
           m_capture(new uint8_t[m_nSize]()), m_seen(new uint8_t[m_nSize]()) {
+        for (int g = 0; g < m_layout.nGroups; ++g) m_bManyCells = m_bManyCells || m_layout.aGroupSize[g] > 1;
+        m_bManyCells = m_bManyCells || m_layout.nKingSlots == KING_SLOTS_WITHOUT_PAWNS;
+        if (m_layout.bUsesMappers)
+            throw ChessException("Table " + m_layout.sType + ": made without mappers only");
+        int orders = 2;
+        for (int g = 0; g < m_layout.nGroups; ++g)
+            for (int k = 2; k <= m_layout.aGroupSize[g]; ++k) orders *= k;
+        if (orders > MAX_CELLS) throw ChessException("Table " + m_layout.sType + ": too many like men");
         // Known lesser values, and 0 for the table itself, still unknown.
         m_lesserOnly = [this](const TChessboard& b) {
             return PosTypeKeyOfPosition(b) == m_nKey ? 0 : m_lesserProbe(b);
@@ -145,7 +156,10 @@ class Generator {
             TChessboard black = white;
             m_cells[i] = SetUpTablePosition(white, true) ? 0 : CELL_ILLEGAL;
             if (m_cells[i] == 0) prepareWhite(i, white, local);
-            m_black[i] = SetUpTablePosition(black, false) ? prepareBlack(i, black, local) : BLACK_SETTLED;
+            // Black positions are kept in one cell each: the others are left settled.
+            const bool blackCell = blackCellOf(i) == i;
+            m_black[i] =
+                blackCell && SetUpTablePosition(black, false) ? prepareBlack(i, black, local) : BLACK_SETTLED;
         });
         for (Local& local : m_locals) {
             m_mated.insert(m_mated.end(), local.mated.begin(), local.mated.end());
@@ -248,7 +262,7 @@ class Generator {
                     TChessboard before = position;
                     ApplyRetraction(before, retractions[k]);
                     uint64_t cells[2];
-                    const int found = cellsOf(before, cells);
+                    const int found = blackCellsOf(before, cells);
                     for (int j = 0; j < found; ++j) settleBlack(cells[j], n, local);
                 }
             });
@@ -293,7 +307,7 @@ class Generator {
                 continue;
             TChessboard before = position;
             ApplyRetraction(before, r);
-            uint64_t cells[2];
+            uint64_t cells[MAX_CELLS];
             const int found = cellsOf(before, cells);
             for (int j = 0; j < found; ++j) assign(cells[j], n, local);
         }
@@ -326,35 +340,115 @@ class Generator {
         if (exchange(m_cells[i], 0, static_cast<uint8_t>(n))) local.assigned.push_back(i);
     }
 
-    // The cell of a position, and without pawns, when the white king stands
-    // on the folded diagonal, the cell of its mirror image too: the fold keeps
-    // both, and both must learn every value.
+    // Every cell of a position. The index reads like men in the order of
+    // their squares before the fold, so one folded position has a cell for
+    // each order of each run of like men; and without pawns, when the white
+    // king stands on the folded diagonal, its mirror image in the diagonal
+    // has cells of its own. All of them must learn every value.
     int cellsOf(const TChessboard& position, uint64_t* cells) const {
         cells[0] = IndexOfPosition(m_layout, position);
-        if (m_layout.nKingSlots != KING_SLOTS_WITHOUT_PAWNS || m_layout.bUsesMappers) return 1;
-        const int slot = static_cast<int>(cells[0] % KING_SLOTS_WITHOUT_PAWNS);
-        const int king = PAWNLESS_SLOT_SQUARE[slot];
-        if (rowOf(king) != colOf(king)) return 1;
-        // The mirror image in the diagonal, read off the digits: the king
-        // stays in his slot, every other square is transposed, and like men
-        // are put back in ascending order.
-        uint64_t rest = cells[0] / KING_SLOTS_WITHOUT_PAWNS;
-        const int blackKing = FlipDiagonal(static_cast<int>(rest & 63));
-        rest >>= 6;
-        uint8_t squares[MAX_TABLE_LETTERS];
-        for (int i = m_layout.nLetters - 1; i >= 0; --i) {
-            squares[i] = static_cast<uint8_t>(FlipDiagonal(static_cast<int>(rest & 63)));
-            rest >>= 6;
+        if (!m_bManyCells) return 1;
+        TDigits digits = decode(cells[0]);
+        int count = 0;
+        addOrders(digits, cells, count);
+        if (onDiagonal(digits)) {
+            mirrorInDiagonal(digits);
+            addOrders(digits, cells, count);
         }
-        uint64_t twin = 0;
-        for (int g = 0; g < m_layout.nGroups; ++g) {
-            uint8_t* run = squares + m_layout.aGroupFirst[g];
-            std::sort(run, run + m_layout.aGroupSize[g]);
-            for (int i = 0; i < m_layout.aGroupSize[g]; ++i) twin = twin * 64 + run[i];
-        }
-        cells[1] = (twin * 64 + static_cast<uint64_t>(blackKing)) * KING_SLOTS_WITHOUT_PAWNS +
-                   static_cast<uint64_t>(slot);
+        return count;
+    }
+
+    // The cells that stand for a position with Black to move: one per image,
+    // like men in ascending order.
+    int blackCellsOf(const TChessboard& position, uint64_t* cells) const {
+        cells[0] = IndexOfPosition(m_layout, position);
+        if (!m_bManyCells) return 1;
+        TDigits digits = decode(cells[0]);
+        sortRuns(digits);
+        cells[0] = encode(digits);
+        if (!onDiagonal(digits)) return 1;
+        mirrorInDiagonal(digits);
+        sortRuns(digits);
+        cells[1] = encode(digits);
         return cells[1] == cells[0] ? 1 : 2;
+    }
+
+    // The cell with Black to move that stands for index i's position.
+    uint64_t blackCellOf(uint64_t i) const {
+        if (!m_bManyCells) return i;
+        TDigits digits = decode(i);
+        sortRuns(digits);
+        return encode(digits);
+    }
+
+    struct TDigits {
+        uint8_t squares[MAX_TABLE_LETTERS] = {};
+        int blackKing = 0;
+        int slot = 0;
+    };
+
+    int radix(int letter) const {
+        return m_layout.aPawn[letter] && m_layout.bPawnCompact ? PAWN_SET_SIZE : 64;
+    }
+    int offset(int letter) const {
+        return m_layout.aPawn[letter] && m_layout.bPawnCompact ? PAWN_SET_OFFSET : 0;
+    }
+
+    TDigits decode(uint64_t index) const {
+        TDigits digits;
+        digits.slot = static_cast<int>(index % m_layout.nKingSlots);
+        index /= m_layout.nKingSlots;
+        digits.blackKing = static_cast<int>(index % 64);
+        index /= 64;
+        for (int i = m_layout.nLetters - 1; i >= 0; --i) {
+            digits.squares[i] = static_cast<uint8_t>(index % radix(i) + offset(i));
+            index /= radix(i);
+        }
+        return digits;
+    }
+
+    uint64_t encode(const TDigits& digits) const {
+        uint64_t v = 0;
+        for (int i = 0; i < m_layout.nLetters; ++i)
+            v = v * radix(i) + static_cast<uint64_t>(digits.squares[i] - offset(i));
+        return (v * 64 + static_cast<uint64_t>(digits.blackKing)) * m_layout.nKingSlots +
+               static_cast<uint64_t>(digits.slot);
+    }
+
+    bool onDiagonal(const TDigits& digits) const {
+        if (m_layout.nKingSlots != KING_SLOTS_WITHOUT_PAWNS) return false;
+        const int king = PAWNLESS_SLOT_SQUARE[digits.slot];
+        return rowOf(king) == colOf(king);
+    }
+
+    // The king stays in his slot; every other square is transposed.
+    static void mirrorInDiagonal(TDigits& digits) {
+        digits.blackKing = FlipDiagonal(digits.blackKing);
+        for (uint8_t& square : digits.squares) square = static_cast<uint8_t>(FlipDiagonal(square));
+    }
+
+    void sortRuns(TDigits& digits) const {
+        for (int g = 0; g < m_layout.nGroups; ++g) {
+            uint8_t* run = digits.squares + m_layout.aGroupFirst[g];
+            const int size = m_layout.aGroupSize[g];
+            for (int i = 1; i < size; ++i)
+                for (int j = i; j > 0 && run[j - 1] > run[j]; --j) std::swap(run[j - 1], run[j]);
+        }
+    }
+
+    // Every order of every run, as an odometer over the runs' permutations.
+    void addOrders(TDigits digits, uint64_t* cells, int& count) const {
+        sortRuns(digits);
+        for (;;) {
+            const uint64_t cell = encode(digits);
+            if (std::find(cells, cells + count, cell) == cells + count) cells[count++] = cell;
+            int g = 0;
+            for (; g < m_layout.nGroups; ++g) {
+                uint8_t* run = digits.squares + m_layout.aGroupFirst[g];
+                if (std::next_permutation(run, run + m_layout.aGroupSize[g])) break;
+            }
+            if (g == m_layout.nGroups) return;
+        }
     }
 
     // Values as far as they are settled: the table's own below level n.
@@ -439,6 +533,8 @@ class Generator {
     std::vector<uint64_t> m_specialWhite;
     std::vector<uint64_t> m_specialBlack;
     int m_nMaxSeedLevel = 0;
+    // Whether a position may have more than one cell.
+    bool m_bManyCells = false;
     std::atomic<bool> m_stopped{false};
     tbb::enumerable_thread_specific<Local> m_locals;
 };
