@@ -25,7 +25,7 @@ namespace zorvane {
 namespace {
 
 // The 3-man tables and the 4-man one, made once for all tests of the file.
-constexpr const char* FOUR_MAN_TYPE = "Nb";
+constexpr const char* FOUR_MAN_TYPE = "Rr";
 
 TTableSet& tables() {
     static TTableSet* set = [] {
