@@ -60,12 +60,11 @@ std::string typeArgument(const std::string& text) {
     return type;
 }
 
-// Loads into `set` what `type` needs that is on disk; the types that are not.
-std::vector<std::string> loadSuccessors(TTableSet& set, const std::string& type) {
-    std::vector<std::string> missing;
-    for (const std::string& next : SuccessorTypes(type))
-        if (!set.Load(next)) missing.push_back(next);
-    return missing;
+// Loads into `set` every table on disk that `type` may reach: a white move
+// and a black reply may each capture or promote.
+void loadLesserTables(TTableSet& set, const std::string& type) {
+    for (const std::string& lesser : TypesInMakingOrder({type}))
+        if (lesser != type) set.Load(lesser);
 }
 
 int makeOne(TTableSet& set, const std::string& type, int threads) {
@@ -234,7 +233,7 @@ int runCheck(const TablesOptions& options) {
             std::fprintf(stderr, "No table for %s in %s\n", type.c_str(), set.Base().string().c_str());
             return 2;
         }
-        loadSuccessors(set, type);
+        loadLesserTables(set, type);
         const TRawTable& table = *set.Find(type);
         TCheckSettings settings;
         settings.pStop = &g_stop;
