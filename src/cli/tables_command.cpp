@@ -75,12 +75,15 @@ int makeOne(TTableSet& set, const std::string& type, int threads) {
     TGenerationSettings settings;
     settings.pStop = &g_stop;
     settings.nThreads = threads;
-    settings.onLevel = [&](const TLevelReport& report, const TRawTable& table) {
-        std::fprintf(stderr, "%s: level %d: %llu new, %.2f s\n", type.c_str(), report.nLevel,
-                     static_cast<unsigned long long>(report.nNewCells), report.dSeconds);
+    settings.onLevel = [&](const TLevelReport& report, const TRawTable& partial) {
+        // The level's pace: the cells it settled, per second.
+        const double perSecond =
+            report.dSeconds > 0 ? static_cast<double>(report.nNewCells) / report.dSeconds : 0;
+        std::fprintf(stderr, "%s: level %d: %llu new, %.2f s, %.0f cells/s\n", type.c_str(), report.nLevel,
+                     static_cast<unsigned long long>(report.nNewCells), report.dSeconds, perSecond);
         const auto now = std::chrono::steady_clock::now();
         if (std::chrono::duration<double>(now - lastWrite).count() >= PARTIAL_WRITE_SECONDS) {
-            WriteRawTable(path, table);
+            WriteRawTable(path, partial);
             lastWrite = now;
         }
     };

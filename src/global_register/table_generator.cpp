@@ -267,7 +267,7 @@ class Generator {
                 }
             });
             forRange(1, m_nSize, [this, n](uint64_t b, Local& local) {
-                if (m_black[b] == n - 1) settleBlack(b, n, local);
+                if (load(m_black[b]) == n - 1) settleBlack(b, n, local);
             });
         }
         forList(m_specialBlack, [this, n](uint64_t b, Local& local) { settleBlack(b, n, local); });
