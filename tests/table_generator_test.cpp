@@ -219,21 +219,26 @@ bool castlingPossible(const TChessboard& board) {
 }
 
 TEST(TableGenerator, FourManTableAgreesWithTheSearch) {
-    // Random legal positions of each short value, and some without mate.
-    constexpr int PER_VALUE = 60;
-    constexpr int LONGEST_SEARCHED = 3;
-    constexpr int NO_MATE_BOUND = 2;
+    // Random legal positions of each short value, and some without mate: for
+    // a value m the search finds a mate in m and none in m - 1; for 0 none
+    // within NO_MATE_BOUND moves.
+    const std::map<int, int> wanted = {{0, 100}, {1, 100}, {2, 100}, {3, 100}, {4, 20}};
+    constexpr int LONGEST_SEARCHED = 4;
+    constexpr int NO_MATE_BOUND = 3;
     const TRawTable& t = table(FOUR_MAN_TYPE);
     const TTableLayout layout = MakeTableLayout(FOUR_MAN_TYPE, false, false);
     std::mt19937_64 random(20261125);
     std::map<int, int> picked;
     MateProof proof;
-    int tries = 0;
-    while (tries++ < 50000000 && (picked[0] < PER_VALUE || picked[1] < PER_VALUE || picked[2] < PER_VALUE ||
-                                  picked[3] < PER_VALUE / 2)) {
+    auto done = [&] {
+        for (const auto& [value, count] : wanted)
+            if (picked[value] < count) return false;
+        return true;
+    };
+    for (int tries = 0; tries < 100000000 && !done(); ++tries) {
         const uint64_t index = random() % t.nSize;
         const int value = static_cast<int>(t.Cell(index));
-        if (value > LONGEST_SEARCHED || picked[value] >= (value == 3 ? PER_VALUE / 2 : PER_VALUE)) continue;
+        if (value > LONGEST_SEARCHED || picked[value] >= wanted.at(value)) continue;
         TChessboard board;
         if (!PositionOfIndex(layout, index, board) || !SetUpTablePosition(board, true) ||
             castlingPossible(board))
@@ -248,10 +253,7 @@ TEST(TableGenerator, FourManTableAgreesWithTheSearch) {
             EXPECT_TRUE(proof.FindFirstKey(board, value - 1).keys.empty()) << index;
         }
     }
-    EXPECT_EQ(picked[0], PER_VALUE);
-    EXPECT_EQ(picked[1], PER_VALUE);
-    EXPECT_EQ(picked[2], PER_VALUE);
-    EXPECT_EQ(picked[3], PER_VALUE / 2);
+    for (const auto& [value, count] : wanted) EXPECT_EQ(picked[value], count) << "mate in " << value;
 }
 
 } // namespace
