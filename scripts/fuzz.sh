@@ -12,7 +12,7 @@ shift || true
 targets=("$@")
 if [ ${#targets[@]} -eq 0 ]; then
     targets=(fen_reader_fuzz move_text_fuzz problem_file_fuzz options_reader_fuzz mate_in_one_fuzz
-        variant_text_fuzz sort_indication_fuzz fen_check_fuzz heuristic_options_fuzz epd_mates_fuzz)
+        variant_text_fuzz sort_indication_fuzz fen_check_fuzz heuristic_options_fuzz epd_mates_fuzz table_file_fuzz)
 fi
 
 CXX="${CXX:-clang++-14}" cmake -S . -B build-fuzz -G Ninja -DZORVANE_FUZZ=ON -DZORVANE_TESTS=OFF \
@@ -68,6 +68,9 @@ for target in "${targets[@]}"; do
         epd_mates_fuzz)
             seed "$out/corpus" $'8/8/8/8/8/2K5/1R6/k7 w - - bm #2;\n' \
                 $'# comment\r\n6k1/5ppp/8/8/8/8/8/R5K1 w - - bm #1; id "x";\n\n1k6/8/1K6/8/8/8/8/7R w - - bm #12;' ;;
+        table_file_fuzz)
+            # The first byte: the type (low bits) and whether to pad to its size (0x80).
+            seed "$out/corpus" $'\x80\x00' $'\x81\x01' $'\x82\x00' $'\x00\x00\x00' $'\x84\x04' ;;
         heuristic_options_fuzz)
             # Lines of a bit (the first byte modulo 32: B the edge, F the band, I FFM,
             # G unblock, Z corner, [ sea snake, M key diagonal...) and its text.

@@ -8,6 +8,8 @@ PACKAGES=(
     libgtest-dev libgmock-dev        # tests
     libbenchmark-dev                 # benchmarks
     libcli11-dev                     # command line of zorvane-cli
+    libtbb-dev                       # parallel loops of the endgame tables
+    gaviotatb libgaviotatb-dev       # an independent check of the 3-man tables (tests only)
     clang-14 libclang-rt-14-dev      # libFuzzer targets
     clang-format-14                  # the sources' format, checked by the tests
     qt6-base-dev qt6-svg-dev         # desktop window

@@ -15,5 +15,6 @@ Runner AddBenchCommand(CLI::App& app);
 Runner AddCheckCommand(CLI::App& app);
 Runner AddFormatCommand(CLI::App& app);
 Runner AddSolveCommand(CLI::App& app);
+Runner AddTablesCommand(CLI::App& app);
 
 } // namespace zorvane::cli

@@ -11,6 +11,7 @@ int main(int argc, char** argv) {
         {"solve", zorvane::cli::AddSolveCommand(app)},   {"check", zorvane::cli::AddCheckCommand(app)},
         {"format", zorvane::cli::AddFormatCommand(app)}, {"mate", zorvane::cli::AddMateCommand(app)},
         {"bench", zorvane::cli::AddBenchCommand(app)},   {"defend", zorvane::cli::AddDefendCommand(app)},
+        {"tables", zorvane::cli::AddTablesCommand(app)},
     };
     try {
         app.parse(argc, argv);

@@ -1,0 +1,42 @@
+#include "table_set.h"
+
+#include "core/chess_exception.h"
+#include "position_index.h"
+#include "position_type.h"
+
+namespace zorvane {
+
+bool TTableSet::Load(std::string_view type) {
+    if (Find(type) != nullptr) return true;
+    const std::filesystem::path path = FindTableFile(m_base, type);
+    if (path.empty()) return false;
+    Add(ReadRawTable(path, type));
+    return true;
+}
+
+void TTableSet::Add(TRawTable table) {
+    const uint64_t key = PosTypeKey(table.sType);
+    Entry entry;
+    entry.layout = MakeTableLayout(table.sType, (table.nHeader & TABLE_HEADER_PAWN_COMPACT) != 0,
+                                   (table.nHeader & TABLE_HEADER_MAPPERS) != 0);
+    if (entry.layout.bUsesMappers && !AttachCombinationMappers(entry.layout, m_mappers))
+        throw ChessException("Table " + table.sType + ": no memory for its combination mappers");
+    entry.table = std::move(table);
+    m_tables[key] = std::move(entry);
+}
+
+const TRawTable* TTableSet::Find(std::string_view type) const {
+    const auto found = m_tables.find(PosTypeKey(type));
+    return found == m_tables.end() ? nullptr : &found->second.table;
+}
+
+int TTableSet::Probe(const TChessboard& position) const {
+    if (position.whiteMenBesideKing() == 0) return 0;
+    const auto found = m_tables.find(PosTypeKeyOfPosition(position));
+    if (found == m_tables.end()) return PROBE_NOT_AVAILABLE;
+    const uint32_t cell = found->second.table.Cell(IndexOfPosition(found->second.layout, position));
+    return cell == CELL_NOT_GENERATED && found->second.table.nCellWidth == 1 ? PROBE_NOT_AVAILABLE
+                                                                             : static_cast<int>(cell);
+}
+
+} // namespace zorvane

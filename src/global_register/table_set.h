@@ -1,0 +1,47 @@
+#pragma once
+// The tables at hand while making, checking or probing: loaded from the data
+// directory or just made, looked up by the men of a position.
+#include "expected_mate.h"
+#include "table_file.h"
+#include "table_layout.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <map>
+#include <string_view>
+
+namespace zorvane {
+
+class TTableSet {
+  public:
+    explicit TTableSet(std::filesystem::path base) : m_base(std::move(base)) {}
+
+    const std::filesystem::path& Base() const { return m_base; }
+
+    // Reads the type's file when it is not at hand yet. False when there is
+    // no file; throws ChessException for one that is damaged.
+    bool Load(std::string_view type);
+    // Takes a table made in memory, replacing one of the same type.
+    void Add(TRawTable table);
+    const TRawTable* Find(std::string_view type) const;
+
+    // The mate length of a position, White to move, from its type's table; 0
+    // for a bare white king; PROBE_NOT_AVAILABLE when the table is not at
+    // hand. Reads only, so threads may probe together once loading is done.
+    int Probe(const TChessboard& position) const;
+    // Probe as a TMateProbe.
+    TMateProbe Prober() const {
+        return [this](const TChessboard& position) { return Probe(position); };
+    }
+
+  private:
+    struct Entry {
+        TRawTable table;
+        TTableLayout layout;
+    };
+    std::filesystem::path m_base;
+    std::map<uint64_t, Entry> m_tables;
+    TCombinationMappers m_mappers;
+};
+
+} // namespace zorvane
