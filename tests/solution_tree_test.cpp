@@ -27,7 +27,7 @@ constexpr const char* LOYD_CASTLING = "8/8/8/8/8/6P1/6k1/4KR1R";
 constexpr const char* ROOK_FIVE = "8/8/8/8/8/4K3/2R5/k7";
 
 TChessboard boardOf(const char* fen) {
-    TChessboard board;
+    TChessboard board = EmptyChessboard();
     EXPECT_TRUE(ReadFen(fen, board)) << fen;
     return board;
 }
