@@ -3,6 +3,7 @@
 #include "core/chess_exception.h"
 #include "position_index.h"
 #include "position_type.h"
+#include "table_types.h"
 
 namespace zorvane {
 
@@ -28,6 +29,19 @@ void TTableSet::Add(TRawTable table) {
 const TRawTable* TTableSet::Find(std::string_view type) const {
     const auto found = m_tables.find(PosTypeKey(type));
     return found == m_tables.end() ? nullptr : &found->second.table;
+}
+
+bool TTableSet::Covers(const TChessboard& position) const {
+    const uint64_t key = PosTypeKeyOfPosition(position);
+    return key != 0 && m_tables.count(key) != 0;
+}
+
+int TTableSet::LoadReachable(const TChessboard& position) {
+    if (PosTypeKeyOfPosition(position) == 0) return 0;
+    int loaded = 0;
+    for (const std::string& type : TypesInMakingOrder({PosTypeText(position)}))
+        if (Load(type)) ++loaded;
+    return loaded;
 }
 
 int TTableSet::Probe(const TChessboard& position) const {

@@ -24,6 +24,13 @@ class TTableSet {
     // Takes a table made in memory, replacing one of the same type.
     void Add(TRawTable table);
     const TRawTable* Find(std::string_view type) const;
+    // Whether the table of the position's men is at hand.
+    bool Covers(const TChessboard& position) const;
+    // Reads the tables of the position's men and of every type a capture or
+    // a promotion can lead to, those that have files; the count at hand
+    // afterwards. A position with more men than any table holds reads none.
+    // Throws ChessException for a damaged file.
+    int LoadReachable(const TChessboard& position);
 
     // The mate length of a position, White to move, from its type's table; 0
     // for a bare white king; PROBE_NOT_AVAILABLE when the table is not at
