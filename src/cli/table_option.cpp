@@ -1,7 +1,5 @@
 #include "cli/table_option.h"
 
-#include "core/chess_exception.h"
-#include "global_register/table_file.h"
 #include "platform/data_directory.h"
 
 #include <cstdio>
@@ -21,17 +19,10 @@ std::filesystem::path TablesBase(const std::string& dir) {
 
 std::unique_ptr<TTableSet> TablesFor(const TableOption& option, const TChessboard& root) {
     if (option.off) return nullptr;
-    const std::filesystem::path base = TablesBase(option.dir);
-    std::error_code error;
-    if (!std::filesystem::is_directory(base / TABLE_FOLDER, error)) return nullptr;
-    auto tables = std::make_unique<TTableSet>(base);
-    try {
-        tables->LoadReachable(root);
-    } catch (const ChessException& e) {
-        std::fprintf(stderr, "%s; solving without endgame tables\n", e.what());
-        return nullptr;
-    }
-    return tables->Covers(root) ? std::move(tables) : nullptr;
+    std::string error;
+    std::unique_ptr<TTableSet> tables = LoadTablesFor(TablesBase(option.dir), root, error);
+    if (!error.empty()) std::fprintf(stderr, "%s; solving without endgame tables\n", error.c_str());
+    return tables;
 }
 
 } // namespace zorvane::cli

@@ -53,4 +53,18 @@ int TTableSet::Probe(const TChessboard& position) const {
                                                                              : static_cast<int>(cell);
 }
 
+std::unique_ptr<TTableSet> LoadTablesFor(const std::filesystem::path& base, const TChessboard& root,
+                                         std::string& error) {
+    std::error_code missing;
+    if (!std::filesystem::is_directory(base / TABLE_FOLDER, missing)) return nullptr;
+    auto tables = std::make_unique<TTableSet>(base);
+    try {
+        tables->LoadReachable(root);
+    } catch (const ChessException& e) {
+        error = e.what();
+        return nullptr;
+    }
+    return tables->Covers(root) ? std::move(tables) : nullptr;
+}
+
 } // namespace zorvane

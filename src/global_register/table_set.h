@@ -8,6 +8,8 @@
 #include <cstdint>
 #include <filesystem>
 #include <map>
+#include <memory>
+#include <string>
 #include <string_view>
 
 namespace zorvane {
@@ -50,5 +52,11 @@ class TTableSet {
     std::map<uint64_t, Entry> m_tables;
     TCombinationMappers m_mappers;
 };
+
+// The tables under `base` for a position's men and all they can come to; none
+// when no table holds the men. A damaged file gives none, with its message
+// in `error`.
+std::unique_ptr<TTableSet> LoadTablesFor(const std::filesystem::path& base, const TChessboard& root,
+                                         std::string& error);
 
 } // namespace zorvane
