@@ -8,6 +8,9 @@
 #include "engine/defence_texts.h"
 #include "engine/result_code.h"
 #include "engine/solver.h"
+#include "global_register/table_generator.h"
+#include "global_register/table_set.h"
+#include "global_register/table_types.h"
 #include "problems/notation.h"
 #include "registers/aggregated_register.h"
 
@@ -78,7 +81,8 @@ struct Defence {
     SolveJob job{problem};
 
     // The task at `fen` with Black to move and White to mate in `moves`.
-    DefenceOutcome Run(const char* fen, int moves, bool thorough = false, int language = LANGUAGE_ENGLISH) {
+    DefenceOutcome Run(const char* fen, int moves, bool thorough = false, int language = LANGUAGE_ENGLISH,
+                       const TTableSet* tables = nullptr) {
         EXPECT_TRUE(ReadFen(fen, position)) << fen;
         position.m_shPliesLeft = position.m_shPliesTotal = static_cast<uint16_t>(2 * moves);
         problem.startPosition = position;
@@ -88,12 +92,50 @@ struct Defence {
         request.plies = 2 * moves;
         request.thorough = thorough;
         request.options.languageId = language;
+        request.options.tables = tables;
         return FindBestDefence(job, request);
     }
 };
 
 std::string textOf(const DefenceOutcome& outcome) {
     return std::string(outcome.text.begin(), outcome.text.end());
+}
+
+// The tables of king and rook against king.
+const TTableSet& rookTables() {
+    static const TTableSet* set = [] {
+        auto* made = new TTableSet("");
+        for (const std::string& type : TypesInMakingOrder({"R"}))
+            made->Add(GenerateTable(type, made->Prober(), {}).table);
+        return made;
+    }();
+    return *set;
+}
+
+// King and rook against the king in the middle, Black to move.
+constexpr const char* ROOK_ENDING = "8/8/8/3k4/8/8/4K3/R7";
+
+TEST(BestDefence, TheTablesNameTheLongestDefenceWithoutASearch) {
+    Defence d;
+    const DefenceOutcome outcome = d.Run(ROOK_ENDING, 16, false, LANGUAGE_ENGLISH, &rookTables());
+    EXPECT_EQ(textOf(outcome), "Not found any defence against mate. The best looks: Kd5-d4");
+    // White mates in 13 after it (tables probe gives the same): 25 plies.
+    EXPECT_EQ(outcome.result.m_wRegisterDepth, 25);
+    EXPECT_EQ(d.job.m_nNodes.load(), 0u);
+}
+
+TEST(BestDefence, TheTablesNameTheRefutationOfATooShortMate) {
+    Defence d;
+    const DefenceOutcome outcome = d.Run(ROOK_ENDING, 10, false, LANGUAGE_ENGLISH, &rookTables());
+    EXPECT_EQ(textOf(outcome), "Mate in the requested stipulation was refuted with: Kd5-d4");
+    EXPECT_EQ(outcome.result.m_wRegisterDepth, 25);
+}
+
+TEST(BestDefence, WithoutTablesTheSearchFindsTheSameDefence) {
+    // A short stipulation the search settles: the tables change nothing in the answer.
+    Defence with, without;
+    EXPECT_EQ(textOf(with.Run(ROOK_ENDING, 2, false, LANGUAGE_ENGLISH, &rookTables())),
+              textOf(without.Run(ROOK_ENDING, 2)));
 }
 
 TEST(BestDefence, SingleLegalReplyIsReportedWithoutASearch) {

@@ -118,6 +118,9 @@ Runner AddBenchCommand(CLI::App& app) {
                     "Stop each problem at its first key (the signature counts every key)");
     bench->add_flag("--tree", options->settings.tree,
                     "Build each problem's solution tree after its keys and time it apart (nodes: the keys')");
+    bench->add_option(
+        "--tables", options->settings.tablesBase,
+        "With --file: read the endgame tables of this folder for each problem (none by default)");
     bench->add_flag("--heuristics", options->settings.heuristics,
                     "Solve with the automatic set of special heuristics (the signature solves without)");
     bench->add_flag(

@@ -3,6 +3,7 @@
 #include "cli/commands.h"
 #include "cli/fen_option.h"
 #include "cli/number_option.h"
+#include "cli/table_option.h"
 #include "core/chess_exception.h"
 #include "core/fen.h"
 #include "engine/mate_search.h"
@@ -22,6 +23,7 @@ struct DefendOptions {
     int moves = 0;
     bool thorough = false;
     bool safeMode = false;
+    TableOption tables;
 };
 
 int runDefend(const DefendOptions& options) {
@@ -39,6 +41,8 @@ int runDefend(const DefendOptions& options) {
     request.plies = plies;
     request.thorough = options.thorough;
     request.options.quickMode = !options.safeMode;
+    const std::unique_ptr<TTableSet> tables = TablesFor(options.tables, board);
+    request.options.tables = tables.get();
     DefenceOutcome outcome;
     try {
         outcome = Solver().Defend(problem, request);
@@ -71,6 +75,7 @@ Runner AddDefendCommand(CLI::App& app) {
                      "The more thorough search: an only reply is searched behind as well");
     defend->add_flag("--safe-mode", options->safeMode,
                      "Search repeated positions again instead of pruning them");
+    AddTableOptions(defend, options->tables);
     return [options] { return runDefend(*options); };
 }
 

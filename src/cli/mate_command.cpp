@@ -2,6 +2,7 @@
 #include "cli/commands.h"
 #include "cli/fen_option.h"
 #include "cli/number_option.h"
+#include "cli/table_option.h"
 #include "core/chess_exception.h"
 #include "core/fen.h"
 #include "engine/mate_search.h"
@@ -19,6 +20,7 @@ struct MateOptions {
     int moves = 0;
     bool safeMode = false;
     bool noRegister = false;
+    TableOption tables;
 };
 
 int runMate(const MateOptions& options) {
@@ -41,6 +43,8 @@ int runMate(const MateOptions& options) {
     request.options.useRegister = !options.noRegister;
     request.options.start.deniedCastling = notes.deniedCastling;
     request.options.start.enPassantSquare = notes.enPassantSquare;
+    const std::unique_ptr<TTableSet> tables = TablesFor(options.tables, board);
+    request.options.tables = tables.get();
     SolveResult result;
     try {
         result = Solver().Solve(problem, request);
@@ -71,6 +75,7 @@ Runner AddMateCommand(CLI::App& app) {
     mate->add_flag("--safe-mode", options->safeMode,
                    "Search repeated positions again instead of pruning them");
     mate->add_flag("--no-register", options->noRegister, "Search without the memory of solved positions");
+    AddTableOptions(mate, options->tables);
     return [options] { return runMate(*options); };
 }
 

@@ -3,6 +3,7 @@
 #include "cli/json_text.h"
 #include "cli/tree_json.h"
 #include "cli/number_option.h"
+#include "cli/table_option.h"
 #include "core/chess_exception.h"
 #include "core/localized_text.h"
 #include "engine/mate_search.h"
@@ -43,6 +44,7 @@ struct FileOptions {
     int treeDepth = 0;           // White moves of the tree shown in full; 0 for the default
     int maxRefutations = 1;      // of a try
     std::string language = "en"; // the figure letters of the tree
+    TableOption tables;
 };
 
 int languageIdOf(const std::string& name) {
@@ -433,6 +435,8 @@ int runSolve(const FileOptions& options) {
             SolveResult result;
             Verdict verdict = Verdict::Skipped;
             if (problem->type == PROBLEM_DIRECT_MATE) {
+                const std::unique_ptr<TTableSet> tables = TablesFor(options.tables, problem->startPosition);
+                request.options.tables = tables.get();
                 try {
                     solver.Start(*problem, request);
                     {
@@ -510,6 +514,7 @@ Runner AddSolveCommand(CLI::App& app) {
                     "Solve without special heuristics (one pass, no bets), to compare with the default");
     AddWholeNumber(solve, "--repeat", options->repeat, 1, 100,
                    "Solve each problem this many times; later solves use the warm register");
+    AddTableOptions(solve, options->tables);
     solve->add_flag("--tree", options->tree,
                     "After the keys, the whole solution: threats, variations, tries and set play");
     AddWholeNumber(solve, "--tree-depth", options->treeDepth, 1, MAX_STIPULATION_MOVES,

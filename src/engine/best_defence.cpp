@@ -13,6 +13,7 @@
 #include "engine/register_eligibility.h"
 #include "engine/repetition.h"
 #include "engine/solve_texts.h"
+#include "global_register/table_set.h"
 #include "registers/aggregated_register.h"
 
 #include <algorithm>
@@ -180,6 +181,7 @@ class DefenceTask {
     void setUp();
     void findOnlyReply();
     bool lineRepeats();
+    void askTables();
     void askRegister();
     void search();
     void chooseMove();
@@ -233,6 +235,9 @@ void DefenceTask::setUp() {
     m_job.m_bSafeMode = SafeModeFor(m_job.problem, options.quickMode) ? 1 : 0;
     m_job.m_bMoveOrdering = options.moveOrdering;
     m_job.m_bHeuristics = false;
+    // The tables answer below the position when they hold its men.
+    m_job.m_pTables = options.tables && options.tables->Covers(m_position) ? options.tables : nullptr;
+    if (m_job.m_pTables) m_position.m_wFlags |= FLAG_GLOBAL_REGISTER;
     m_job.m_shRepetitionLimit = static_cast<uint16_t>(m_plies);
     m_job.m_nNodes.store(0);
     m_ctx.m_nSuspended.store(0);
@@ -269,6 +274,15 @@ bool DefenceTask::lineRepeats() {
     m_outcome.text = PositionRepetitionWord(m_language);
     m_outcome.boxes.push_back({InformationTitle(m_language), LineRepetitionBoxText(m_language)});
     return true;
+}
+
+void DefenceTask::askTables() {
+    if (m_result.m_bOnlyReply) return;
+    std::vector<DefenceMove> known;
+    const int depth = FindDefenceInGlobalRegister(m_position, known, m_request.thorough);
+    if (depth == REGISTER_DEPTH_UNKNOWN) return;
+    m_result.m_wRegisterDepth = static_cast<uint16_t>(depth);
+    m_solutions = std::move(known);
 }
 
 void DefenceTask::askRegister() {
@@ -312,6 +326,12 @@ void DefenceTask::search() {
 void DefenceTask::chooseMove() {
     if (m_onlyReplyFound) {
         m_chosen = m_onlyMove;
+        return;
+    }
+    // The tables' longest defence, or their refutations.
+    if (m_result.m_wRegisterDepth != REGISTER_DEPTH_UNKNOWN && !m_solutions.empty()) {
+        m_chosen = m_solutions.front().move;
+        if (m_solutions.size() > 1) m_equivalents = m_solutions;
         return;
     }
     const bool mate = m_result.m_cResult == RESULT_MATE;
@@ -413,7 +433,8 @@ DefenceOutcome DefenceTask::run() {
     }
     // 3.-5. A single reply, or a single escape from the quick mates.
     findOnlyReply();
-    // 6. No table of the program knows the position: m_wRegisterDepth stays unknown.
+    // 6. The endgame tables may know every reply.
+    askTables();
     // 7. A position that repeats one of the line is not analysed.
     if (lineRepeats()) return m_outcome;
     // 8. The register may know the position itself.

@@ -78,6 +78,12 @@ struct DefenceOutcome {
 // in check; std::invalid_argument for a request that is not Black to move.
 DefenceOutcome FindBestDefence(SolveJob& job, const DefenceRequest& request);
 
+// What the endgame tables of the solve say of every black move: the plies of
+// White's mate after the longest defence (the move of `list`, with the other
+// refuting ones behind it in the thorough form), 0 when a move refutes, and
+// REGISTER_DEPTH_UNKNOWN when a move lies beyond the tables and none refutes.
+int FindDefenceInGlobalRegister(TChessboard& position, std::vector<DefenceMove>& list, bool bThorough);
+
 // True when exactly one black move avoids a mate in one (and, with more
 // plies left, in two, three and four); that move goes to `move`.
 bool FindOnlyDefence(TChessboard& position, TMove& move);

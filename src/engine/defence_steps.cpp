@@ -1,6 +1,7 @@
 #include "engine/best_defence.h"
 
 #include "engine/defence_moves.h"
+#include "engine/table_hooks.h"
 #include "engine/register_eligibility.h"
 #include "registers/aggregated_register.h"
 
@@ -11,6 +12,9 @@
 #include <stdexcept>
 
 namespace zorvane {
+
+// The best of the tables' answers once a move refutes: above every mate length.
+constexpr int REFUTED_IN_TABLES = 32767;
 
 using namespace defence_detail;
 
@@ -111,6 +115,56 @@ bool FindMateOfDepth(const TChessboard& position, int plies) {
     probe.m_uHeuristicParams = 0;
     probe.m_bPass = 2;
     return FindMateBlackStep(probe) == RESULT_MATE;
+}
+
+int FindDefenceInGlobalRegister(TChessboard& position, std::vector<DefenceMove>& list, bool bThorough) {
+    list.clear();
+    if (!position.m_pThread->m_pJob->m_pTables || !(position.m_wFlags & FLAG_GLOBAL_REGISTER))
+        return REGISTER_DEPTH_UNKNOWN;
+    const int whitePlies = position.m_shPliesLeft - 1;
+    // The set of moves kept, each marked whether it refutes.
+    std::vector<std::pair<TMove, bool>> kept;
+    bool allKnown = true, refutationFound = false;
+    int best = -1;
+    TMove bestMove;
+    TMove legal[MAX_MOVES];
+    const int count = legalBlackMoves(position, legal);
+    TChessboard& child = childSlot(position);
+    for (int i = 0; i < count; ++i) {
+        if (makeBlack(position, legal[i], child) != BLACK_MOVE_MADE) continue;
+        // 1.-2. The table of the child's men; beyond the tables nothing is known.
+        const int plies = search_hooks::ProbeGlobalRegister<OrderedSearch>(child);
+        if (plies < 0) {
+            allKnown = false;
+            continue;
+        }
+        if (plies == 0) {
+            // 3. A refutation.
+            if (!bThorough && !refutationFound) kept.clear();
+            kept.push_back({legal[i], true});
+            refutationFound = true;
+            best = REFUTED_IN_TABLES;
+            bestMove = legal[i];
+        } else if (plies > best) {
+            // 5. A longer defence.
+            if (!bThorough) kept.clear();
+            best = plies;
+            bestMove = legal[i];
+            kept.push_back({legal[i], plies > whitePlies});
+        } else if (plies == best) {
+            // 6. As long as the best.
+            kept.push_back({legal[i], plies > whitePlies});
+        } else if (bThorough && plies > whitePlies) {
+            // 7. Shorter, but still beyond the stipulation.
+            kept.push_back({legal[i], true});
+        }
+    }
+    if (!(allKnown || refutationFound) || bestMove.isNull()) return REGISTER_DEPTH_UNKNOWN;
+    list.push_back({bestMove, moveText(position, bestMove)});
+    if (bThorough)
+        for (const auto& [move, refutes] : kept)
+            if (refutes && !(move == bestMove)) list.push_back({move, moveText(position, move)});
+    return best == REFUTED_IN_TABLES ? 0 : best;
 }
 
 bool FindOnlyDefence(TChessboard& position, TMove& move) {

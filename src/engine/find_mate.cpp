@@ -12,6 +12,7 @@
 #include "engine/heuristics_catalogue.h"
 #include "engine/move_ordering.h"
 #include "engine/register_hooks.h"
+#include "engine/table_hooks.h"
 #include "engine/repetition.h"
 #include "engine/search_config.h"
 #include "engine/solve_job.h"
@@ -405,17 +406,25 @@ template <class Config> int8_t Steps<Config>::blackStep(TChessboard& b) {
 } // namespace
 
 // The configuration is chosen once, at the entry: the steps below it test nothing for it.
+template <bool Tables, class Search>
+auto dispatchSearch(const SolveJob& job, const TThreadContext& ctx, Search&& search) {
+    // With the tables the same searches ask them too.
+    auto run = [&](auto config) {
+        using Config = decltype(config);
+        if constexpr (Tables)
+            return search(Steps<WithTables<Config>>{});
+        else
+            return search(Steps<Config>{});
+    };
+    if (ctx.m_bForcedMate) return job.m_pRegister ? run(ForcedMateRegisterSearch{}) : run(ForcedMateSearch{});
+    if (job.m_bHeuristics && job.m_bMoveOrdering)
+        return job.m_pRegister ? run(OrderedRegisterHeuristicSearch{}) : run(OrderedHeuristicSearch{});
+    if (job.m_pRegister) return job.m_bMoveOrdering ? run(OrderedRegisterSearch{}) : run(RegisterSearch{});
+    return job.m_bMoveOrdering ? run(OrderedSearch{}) : run(PlainSearch{});
+}
 template <class Search> auto dispatch(const TThreadContext& ctx, Search&& search) {
     const SolveJob& job = *ctx.m_pJob;
-    if (ctx.m_bForcedMate)
-        return job.m_pRegister ? search(Steps<ForcedMateRegisterSearch>{})
-                               : search(Steps<ForcedMateSearch>{});
-    if (job.m_bHeuristics && job.m_bMoveOrdering)
-        return job.m_pRegister ? search(Steps<OrderedRegisterHeuristicSearch>{})
-                               : search(Steps<OrderedHeuristicSearch>{});
-    if (job.m_pRegister)
-        return job.m_bMoveOrdering ? search(Steps<OrderedRegisterSearch>{}) : search(Steps<RegisterSearch>{});
-    return job.m_bMoveOrdering ? search(Steps<OrderedSearch>{}) : search(Steps<PlainSearch>{});
+    return job.m_pTables ? dispatchSearch<true>(job, ctx, search) : dispatchSearch<false>(job, ctx, search);
 }
 int8_t FindMate(TChessboard& position, bool bProbe) {
     return dispatch(*position.m_pThread, [&](auto steps) { return steps.whiteStep(position, bProbe); });

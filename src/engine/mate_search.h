@@ -48,6 +48,8 @@ class MateProof {
     MateKeys FindFirstKey(const TChessboard& root, int moves);
     // The runs after this one build the solution tree after the keys.
     void WithTree(const TreeOptions& tree) { m_options.tree = tree; }
+    // The runs after this one read these endgame tables (null: none).
+    void WithTables(const TTableSet* tables) { m_options.tables = tables; }
 
   private:
     MateKeys solve(const TChessboard& root, int moves, bool allSolutions);

@@ -57,6 +57,11 @@ struct ForcedMateRegisterSearch : OrderedRegisterHeuristicSearch {
     static constexpr bool kForcedMate = true;
 };
 
+// Any of the searches above that also asks the endgame tables: a position
+// whose men have a table is answered at once. Chosen only when the solve has
+// tables for its men.
+template <class Base> struct WithTables : Base { static constexpr bool kGlobalRegister = true; };
+
 // Hooks filled in by the subsystems that provide them; declared here so that
 // the steps name them at their places. Only configurations that switch the
 // matching axis on instantiate them.

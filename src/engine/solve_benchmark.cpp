@@ -2,6 +2,7 @@
 
 #include "engine/mate_search.h"
 #include "engine/solver.h"
+#include "global_register/table_set.h"
 #include "problems/epd_mates.h"
 #include "problems/problem_file.h"
 
@@ -136,6 +137,13 @@ std::vector<BenchmarkProblem> RunFileBenchmark(const std::string& path, const Be
         // Each problem with a register of its own, as a solve of a file has.
         MateProof proof(false, settings.useRegister, settings.ordering, settings.heuristics);
         if (settings.tree) proof.WithTree({true});
+        std::string tablesError;
+        const std::unique_ptr<TTableSet> tables =
+            settings.tablesBase.empty()
+                ? nullptr
+                : LoadTablesFor(settings.tablesBase, problem->startPosition, tablesError);
+        if (!tablesError.empty()) throw std::runtime_error(tablesError);
+        proof.WithTables(tables.get());
         results.push_back(solveOne(proof, *problem, settings.firstSolution));
         if (onSolved) onSolved(results.back());
     }

@@ -33,6 +33,9 @@ struct BenchmarkSettings {
     bool heuristics = false;    // the signature is the search's without bets
     bool firstSolution = false; // stop each problem at its first key, as a user's solve does
     bool tree = false;          // build the solution tree after the keys, timed on its own
+    // Files of the problems only: the endgame tables under this folder, read
+    // for each problem's men; empty for none.
+    std::string tablesBase;
 };
 
 // Corpus numbers of the benchmark problems, in the order they are solved.

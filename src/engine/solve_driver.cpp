@@ -17,6 +17,7 @@
 #include "engine/register_eligibility.h"
 #include "engine/register_hooks.h"
 #include "engine/solve_texts.h"
+#include "global_register/table_set.h"
 #include "engine/threats.h"
 #include "registers/aggregated_register.h"
 
@@ -120,6 +121,17 @@ void chooseHeuristics(SolveJob& job, TThreadContext& ctx, TChessboard& root, con
 void checkTask(const TChessboard& root, int plies) {
     if ((plies & 1) && root.m_cBlackChecker >= 0) throw ChessException(BLACK_KING_CHECKED_TEXT);
     if (!(plies & 1) && root.m_cWhiteChecker >= 0) throw ChessException(WHITE_KING_CHECKED_TEXT);
+}
+
+// The tables answer the search when they hold the root's men: the flag is
+// inherited by every position below, each looked up by its own men. The
+// set-up clears the flag, so this follows every set-up of the root.
+void useTables(SolveJob& job, TChessboard& root, const SolveOptions& options) {
+    job.m_pTables = options.tables && options.tables->Covers(root) ? options.tables : nullptr;
+    if (job.m_pTables)
+        root.m_wFlags |= FLAG_GLOBAL_REGISTER;
+    else
+        root.m_wFlags &= static_cast<uint16_t>(~FLAG_GLOBAL_REGISTER);
 }
 
 // Sets the root up strictly for `plies` left and runs the task check.
@@ -515,6 +527,7 @@ SolveResult SolveDriver::SolveProblem(SolveJob& job, const SolveOptions& options
         throw ChessException(EnPassantMisfitText(options.start.enPassantSquare));
     noteChainTop(ctx, root);
     setUpRoot(root, plies);
+    useTables(job, root, options);
     prepareRegister(job, plies, options);
     activateSortIndications(job, options.languageId);
     job.m_shRepetitionLimit = static_cast<uint16_t>(plies);
@@ -549,6 +562,7 @@ SolveResult SolveDriver::SolveFromPosition(SolveJob& job, const TChessboard& pos
     TChessboard root = rootOf(job, ctx, position);
     noteChainTop(ctx, root);
     setUpRoot(root, plies);
+    useTables(job, root, options);
     // Black to move is the defence search's task, not this road's.
     if (!(plies & 1)) throw std::invalid_argument("a solve from a position needs White to move");
     prepareRegister(job, plies, options);
@@ -589,6 +603,7 @@ SolveResult SolveDriver::SolveFromPosition(SolveJob& job, const TChessboard& pos
         while (job.m_nCommand.load() == COMMAND_PAUSE) std::this_thread::sleep_for(PAUSE_WAIT);
         if (job.m_nCommand.load() > COMMAND_JUMP || result.stopped) break;
         setUpRoot(root, depth);
+        useTables(job, root, options);
         ctx.ClearPlyArrays();
         // A key keeps the depth at which it was first noted: the smallest, as the depths rise.
         std::vector<TMove> found;

@@ -48,6 +48,9 @@ struct SolveOptions {
     StartConditions start;             // of the start position (SolveProblem only)
     uint64_t registerMemoryLimit = REGISTER_MEMORY_LIMIT; // bytes; a store beyond it is dropped
     int languageId = 1;
+    // Endgame tables to answer the positions they hold, loaded for the
+    // problem's men (TTableSet::LoadReachable); none: no table is asked.
+    const TTableSet* tables = nullptr;
     // The whole solution after the keys (SolveProblem only).
     TreeOptions tree;
     // Where each relaxation of the heuristics is logged; empty for no log.

@@ -24,6 +24,7 @@
 namespace zorvane {
 
 struct TThreadContext;
+class TTableSet;
 class TAggregatedTemporaryChessboardRegister;
 using TProblemRegister = TAggregatedTemporaryChessboardRegister;
 
@@ -120,6 +121,9 @@ struct SolveJob {
     std::atomic<uint8_t> m_bSafeMode{0};
     // Repetitions count only for positions first reached with at most this many plies left.
     uint16_t m_shRepetitionLimit = 0;
+    // The endgame tables of the root's men and of all they can come to, when
+    // the solve has them; none: the search asks no table.
+    const TTableSet* m_pTables = nullptr;
     // Lists ordered by the chess rules of the ordering; off only to measure what it gains.
     bool m_bMoveOrdering = true;
     // The solve started with a set of heuristics: its searches test the set in

@@ -3,6 +3,7 @@
 #include "core/chess_exception.h"
 #include "position_index.h"
 #include "position_type.h"
+#include "table_types.h"
 
 namespace zorvane {
 
@@ -30,6 +31,19 @@ const TRawTable* TTableSet::Find(std::string_view type) const {
     return found == m_tables.end() ? nullptr : &found->second.table;
 }
 
+bool TTableSet::Covers(const TChessboard& position) const {
+    const uint64_t key = PosTypeKeyOfPosition(position);
+    return key != 0 && m_tables.count(key) != 0;
+}
+
+int TTableSet::LoadReachable(const TChessboard& position) {
+    if (PosTypeKeyOfPosition(position) == 0) return 0;
+    int loaded = 0;
+    for (const std::string& type : TypesInMakingOrder({PosTypeText(position)}))
+        if (Load(type)) ++loaded;
+    return loaded;
+}
+
 int TTableSet::Probe(const TChessboard& position) const {
     if (position.whiteMenBesideKing() == 0) return 0;
     const auto found = m_tables.find(PosTypeKeyOfPosition(position));
@@ -37,6 +51,20 @@ int TTableSet::Probe(const TChessboard& position) const {
     const uint32_t cell = found->second.table.Cell(IndexOfPosition(found->second.layout, position));
     return cell == CELL_NOT_GENERATED && found->second.table.nCellWidth == 1 ? PROBE_NOT_AVAILABLE
                                                                              : static_cast<int>(cell);
+}
+
+std::unique_ptr<TTableSet> LoadTablesFor(const std::filesystem::path& base, const TChessboard& root,
+                                         std::string& error) {
+    std::error_code missing;
+    if (!std::filesystem::is_directory(base / TABLE_FOLDER, missing)) return nullptr;
+    auto tables = std::make_unique<TTableSet>(base);
+    try {
+        tables->LoadReachable(root);
+    } catch (const ChessException& e) {
+        error = e.what();
+        return nullptr;
+    }
+    return tables->Covers(root) ? std::move(tables) : nullptr;
 }
 
 } // namespace zorvane

@@ -6,6 +6,8 @@
 #include "options/memory_limit.h"
 #include "engine/solve_texts.h"
 #include "engine/solver.h"
+#include "global_register/table_set.h"
+#include "platform/data_directory.h"
 #include "shell/app_log.h"
 #include "shell/board_controller.h"
 #include "shell/board_rules.h"
@@ -130,6 +132,8 @@ struct SolveController::Run {
     int32_t id = 0;
     TChessProblem* problem = nullptr;
     SolveRoad road = SolveRoad::Main;
+    // The endgame tables of the solved men; they outlive the solver, which stops first.
+    std::unique_ptr<TTableSet> tables;
     Solver solver;
     SolveResult result;
     // A best defence: the answer, and the place in the problem's line of the position it answers.
@@ -330,6 +334,12 @@ void SolveController::start(TChessProblem& problem, SolveRoad road, int plies, c
         request.plies = plies;
     }
     request.options = SolveOptionsFor(options, allSolutions);
+    std::string tablesError;
+    run->tables = LoadTablesFor(platform::ProgramDataDirectory(),
+                                road == SolveRoad::Main ? problem.startPosition : *position, tablesError);
+    request.options.tables = run->tables.get();
+    // A damaged table leaves the solve without tables; the log keeps why.
+    if (!tablesError.empty()) WriteLog("Endgame tables not used: %s", tablesError);
     // The panel shows the whole solution of a short problem, the keys alone of a longer one.
     request.options.tree.build = road == SolveRoad::Main && WindowBuildsTree(problem);
     if (m_panel) m_panel->clearResult(problem.id);
