@@ -33,11 +33,12 @@ inline constexpr std::array<uint8_t, KING_SLOTS_WITHOUT_PAWNS> PAWNLESS_SLOT_SQU
 
 // The slot of a white king square in a pawnless table, NO_KING_SLOT outside the triangle.
 inline constexpr std::array<uint8_t, 64> PAWNLESS_KING_SLOT = [] {
-    std::array<uint8_t, 64> slots{};
-    for (auto& slot : slots) slot = NO_KING_SLOT;
+    // Not "slots": the window's headers make that word a macro.
+    std::array<uint8_t, 64> kingSlots{};
+    for (auto& slot : kingSlots) slot = NO_KING_SLOT;
     for (int i = 0; i < KING_SLOTS_WITHOUT_PAWNS; ++i)
-        slots[PAWNLESS_SLOT_SQUARE[i]] = static_cast<uint8_t>(i);
-    return slots;
+        kingSlots[PAWNLESS_SLOT_SQUARE[i]] = static_cast<uint8_t>(i);
+    return kingSlots;
 }();
 
 // What to do to every square of a position so that the white king lands in
