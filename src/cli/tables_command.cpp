@@ -2,6 +2,7 @@
 #include "cli/commands.h"
 #include "cli/fen_option.h"
 #include "cli/number_option.h"
+#include "cli/table_option.h"
 #include "core/chess_exception.h"
 #include "global_register/position_index.h"
 #include "global_register/position_type.h"
@@ -10,7 +11,6 @@
 #include "global_register/table_generator.h"
 #include "global_register/table_set.h"
 #include "global_register/table_types.h"
-#include "platform/data_directory.h"
 
 #include <atomic>
 #include <chrono>
@@ -49,7 +49,7 @@ struct TablesOptions {
 };
 
 fs::path baseOf(const TablesOptions& options) {
-    return options.dir.empty() ? platform::ProgramDataDirectory() : fs::path(options.dir);
+    return TablesBase(options.dir);
 }
 
 // A type text as the user typed it, in its canonical order; empty when it is none.
