@@ -4,6 +4,7 @@
 #include "core/movegen.h"
 #include "core/thread_context.h"
 #include "engine/find_mate.h"
+#include "engine/mate_in_one.h"
 
 #include <algorithm>
 
@@ -15,6 +16,8 @@ namespace {
 std::vector<TMove> matingMoves(TChessboard& position) {
     std::vector<TMove> found;
     TMove moves[MAX_MOVES];
+    // The mates at once are found by the checks alone.
+    if (position.m_shPliesLeft == 1) return {moves, moves + AllMatesInOne(position, moves)};
     const int count = GenerateWhiteMovesOrEvasions(position, moves);
     TChessboard& child = position.m_pThread->m_aBoards[position.m_shPliesLeft];
     for (int i = 0; i < count; ++i) {
