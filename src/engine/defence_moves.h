@@ -9,6 +9,7 @@
 #include "core/thread_context.h"
 #include "engine/find_mate.h"
 #include "engine/solve_job.h"
+#include "problems/notation.h"
 
 #include <string>
 
@@ -19,7 +20,7 @@ inline SolveJob& jobOf(const TChessboard& position) {
 }
 
 inline bool stopMeant(const TChessboard& position) {
-    return jobOf(position).m_nCommand.load(std::memory_order_acquire) >= COMMAND_STOP;
+    return jobOf(position).StopMeant(position.m_pThread->m_shThreadId);
 }
 
 // Where the children of `position` are built.
@@ -28,8 +29,7 @@ inline TChessboard& childSlot(const TChessboard& position) {
 }
 
 inline std::string moveText(const TChessboard& position, const TMove& move) {
-    const bool capture = position.m_aSquares[move.to] != 0 || move.enPassant;
-    return FormatMove(move, position.m_aSquares[move.from], capture);
+    return MoveTextOn(position, move);
 }
 
 inline int makeBlack(const TChessboard& position, const TMove& move, TChessboard& child) {

@@ -8,6 +8,7 @@
 #include "engine/move_ordering.h"
 #include "engine/solve_job.h"
 #include "engine/threats.h"
+#include "problems/notation.h"
 
 #include <algorithm>
 
@@ -85,14 +86,9 @@ class TreeBuilder {
 
     // The move as generated: the marks of a sort are no part of it.
     static TMove plain(const TMove& move) { return TMove{move.from, move.to, move.promotionKind(), 0}; }
-    static bool isCapture(const TChessboard& parent, const TMove& move) {
-        const bool pawnAside =
-            (parent.m_aSquares[move.from] & KIND_MASK) == KIND_PAWN && colOf(move.from) != colOf(move.to);
-        return parent.m_aSquares[move.to] != 0 || pawnAside;
-    }
 
     static TreeMove describeWhite(const TChessboard& parent, const TMove& move) {
-        TreeMove shown{plain(move), parent.m_aSquares[move.from], isCapture(parent, move), false, false};
+        TreeMove shown{plain(move), parent.m_aSquares[move.from], TakesOn(parent, move), false, false};
         TChessboard child;
         CopyToChild(child, parent);
         TMove made = shown.move;
@@ -102,8 +98,8 @@ class TreeBuilder {
         return shown;
     }
     static TreeMove describeBlack(const TChessboard& parent, const TChessboard& child, const TMove& move) {
-        return {plain(move), parent.m_aSquares[move.from], isCapture(parent, move),
-                child.m_cWhiteChecker >= 0, false};
+        return {plain(move), parent.m_aSquares[move.from], TakesOn(parent, move), child.m_cWhiteChecker >= 0,
+                false};
     }
 
     // 1. The keys, each with the whole tree below it.

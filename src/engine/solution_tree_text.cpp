@@ -1,12 +1,12 @@
 #include "engine/solution_tree_text.h"
 
 #include "core/localized_text.h"
+#include "core/move.h"
 #include "core/piece.h"
 #include "engine/solve_texts.h"
 #include "problems/text_encoding.h"
 
 #include <cstdio>
-#include <cstdlib>
 
 namespace zorvane {
 
@@ -35,10 +35,6 @@ std::string letterOf(uint8_t figure, int languageId) {
     default:
         return "";
     }
-}
-
-std::string squareName(int square) {
-    return {static_cast<char>('a' + colOf(square)), static_cast<char>('1' + rowOf(square))};
 }
 
 std::string text(const LocalizedText& localized, int languageId) {
@@ -174,16 +170,13 @@ class TreeWriter {
 
 std::string TreeMoveText(const TreeMove& shown, int languageId) {
     const TMove& move = shown.move;
-    std::string out;
-    const int kind = shown.figure & KIND_MASK;
-    if (move.from == move.to) {
-        out = "-";
-    } else if (kind == KIND_KING && std::abs(colOf(move.to) - colOf(move.from)) >= 2) {
-        out = colOf(move.to) == 6 ? "0-0" : "0-0-0";
-    } else {
-        out = letterOf(shown.figure, languageId) + squareName(move.from) + (shown.capture ? ":" : "-") +
-              squareName(move.to);
-        if (move.promotionKind() != 0) out += letterOf(move.promotionKind(), languageId);
+    std::string out = FormatMove(move, shown.figure, shown.capture);
+    // The long notation's rules stand; only the English letters give way to the language's.
+    if (languageId != LANGUAGE_ENGLISH && out.size() > 2 && out[0] != '0') {
+        if (move.promotionKind() != 0)
+            out = out.substr(0, out.size() - 1) + letterOf(move.promotionKind(), languageId);
+        else if ((shown.figure & KIND_MASK) != KIND_PAWN)
+            out = letterOf(shown.figure, languageId) + out.substr(1);
     }
     if (shown.mate) return out + "#";
     return shown.check ? out + "+" : out;

@@ -19,6 +19,7 @@
 #include "engine/solve_texts.h"
 #include "global_register/table_set.h"
 #include "engine/threats.h"
+#include "problems/notation.h"
 #include "registers/aggregated_register.h"
 
 #include <algorithm>
@@ -201,8 +202,7 @@ int legalCount(TChessboard& root, const TMove* list, int count) {
 
 // A solution proved: noted in the run and told to the window.
 void noteSolution(Run& run, const TChessboard& root, const TMove& move, int place, int plies, int pass) {
-    const bool capture = root.m_aSquares[move.to] != 0 || move.enPassant;
-    const std::string text = FormatMove(move, root.m_aSquares[move.from], capture);
+    const std::string text = MoveTextOn(root, move);
     SolveResult& result = run.result;
     if (result.solutions.count(move)) return;
     result.solutions[move].plies = plies;

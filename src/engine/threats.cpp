@@ -5,6 +5,7 @@
 #include "core/thread_context.h"
 #include "engine/find_mate.h"
 #include "engine/mate_in_one.h"
+#include "problems/notation.h"
 
 #include <algorithm>
 
@@ -49,10 +50,7 @@ Threat FindThreat(const TChessboard& afterWhite, int maxMoves) {
 std::vector<std::string> FindThreats(const TChessboard& afterKey, int whiteMovesLeft) {
     const Threat threat = FindThreat(afterKey, std::min(whiteMovesLeft, 2));
     std::vector<std::string> texts;
-    for (const TMove& move : threat.list) {
-        const bool capture = afterKey.m_aSquares[move.to] != 0 || move.enPassant;
-        texts.push_back(FormatMove(move, afterKey.m_aSquares[move.from], capture));
-    }
+    for (const TMove& move : threat.list) texts.push_back(MoveTextOn(afterKey, move));
     return texts;
 }
 

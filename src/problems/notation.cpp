@@ -124,6 +124,16 @@ std::string FormatLongMove(const TMove& move, uint8_t figure, bool isCapture) {
     return FormatMove(move, figure, isCapture);
 }
 
+bool TakesOn(const TChessboard& before, const TMove& move) {
+    const bool pawnAside =
+        (before.m_aSquares[move.from] & KIND_MASK) == KIND_PAWN && colOf(move.from) != colOf(move.to);
+    return before.m_aSquares[move.to] != 0 || pawnAside;
+}
+
+std::string MoveTextOn(const TChessboard& before, const TMove& move) {
+    return FormatMove(move, before.m_aSquares[move.from], TakesOn(before, move));
+}
+
 TMove ParseLongMove(const std::string& text, bool isWhite) {
     return ParseMove(text, isWhite);
 }

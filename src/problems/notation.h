@@ -17,6 +17,11 @@ std::optional<int> ParseSquareName(std::string_view text);
 
 // Long text of a move; `figure` is the man on the from-square.
 std::string FormatLongMove(const TMove& move, uint8_t figure, bool isCapture);
+// Whether `move` takes a man on `before`: an occupied target, or a pawn that
+// changes file (en passant), whatever the move's own flags say.
+bool TakesOn(const TChessboard& before, const TMove& move);
+// Long text of `move` played from `before`: its man and capture read from the board.
+std::string MoveTextOn(const TChessboard& before, const TMove& move);
 // Short text of the move that led to `position` (its parent holds the position before).
 std::string FormatShortMove(const TChessboard& position);
 // Long text into a move record; castling by the side given.
